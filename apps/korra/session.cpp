@@ -1,0 +1,129 @@
+#include "session.h"
+
+#include "korra/console.h"
+#include "korra/host.h"
+#include "korra/modules.h"
+#include "platform/gate.h"
+#include "script.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+/// The host for the length of a scope.
+class RunningHost {
+public:
+    explicit RunningHost(const Options& options)
+    {
+        korra::HostOptions host;
+        if (options.size) {
+            host.screenWidth = options.size->width;
+            host.screenHeight = options.size->height;
+        }
+        korra::startHost(host);
+    }
+
+    ~RunningHost() { korra::stopHost(); }
+
+    RunningHost(const RunningHost&) = delete;
+    RunningHost& operator=(const RunningHost&) = delete;
+};
+
+/// A file that could not be read or written; what() is the message.
+class FileFailure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+void require(const korra::FileOutcome& outcome)
+{
+    if (!outcome.done)
+        throw FileFailure(outcome.message);
+}
+
+void printToStandardOutput(const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+KdApDocument* openDrawing(const Options& options)
+{
+    if (!options.drawing)
+        return korra::newDocument();
+    KdApDocument* document = nullptr;
+    require(korra::openDocument(*options.drawing, document));
+    return document;
+}
+
+void prepare(const Options& options)
+{
+    for (const std::string& folder : options.folders) {
+        korra::addModuleFolder(folder);
+        korra::addSupportFolder(folder);
+    }
+    for (const std::string& module : options.modules)
+        require(korra::loadModule(module));
+    for (const auto& [name, value] : options.variables)
+        if (!korra::setVariable(name, value))
+            throw UsageError("--set: " + name + " cannot be set to \"" + value + "\"");
+}
+
+std::unique_ptr<std::ifstream> openScript(const Options& options)
+{
+    if (!options.script || *options.script == "-")
+        return nullptr;
+    auto file = std::make_unique<std::ifstream>(*options.script, std::ios::binary);
+    file->peek(); // a folder opens, but cannot be read
+    if (!file->is_open() || file->bad())
+        throw FileFailure(*options.script + ": cannot be read");
+    file->clear();
+    return file;
+}
+
+/// Runs the commands of a script or of whoever types. @return false when one was unknown
+bool runInput(std::istream& lines, bool typed)
+{
+    Script script(lines);
+    korra::setInputSource(
+        [&script] {
+            std::fflush(stdout);
+            return script.next();
+        },
+        typed ? korra::InputEcho::byUser : korra::InputEcho::byHost);
+    const bool allKnown = korra::runCommands();
+    korra::setInputSource(nullptr);
+    return allKnown;
+}
+
+ExitStatus runHosted(const Options& options)
+{
+    const RunningHost host(options);
+    korra::setCommandLineOutput(printToStandardOutput);
+    platform::echoTrace(options.trace);
+    const auto file = openScript(options);
+    KdApDocument* const document = openDrawing(options);
+    prepare(options);
+
+    std::istream& lines = file ? *file : std::cin;
+    const bool allKnown = runInput(lines, !file && isatty(STDIN_FILENO));
+    if (options.save)
+        require(korra::saveDocument(*document, *options.save));
+    return allKnown ? kDone : kUnknownCommand;
+}
+
+} // namespace
+
+ExitStatus runSession(const Options& options)
+{
+    try {
+        return runHosted(options);
+    } catch (const FileFailure& failure) {
+        std::fprintf(stderr, "korra: %s\n", failure.what());
+        return kFileFailure;
+    }
+}

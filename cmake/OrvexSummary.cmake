@@ -1,0 +1,6 @@
+message(STATUS "Orvexbase ${PROJECT_VERSION}")
+message(STATUS "  build type   ${CMAKE_BUILD_TYPE}")
+message(STATUS "  language     ${ORVEX_LANGUAGE}")
+message(STATUS "  sanitizers   ${ORVEX_SANITIZE}")
+message(STATUS "  tests        ${ORVEX_TESTS}")
+message(STATUS "  benchmarks   ${ORVEX_BENCH}")

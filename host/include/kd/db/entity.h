@@ -1,0 +1,154 @@
+#pragma once
+
+#include "kd/db/color.h"
+#include "kd/db/object.h"
+#include "kd/ge.h"
+
+namespace korra {
+class DrawSink;
+}
+
+/// The box around geometry: empty until something was added.
+class KdDbExtents {
+public:
+    KdDbExtents() = default;
+    KdDbExtents(const KdGePoint3d& minimum, const KdGePoint3d& maximum);
+
+    bool isEmpty() const { return empty_; }
+
+    /// The origin while the extents are empty.
+    const KdGePoint3d& minPoint() const { return minimum_; }
+
+    const KdGePoint3d& maxPoint() const { return maximum_; }
+
+    void addPoint(const KdGePoint3d& point);
+    void addExt(const KdDbExtents& other);
+
+private:
+    KdGePoint3d minimum_;
+    KdGePoint3d maximum_;
+    bool empty_ = true;
+};
+
+/// A part of an entity's graphics: an edge or a face by number.
+class KdDbSubentId {
+public:
+    KdDbSubentId() = default;
+
+    KdDbSubentId(KdDb::SubentType type, std::int64_t index) : type_(type), index_(index) {}
+
+    KdDb::SubentType type() const { return type_; }
+
+    std::int64_t index() const { return index_; }
+
+private:
+    KdDb::SubentType type_ = KdDb::kNullSubentType;
+    std::int64_t index_ = 0;
+};
+
+/// A subentity with the entity that has it.
+class KdDbFullSubentPath {
+public:
+    KdDbFullSubentPath() = default;
+
+    KdDbFullSubentPath(KdDbObjectId entity, KdDbSubentId subentity)
+        : entity_(entity), subentity_(subentity)
+    {
+    }
+
+    KdDbObjectId entityId() const { return entity_; }
+
+    const KdDbSubentId& subentId() const { return subentity_; }
+
+private:
+    KdDbObjectId entity_;
+    KdDbSubentId subentity_;
+};
+
+/// An object with graphics, a part of a block.
+class KdDbEntity : public KdDbObject {
+    KDRX_DECLARE_MEMBERS(KdDbEntity)
+public:
+    ~KdDbEntity() override;
+
+    /// The block, or the entity, that the entity is part of.
+    KdDbObjectId blockId() const { return ownerId(); }
+
+    KdDbObjectId layerId() const { return layer_; }
+
+    Kdapi::ErrorStatus setLayer(KdDbObjectId layer);
+
+    KdCmColor color() const { return color_; }
+
+    Kdapi::ErrorStatus setColor(const KdCmColor& color);
+
+    KdDbObjectId linetypeId() const { return linetype_; }
+
+    Kdapi::ErrorStatus setLinetype(KdDbObjectId linetype);
+
+    double linetypeScale() const { return linetypeScale_; }
+
+    Kdapi::ErrorStatus setLinetypeScale(double scale);
+
+    KdDb::LineWeight lineWeight() const { return static_cast<KdDb::LineWeight>(lineWeight_); }
+
+    Kdapi::ErrorStatus setLineWeight(KdDb::LineWeight weight);
+
+    KdDb::Visibility visibility() const { return static_cast<KdDb::Visibility>(visibility_); }
+
+    Kdapi::ErrorStatus setVisibility(KdDb::Visibility visibility);
+
+    /// Layer, colour, linetype, its scale and the line weight as the database has them current.
+    void setDatabaseDefaults(KdDbDatabase* database);
+
+    /// The exact box of the graphics in the coordinates of the owning block.
+    /// @return eOk; eInvalidExtents, the box untouched, for an entity without graphics
+    Kdapi::ErrorStatus getGeomExtents(KdDbExtents& extents) const;
+
+    /// Moves the entity by a matrix; it must be open for writing.
+    /// @return eOk; eNotOpenForWrite; eCannotScaleNonUniformly; eInvalidInput for a singular matrix
+    virtual Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix);
+
+    /// The subentities of one type that lie at a graphics marker.
+    /// @return eOk with an empty array where there is none; eNotApplicable for a type other than
+    ///         edges
+    Kdapi::ErrorStatus getSubentPathsAtGsMarker(KdDb::SubentType type, std::int64_t marker,
+                                                const KdGePoint3d& pickPoint,
+                                                const KdGeMatrix3d& viewTransform,
+                                                KdArray<KdDbFullSubentPath>& paths) const;
+
+    /// A free-standing entity that shows one subentity; the caller owns it; null for a path that
+    /// is not of this entity.
+    KdDbEntity* subentPtr(const KdDbFullSubentPath& path) const;
+
+protected:
+    KdDbEntity();
+
+    void fields(korra::FieldVisitor& visitor) override;
+
+    /// Draws the entity once, in the coordinates of the owning block.
+    virtual void draw(korra::DrawSink& sink) const = 0;
+
+    /// How many edges the entity has; markers run from 1.
+    virtual int edgeCount() const { return 0; }
+
+    /// A free-standing entity that shows the edge of a marker; null when there is none.
+    virtual KdDbEntity* newEdge(int marker) const;
+
+    /// Every transformBy() begins here.
+    /// @param similarityOnly  the kind cannot be scaled differently in different directions
+    Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly);
+
+private:
+    friend class korra::ObjectAccess;
+
+    KdDbObjectId layer_;
+    KdDbObjectId linetype_;
+    double linetypeScale_ = 1.0;
+    KdCmColor color_;
+    short lineWeight_ = KdDb::kLnWtByLayer;
+    short visibility_ = KdDb::kVisible;
+};
+
+/// Walks the entities of a block; the caller deletes it.
+class KdDbBlockTableRecordIterator;

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "kd/db/object.h"
+
+/// A running transaction; it belongs to its manager.
+class KdDbTransaction;
+
+/// Transactions of a document: what they open is closed with them. They nest; every operation works
+/// on the innermost one.
+class KdDbTransactionManager {
+public:
+    virtual ~KdDbTransactionManager() = default;
+
+    /// Begins a transaction inside the innermost one. @return null when the host refuses
+    virtual KdDbTransaction* startTransaction() = 0;
+
+    /// Opens an object until the transaction ends; it may be closed before with close().
+    /// @return eOk; eNotApplicable without a transaction; the statuses of kddbOpenObject(), the
+    ///         pointer then null
+    virtual Kdapi::ErrorStatus getObject(KdDbObject*& object, KdDbObjectId id, KdDb::OpenMode mode,
+                                         bool openErased = false) = 0;
+
+    /// Ends the innermost transaction: what it still has open is closed, also when a failure is
+    /// returned. @return eOk; eNotApplicable without a transaction
+    virtual Kdapi::ErrorStatus endTransaction() = 0;
+
+    /// Ends the innermost transaction and gives the objects that it opened back the fields, the
+    /// extended data and the erasing that they had. What was added elsewhere stays.
+    /// @return as endTransaction()
+    virtual Kdapi::ErrorStatus abortTransaction() = 0;
+
+    /// Transactions that run now.
+    virtual int numActiveTransactions() const = 0;
+};

@@ -1,0 +1,129 @@
+#include "control/host_state.h"
+#include "rx/command_stack.h"
+#include "rx/fatal_stop.h"
+#include "rx/module_linker.h"
+
+#include "platform/text.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace korra {
+namespace {
+
+Host* running = nullptr;
+
+/// Passes the coming and going of documents on to the modules.
+class ModuleNotices final : public DocumentObserver {
+public:
+    void documentOpened(Document&) override { rx::sendDocumentOpened(); }
+
+    void documentClosing(Document&) override { rx::sendDocumentClosing(); }
+};
+
+void forEachDocument(const std::function<void()>& action)
+{
+    DocumentManager& manager = host().documents;
+    Document* const before = manager.current();
+    for (Document* document : manager.documents()) {
+        manager.setCurrent(document);
+        action();
+    }
+    manager.setCurrent(before);
+}
+
+ModuleNotices& moduleNotices()
+{
+    static ModuleNotices notices;
+    return notices;
+}
+
+std::wstring fullPath(const std::string& path)
+{
+    std::error_code unresolved;
+    const std::filesystem::path full = std::filesystem::absolute(path, unresolved);
+    return platform::fromUtf8(unresolved ? path : full.lexically_normal().string());
+}
+
+} // namespace
+
+Host& host()
+{
+    return *running;
+}
+
+Host* runningHost()
+{
+    return running;
+}
+
+bool hostIsRunning()
+{
+    return running != nullptr;
+}
+
+void startHost(const HostOptions& options)
+{
+    if (running)
+        stopHost();
+    ObjectAccess::forgetFreeStanding();
+    running = new Host;
+    running->options = options;
+    rx::forgetFatalStops();
+    rx::recordFatalStops(options.recordFatalStops);
+    rx::startLinker(forEachDocument);
+    running->editor = makeEditorState();
+    running->documents.addObserver(&moduleNotices());
+}
+
+void stopHost()
+{
+    if (!running)
+        return;
+    rx::stopLinker();
+    for (Document* document : running->documents.documents())
+        running->documents.close(*document);
+    running->editor.reset();
+    rx::forgetCommands();
+    delete std::exchange(running, nullptr);
+}
+
+std::vector<std::wstring> fatalStops()
+{
+    return rx::recordedFatalStops();
+}
+
+void addModuleFolder(const std::string& folder)
+{
+    rx::addModuleFolder(folder);
+}
+
+KdApDocument* newDocument()
+{
+    const std::wstring title = L"Drawing" + std::to_wstring(++host().newDrawings);
+    return &host().documents.open(title, std::make_unique<KdDbDatabase>());
+}
+
+FileOutcome openDocument(const std::string& path, KdApDocument*& document)
+{
+    document = nullptr;
+    auto database = std::make_unique<KdDbDatabase>(false);
+    FileOutcome outcome = readDrawing(*database, path);
+    if (outcome.done)
+        document = &host().documents.open(fullPath(path), std::move(database));
+    return outcome;
+}
+
+FileOutcome saveDocument(KdApDocument& document, const std::string& path)
+{
+    return writeDrawing(*document.database(), path);
+}
+
+void closeDocument(KdApDocument& document)
+{
+    host().documents.close(static_cast<Document&>(document));
+}
+
+} // namespace korra

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "kd/db/tables.h"
+
+#include <string_view>
+#include <vector>
+
+class KdDbDimension;
+
+namespace korra {
+
+enum class DimensionKind { integer, flag, real, text, reference };
+
+/// One dimension variable: its name, its group code in a style, its kind and its default.
+struct DimensionVariable {
+    const wchar_t* name; ///< capitals: L"DIMGAP"
+    int code;
+    DimensionKind kind;
+    double byDefault; ///< the number; 0 for texts and references
+    double minimum;
+    double maximum;
+};
+
+/// Every dimension variable that the host knows, in the order in which records hold the values.
+const std::vector<DimensionVariable>& dimensionVariables();
+
+/// Index of a variable by name (without regard to case) or by group code; -1 when unknown.
+int dimensionVariableIndex(std::wstring_view name);
+int dimensionVariableIndex(int code);
+
+/// The code that a value of this kind has in extended data: 1070, 1040, 1000 or 1005.
+short overrideValueCode(DimensionKind kind);
+
+/// The default of a variable as a value of its kind.
+KdDbDimensionValue defaultValue(const DimensionVariable& variable);
+
+/// True for a number that the variable can have.
+bool accepts(const DimensionVariable& variable, double value);
+
+/// The number of an integer, flag or real; 0 for a text or reference.
+double numberOf(const KdDbDimensionValue& value);
+
+/// A number as the value of a variable of a numeric kind.
+KdDbDimensionValue valueOf(const DimensionVariable& variable, double number);
+
+/// The value in force for a dimension: its override, else its style's, else the default.
+KdDbDimensionValue dimensionValue(const KdDbDimension& dimension, int index);
+
+/// The values in force of all variables, in the order of dimensionVariables().
+std::vector<KdDbDimensionValue> dimensionValues(const KdDbDimension& dimension);
+
+} // namespace korra

@@ -1,0 +1,231 @@
+#include "kd/db/tables.h"
+
+#include "db/fields.h"
+#include "db/line_weights.h"
+
+#include "platform/gate.h"
+
+#include <cmath>
+
+KDRX_DEFINE_MEMBERS(KdDbLinetypeTableRecord, KdDbSymbolTableRecord)
+KDRX_DEFINE_MEMBERS(KdDbLayerTableRecord, KdDbSymbolTableRecord)
+KDRX_DEFINE_MEMBERS(KdDbTextStyleTableRecord, KdDbSymbolTableRecord)
+KDRX_DEFINE_MEMBERS(KdDbUCSTableRecord, KdDbSymbolTableRecord)
+KDRX_DEFINE_MEMBERS(KdDbRegAppTableRecord, KdDbSymbolTableRecord)
+
+namespace {
+
+constexpr std::uint16_t kForegroundColor = 7;
+
+// Flags of a layer.
+constexpr short kFrozen = 1;
+constexpr short kFrozenInNewViewports = 2;
+constexpr short kLocked = 4;
+
+// Flags of a text style.
+constexpr short kShapeFile = 1;
+
+short withFlag(short flags, short flag, bool on)
+{
+    return static_cast<short>(on ? flags | flag : flags & ~flag);
+}
+
+} // namespace
+
+void KdDbLinetypeTableRecord::fields(korra::FieldVisitor& visitor)
+{
+    KdDbSymbolTableRecord::fields(visitor);
+    visitor.text(3, comments_);
+    visitor.derived(72, 'A'); // the only alignment that the format knows
+    visitor.derived(73, static_cast<long long>(dashes_.size()));
+    visitor.real(40, patternLength_);
+    visitor.list(49, dashes_, [](korra::FieldVisitor& element, Dash& dash) {
+        element.real(49, dash.length);
+        element.integer(74, dash.shapeFlags, 0);
+    });
+}
+
+Kdapi::ErrorStatus KdDbLinetypeTableRecord::setPattern(const wchar_t* comments,
+                                                       const std::vector<double>& dashes)
+{
+    if (const auto status = beginChange())
+        return status;
+    comments_ = comments;
+    patternLength_ = 0.0;
+    dashes_.clear();
+    for (const double length : dashes) {
+        dashes_.push_back({length});
+        patternLength_ += std::abs(length);
+    }
+    return Kdapi::eOk;
+}
+
+KdDbLayerTableRecord::KdDbLayerTableRecord()
+{
+    color_.setColorIndex(kForegroundColor);
+}
+
+void KdDbLayerTableRecord::fields(korra::FieldVisitor& visitor)
+{
+    KdDbSymbolTableRecord::fields(visitor);
+    visitor.layerColor(62, color_, off_);
+    visitor.name(6, linetype_, korra::TableKind::linetype);
+    visitor.integer(290, plottable_, true);
+    visitor.integer(370, lineWeight_, static_cast<short>(KdDb::kLnWtByLwDefault));
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setIsOff(bool off)
+{
+    if (const auto status = beginChange())
+        return status;
+    off_ = off;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setIsFrozen(bool frozen)
+{
+    if (const auto status = beginChange())
+        return status;
+    flags_ = withFlag(flags_, kFrozen, frozen);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setVPDFLT(bool frozen)
+{
+    if (const auto status = beginChange())
+        return status;
+    flags_ = withFlag(flags_, kFrozenInNewViewports, frozen);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setIsPlottable(bool plottable)
+{
+    if (const auto status = beginChange())
+        return status;
+    plottable_ = plottable;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setLineWeight(KdDb::LineWeight weight)
+{
+    if (!korra::isStandardLineWeight(weight))
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange())
+        return status;
+    lineWeight_ = static_cast<short>(weight);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setIsLocked(bool locked)
+{
+    if (const auto status = beginChange())
+        return status;
+    flags_ = withFlag(flags_, kLocked, locked);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setColor(const KdCmColor& color)
+{
+    if (const auto status = beginChange())
+        return status;
+    color_ = color;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbLayerTableRecord::setLinetypeObjectId(KdDbObjectId linetype)
+{
+    if (const auto status = beginChange())
+        return status;
+    linetype_ = linetype;
+    return Kdapi::eOk;
+}
+
+void KdDbTextStyleTableRecord::fields(korra::FieldVisitor& visitor)
+{
+    KdDbSymbolTableRecord::fields(visitor);
+    visitor.real(40, textSize_);
+    visitor.real(41, xScale_);
+    visitor.angle(50, oblique_);
+    visitor.integer(71, generation_);
+    visitor.real(42, priorSize_);
+    visitor.text(3, fileName_);
+    visitor.text(4, bigFontFileName_);
+}
+
+Kdapi::ErrorStatus KdDbTextStyleTableRecord::setIsShapeFile(bool shapeFile)
+{
+    if (const auto status = beginChange())
+        return status;
+    flags_ = withFlag(flags_, kShapeFile, shapeFile);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFileName(const wchar_t* fileName)
+{
+    if (platform::gate("KdDbTextStyleTableRecord::setFileName", fileName) || !fileName)
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange())
+        return status;
+    fileName_ = fileName;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbTextStyleTableRecord::setBigFontFileName(const wchar_t* fileName)
+{
+    if (platform::gate("KdDbTextStyleTableRecord::setBigFontFileName", fileName) || !fileName)
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange())
+        return status;
+    bigFontFileName_ = fileName;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbTextStyleTableRecord::setXScale(double scale)
+{
+    if (!(scale > 0.0))
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange())
+        return status;
+    xScale_ = scale;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbTextStyleTableRecord::setObliquingAngle(double radians)
+{
+    if (const auto status = beginChange())
+        return status;
+    oblique_ = radians;
+    return Kdapi::eOk;
+}
+
+void KdDbUCSTableRecord::fields(korra::FieldVisitor& visitor)
+{
+    KdDbSymbolTableRecord::fields(visitor);
+    visitor.point(10, origin_);
+    korra::storedVector(visitor, 11, xAxis_);
+    korra::storedVector(visitor, 12, yAxis_);
+}
+
+Kdapi::ErrorStatus KdDbUCSTableRecord::setOrigin(const KdGePoint3d& origin)
+{
+    if (const auto status = beginChange())
+        return status;
+    origin_ = origin;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbUCSTableRecord::setXAxis(const KdGeVector3d& axis)
+{
+    if (const auto status = beginChange())
+        return status;
+    xAxis_ = axis;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbUCSTableRecord::setYAxis(const KdGeVector3d& axis)
+{
+    if (const auto status = beginChange())
+        return status;
+    yAxis_ = axis;
+    return Kdapi::eOk;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "db/contents.h"
+#include "dxf/file_scanner.h"
+
+#include <vector>
+
+namespace korra {
+
+/// Makes sure that no block contains itself, directly or in a circle, and that blocks do not nest
+/// deeper than drawing them can follow.
+/// @param ids  of the objects of the file
+/// @throw DrawingError that names the block and the line where it is defined
+void checkBlockNesting(const DatabaseContents& contents, const ReadFile& file,
+                       const std::vector<KdDbObjectId>& ids);
+
+} // namespace korra

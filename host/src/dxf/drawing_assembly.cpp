@@ -1,0 +1,206 @@
+#include "dxf/drawing_assembly.h"
+
+#include "dxf/block_nesting.h"
+#include "dxf/numbers.h"
+#include "dxf/object_kinds.h"
+
+#include <algorithm>
+
+namespace korra {
+namespace {
+
+/// Names are read by then, that of the record going before that of the BLOCK.
+constexpr int kBlockFieldCodes[] = {10, 20, 30, 70};
+
+} // namespace
+
+DrawingAssembly::DrawingAssembly(DatabaseContents& contents, ReadFile& file)
+    : contents_(contents), file_(file)
+{
+}
+
+void DrawingAssembly::run()
+{
+    contents_.header = std::move(file_.header);
+    contents_.form = std::move(file_.form);
+    adoptObjects();
+    placeRecords();
+    keepForm();
+    references_.emplace(contents_);
+    reader_.emplace(*references_, contents_.header.encoding());
+    placeEntities();
+    readFields();
+    placeObjects();
+    bindLayouts();
+    checkBlockNesting(contents_, file_, ids_);
+    complete();
+}
+
+/// Handles that the file does not give follow the last one that it does, in the order of the file.
+void DrawingAssembly::adoptObjects()
+{
+    const std::string seed(
+        contents_.header.has("$HANDSEED")
+            ? contents_.header.encoding().encode(contents_.header.text("$HANDSEED", L""))
+            : std::string());
+    contents_.nextHandle = std::max(contents_.form.lastHandle + 1, parseHandle(seed).value_or(0));
+    contents_.slots.reserve(file_.objects.size());
+    contents_.byHandle.reserve(file_.objects.size());
+    ids_.reserve(file_.objects.size());
+    for (ReadObject& read : file_.objects)
+        ids_.push_back(ObjectAccess::adopt(contents_.database, read.object.release(), {},
+                                           KdDbHandle(read.handle), false));
+}
+
+void DrawingAssembly::placeRecords()
+{
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        if (file_.objects[index].place == FilePlace::table) {
+            const auto kind = DatabaseContents::kindOf(object(index));
+            contents_.tables[static_cast<std::size_t>(kind.value())] = ids_[index];
+        }
+    }
+    KdDbObjectId& blocks = contents_.tables[static_cast<std::size_t>(TableKind::block)];
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        const ReadObject& read = file_.objects[index];
+        if (read.place != FilePlace::record)
+            continue;
+        if (read.parent == ReadObject::kNone && blocks.isNull())
+            blocks =
+                ObjectAccess::adopt(contents_.database, newTable(TableKind::block), {}, {}, false);
+        const KdDbObjectId table = read.parent == ReadObject::kNone ? blocks : ids_[read.parent];
+        ObjectAccess::setOwner(object(index), table);
+        ObjectAccess::records(static_cast<KdDbSymbolTable&>(*ObjectAccess::object(table)))
+            .push_back(ids_[index]);
+    }
+}
+
+/// What is kept by object can be entered now that objects have ids.
+void DrawingAssembly::keepForm()
+{
+    for (const ReadBlock& block : file_.blocks)
+        contents_.form.blocks.emplace(ids_[block.record], block.frame);
+    for (auto& [entity, end] : file_.sequenceEnds)
+        contents_.form.sequenceEnds.emplace(ids_[entity], std::move(end));
+}
+
+void DrawingAssembly::placeEntities()
+{
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        const ReadObject& read = file_.objects[index];
+        if (read.place == FilePlace::part) {
+            placePart(read, object(index));
+            continue;
+        }
+        if (read.place != FilePlace::entities && read.place != FilePlace::block)
+            continue;
+        auto& block = read.place == FilePlace::block
+                          ? static_cast<KdDbBlockTableRecord&>(object(read.parent))
+                          : spaceOf(read);
+        ObjectAccess::setOwner(object(index), block.objectId());
+        ObjectAccess::entities(block).push_back(ids_[index]);
+    }
+}
+
+void DrawingAssembly::placePart(const ReadObject& read, KdDbObject& part)
+{
+    KdDbObject& whole = object(read.parent);
+    ObjectAccess::setOwner(part, whole.objectId());
+    if (auto* curve = KdDbVertexCurve::cast(&whole))
+        ObjectAccess::vertices(*curve).push_back(static_cast<KdDbVertex*>(&part));
+    else
+        ObjectAccess::attributes(static_cast<KdDbBlockReference&>(whole))
+            .push_back(static_cast<KdDbAttribute*>(&part));
+}
+
+/// In the entities section the owner says the space, where it is one; else the flag 67.
+KdDbBlockTableRecord& DrawingAssembly::spaceOf(const ReadObject& read)
+{
+    const auto [known, isNew] = spaces_.try_emplace({read.owner, read.onSheet}, nullptr);
+    if (!isNew)
+        return *known->second;
+    KdDbObject* owner = ObjectAccess::object(references_->at(read.owner));
+    auto* space = KdDbBlockTableRecord::cast(owner);
+    if (!space || !isSpaceName(space->name()))
+        space = static_cast<KdDbBlockTableRecord*>(ObjectAccess::object(
+            references_->recordOrNew(TableKind::block, read.onSheet ? kPaperSpace : kModelSpace)));
+    known->second = space;
+    return *space;
+}
+
+void DrawingAssembly::readFields()
+{
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        if (file_.objects[index].place != FilePlace::table)
+            readFieldsOf(index);
+    }
+    readBlockFields();
+}
+
+void DrawingAssembly::readFieldsOf(std::size_t index)
+{
+    KdDbObject& target = object(index);
+    const ObjectExtras* extras = ObjectAccess::extras(static_cast<const KdDbObject&>(target));
+    if (!extras || extras->source.empty())
+        return; // a block without a record
+    const bool isBlock = KdDbBlockTableRecord::cast(&target) != nullptr;
+    reader_->readFields(target, extras->source, file_.objects[index].line,
+                        isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>());
+    reader_->readExtensions();
+}
+
+void DrawingAssembly::readBlockFields()
+{
+    for (const ReadBlock& block : file_.blocks) {
+        KdDbObject& record = object(block.record);
+        reader_->readFields(record, block.frame.begin, block.line, kBlockFieldCodes);
+        if (ObjectAccess::extras(record).source.empty())
+            reader_->readExtensions();
+    }
+}
+
+/// The first dictionary without an owner is the one of everything.
+void DrawingAssembly::placeObjects()
+{
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        const ReadObject& read = file_.objects[index];
+        if (read.place != FilePlace::objects)
+            continue;
+        const KdDbObjectId owner = references_->at(read.owner);
+        ObjectAccess::setOwner(object(index), owner);
+        if (owner.isNull() && contents_.namedObjects.isNull() &&
+            KdDbDictionary::cast(&object(index)))
+            contents_.namedObjects = ids_[index];
+    }
+}
+
+/// A layout names its block; the block of an older file does not name its layout.
+void DrawingAssembly::bindLayouts()
+{
+    for (const KdDbObjectId id : ids_) {
+        const auto* layout = KdDbLayout::cast(ObjectAccess::object(id));
+        auto* block =
+            layout ? ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId())
+                   : nullptr;
+        if (block && !ObjectAccess::live<KdDbLayout>(block->getLayoutId()))
+            ObjectAccess::layout(*block) = id;
+    }
+}
+
+/// What the host adds to make the drawing whole is no change of it: it is added again when the file
+/// is read the next time.
+void DrawingAssembly::complete()
+{
+    contents_.completeDrawing();
+    for (ObjectSlot* slot : contents_.slots) {
+        const ObjectExtras* extras =
+            ObjectAccess::extras(static_cast<const KdDbObject&>(*slot->object));
+        if (slot->changed && extras && !extras->source.empty())
+            contents_.form.completed.insert(KdDbObjectId(slot));
+        slot->changed = false;
+        slot->touched = false;
+        contents_.form.lastReadIndex = std::max(contents_.form.lastReadIndex, slot->index);
+    }
+}
+
+} // namespace korra

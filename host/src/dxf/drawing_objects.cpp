@@ -1,0 +1,209 @@
+#include "dxf/drawing_writer.h"
+
+#include "dxf/numbers.h"
+#include "dxf/object_kinds.h"
+#include "dxf/tag_text.h"
+
+#include "platform/text.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace korra {
+namespace {
+
+bool isNamed(const KdDbBlockTableRecord& block, std::wstring_view name)
+{
+    return platform::compareNoCase(block.name(), name) == 0;
+}
+
+/// The spaces whose entities stand in the entities section.
+bool isCurrentSpace(const KdDbBlockTableRecord& block)
+{
+    return isNamed(block, kModelSpace) || isNamed(block, kPaperSpace);
+}
+
+/// The BLOCK has the name a second time; it follows the first.
+std::string withSecondName(std::string begin, std::string_view lineEnd)
+{
+    const TagList tags(begin);
+    const std::size_t second = tags.find(3);
+    if (second == TagList::kNone || tags[second].value == tags.valueOf(2))
+        return begin;
+    return withValue(tags, second, std::string(tags.valueOf(2)), lineEnd);
+}
+
+bool needsSequenceEnd(KdDbObject& entity)
+{
+    return KdDbVertexCurve::cast(&entity) || !ObjectAccess::parts(entity).empty();
+}
+
+} // namespace
+
+/// The tags that a new object begins with.
+std::string DrawingWriter::newObjectHead(const KdDbObject& object)
+{
+    std::string head = given(object.objectId(), tag(0, typeName(object)));
+    if (belongsToObjectsSection(object))
+        head += tag(330, formatHandle(object.ownerId().handle().value()));
+    return head;
+}
+
+std::string DrawingWriter::objectText(KdDbObject& object)
+{
+    const ObjectSlot& slot = *ObjectAccess::slot(object);
+    const bool isBlock = KdDbBlockTableRecord::cast(&object) != nullptr;
+    const auto codes = isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>();
+    if (source(object).empty())
+        return writer_.objectWritten(object, newObjectHead(object), codes);
+    const std::string text = given(object.objectId(), source(object));
+    return isChanged(slot) ? writer_.objectWritten(object, text, codes) : text;
+}
+
+std::string DrawingWriter::objects()
+{
+    std::string text;
+    for (const ObjectSlot* slot : contents_.slots) {
+        if (isWritten(*slot) && belongsToObjectsSection(*slot->object))
+            text += objectText(*slot->object);
+    }
+    return text;
+}
+
+std::vector<KdDbBlockTableRecord*> DrawingWriter::liveBlocks() const
+{
+    std::vector<KdDbBlockTableRecord*> blocks;
+    auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(TableKind::block));
+    for (const KdDbObjectId id :
+         table ? ObjectAccess::records(*table) : std::vector<KdDbObjectId>()) {
+        if (auto* block = ObjectAccess::live<KdDbBlockTableRecord>(id))
+            blocks.push_back(block);
+    }
+    return blocks;
+}
+
+std::vector<const ObjectSlot*> DrawingWriter::entitiesToWrite(KdDbBlockTableRecord& block) const
+{
+    std::vector<const ObjectSlot*> slots;
+    for (const KdDbObjectId id : ObjectAccess::entities(block)) {
+        if (isWritten(*id.slot()))
+            slots.push_back(id.slot());
+    }
+    return slots;
+}
+
+/// Model space and the current sheet together, in the order in which their entities came.
+std::string DrawingWriter::entities()
+{
+    std::vector<const ObjectSlot*> slots;
+    for (KdDbBlockTableRecord* block : liveBlocks()) {
+        if (!isCurrentSpace(*block))
+            continue;
+        const auto ofBlock = entitiesToWrite(*block);
+        slots.insert(slots.end(), ofBlock.begin(), ofBlock.end());
+    }
+    std::ranges::stable_sort(slots, {}, &ObjectSlot::index);
+    std::string text;
+    for (const ObjectSlot* slot : slots)
+        text += spaceEntityText(*slot->object);
+    return text;
+}
+
+/// In the entities section an entity of the sheet says so.
+std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
+{
+    const std::string text = entityText(entity);
+    const auto* space = KdDbBlockTableRecord::cast(ObjectAccess::object(entity.ownerId()));
+    if (!space || !isNamed(*space, kPaperSpace))
+        return text;
+    const TagList tags(text);
+    const std::size_t owner = tags.ownerTag();
+    const bool namesSpace = owner != TagList::kNone &&
+                            parseHandle(tags[owner].value) == space->objectId().handle().value();
+    if (namesSpace || parseWhole(tags.valueOf(67)) == 1)
+        return text;
+    return withTag(text, 67, "1", lineEnd_);
+}
+
+std::string DrawingWriter::entityText(KdDbObject& entity)
+{
+    std::string text = objectText(entity);
+    for (KdDbObject* part : ObjectAccess::parts(entity)) {
+        if (isWritten(*ObjectAccess::slot(*part)))
+            text += objectText(*part);
+    }
+    const auto end = form_.sequenceEnds.find(entity.objectId());
+    if (end != form_.sequenceEnds.end())
+        text += end->second;
+    else if (needsSequenceEnd(entity))
+        text += tag(0, "SEQEND");
+    return text;
+}
+
+const FileForm::BlockFrame* DrawingWriter::frameOf(const KdDbBlockTableRecord& block) const
+{
+    const auto frame = form_.blocks.find(block.objectId());
+    return frame == form_.blocks.end() ? nullptr : &frame->second;
+}
+
+/// True for a block that the file did not define and that now needs a definition. A current space
+/// needs none: it is there anyway, and its entities stand elsewhere.
+bool DrawingWriter::needsDefinition(KdDbBlockTableRecord& block) const
+{
+    return !isCurrentSpace(block) &&
+           (isNew(*ObjectAccess::slot(block)) || !entitiesToWrite(block).empty());
+}
+
+/// Blocks with a definition to write, in the order of the file, new ones last.
+std::vector<KdDbBlockTableRecord*> DrawingWriter::blocksToWrite() const
+{
+    std::vector<KdDbBlockTableRecord*> blocks;
+    for (KdDbBlockTableRecord* block : liveBlocks()) {
+        if (frameOf(*block) || writesEverything_ || needsDefinition(*block))
+            blocks.push_back(block);
+    }
+    const auto place = [&](const KdDbBlockTableRecord* block) {
+        const FileForm::BlockFrame* frame = frameOf(*block);
+        return frame ? frame->place : std::numeric_limits<std::size_t>::max();
+    };
+    std::ranges::stable_sort(blocks, {}, place);
+    return blocks;
+}
+
+std::string DrawingWriter::blocks()
+{
+    std::string text;
+    for (KdDbBlockTableRecord* block : blocksToWrite())
+        text += blockText(*block);
+    return text;
+}
+
+std::string DrawingWriter::blockText(KdDbBlockTableRecord& block)
+{
+    const FileForm::BlockFrame* frame = frameOf(block);
+    std::string text = blockBegin(block, frame);
+    if (!isCurrentSpace(block)) {
+        for (const ObjectSlot* slot : entitiesToWrite(block))
+            text += entityText(*slot->object);
+    }
+    return text + (frame ? frame->end : tag(0, "ENDBLK"));
+}
+
+/// The BLOCK has the handle of its record where the table of records does not have the record.
+std::string DrawingWriter::blockBegin(KdDbBlockTableRecord& block,
+                                      const FileForm::BlockFrame* frame)
+{
+    const ObjectSlot& slot = *ObjectAccess::slot(block);
+    const bool isWhole = frame && !isChanged(slot);
+    std::string begin = frame ? frame->begin : tag(0, "BLOCK") + tag(8, "0");
+    if (!writesBlockRecords() || !isWritten(slot))
+        begin = given(block.objectId(), begin);
+    if (isWhole)
+        return begin;
+    begin = writer_.fieldsWritten(block, begin, kBlockCodes);
+    if (!frame)
+        begin += tag(3, TagList(begin).valueOf(2)) + tag(1, "");
+    return withSecondName(begin, lineEnd_);
+}
+
+} // namespace korra

@@ -1,0 +1,226 @@
+#include "dxf/drawing_writer.h"
+
+#include "dxf/header_section.h"
+#include "dxf/numbers.h"
+#include "dxf/object_kinds.h"
+#include "dxf/tag_text.h"
+
+#include "platform/text.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace korra {
+namespace {
+
+/// Behind the header.
+constexpr std::array kSectionOrder = {"TABLES", "BLOCKS", "ENTITIES", "OBJECTS"};
+
+/// Tables that others refer to come first.
+constexpr std::array<TableKind, kTableKinds> kTableOrder = {
+    TableKind::viewport, TableKind::linetype, TableKind::layer,    TableKind::textStyle,
+    TableKind::ucs,      TableKind::regApp,   TableKind::dimStyle, TableKind::block};
+
+} // namespace
+
+DrawingWriter::DrawingWriter(const DatabaseContents& contents)
+    : contents_(contents),
+      form_(contents.form),
+      lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
+      writer_(contents),
+      writesEverything_(!contents.form.isFromFile() || needsObjectsSection())
+{
+}
+
+const std::string& DrawingWriter::source(const KdDbObject& object)
+{
+    static const std::string none;
+    const ObjectExtras* extras = ObjectAccess::extras(object);
+    return extras ? extras->source : none;
+}
+
+bool DrawingWriter::belongsToObjectsSection(const KdDbObject& object)
+{
+    return !KdDbEntity::cast(&object) && !KdDbSymbolTable::cast(&object) &&
+           !KdDbSymbolTableRecord::cast(&object);
+}
+
+bool DrawingWriter::isNew(const ObjectSlot& slot) const
+{
+    return slot.index > form_.lastReadIndex || (slot.changed && source(*slot.object).empty());
+}
+
+bool DrawingWriter::isChanged(const ObjectSlot& slot) const
+{
+    return slot.changed || (writesEverything_ && form_.completed.contains(slot.object->objectId()));
+}
+
+bool DrawingWriter::isWritten(const ObjectSlot& slot) const
+{
+    return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty());
+}
+
+bool DrawingWriter::needsObjectsSection() const
+{
+    return std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
+        return !slot->erased && belongsToObjectsSection(*slot->object) && isNew(*slot);
+    });
+}
+
+bool DrawingWriter::writesBlockRecords() const
+{
+    return writesEverything_ || std::ranges::find(form_.tables, tableName(TableKind::block),
+                                                  &FileForm::Table::name) != form_.tables.end();
+}
+
+std::string DrawingWriter::tag(int code, std::string_view value) const
+{
+    std::string text;
+    appendTag(text, code, value, lineEnd_);
+    return text;
+}
+
+std::string DrawingWriter::text()
+{
+    std::vector<FileForm::Section> sections = form_.sections;
+    for (FileForm::Section& section : sections)
+        section.bytes += sectionBody(section.name);
+    addMissingSections(sections);
+    updateHeader(sections); // last: it tells the handles that were written
+    std::string text = form_.opening;
+    for (const FileForm::Section& section : sections)
+        text += section.head + section.bytes + section.tail;
+    return text + (form_.closing.empty() ? tag(0, "EOF") : form_.closing);
+}
+
+FileForm::Section DrawingWriter::newSection(const std::string& name) const
+{
+    return {name, tag(0, "SECTION") + tag(2, name), {}, tag(0, "ENDSEC")};
+}
+
+/// Adds the sections that the file does not have and that hold something, each behind the one that
+/// it follows.
+void DrawingWriter::addMissingSections(std::vector<FileForm::Section>& sections)
+{
+    std::size_t place = 0;
+    for (const std::string name : kSectionOrder) {
+        const auto there = std::ranges::find(sections, name, &FileForm::Section::name);
+        if (there != sections.end()) {
+            place = static_cast<std::size_t>(there - sections.begin()) + 1;
+            continue;
+        }
+        FileForm::Section section = newSection(name);
+        section.bytes = sectionBody(name);
+        if (!section.bytes.empty())
+            sections.insert(sections.begin() + static_cast<std::ptrdiff_t>(place++),
+                            std::move(section));
+    }
+}
+
+void DrawingWriter::updateHeader(std::vector<FileForm::Section>& sections) const
+{
+    const DrawingHeader header = headerToWrite();
+    auto section = std::ranges::find(sections, "HEADER", &FileForm::Section::name);
+    if (section == sections.end()) {
+        if (header.variables().empty())
+            return;
+        section = sections.insert(sections.begin(), newSection("HEADER"));
+    }
+    section->head = headerWritten(section->head, header, lineEnd_);
+}
+
+std::string DrawingWriter::sectionBody(const std::string& name)
+{
+    if (name == "TABLES")
+        return tables();
+    if (name == "BLOCKS")
+        return blocks();
+    if (name == "ENTITIES")
+        return entities();
+    if (name == "OBJECTS")
+        return objects();
+    return {};
+}
+
+/// The header with the seed of the next handle behind every handle that was used.
+DrawingHeader DrawingWriter::headerToWrite() const
+{
+    DrawingHeader header = contents_.header;
+    if (!form_.isFromFile() && !header.has("$ACADVER"))
+        header.setText("$ACADVER", L"AC1021", 1); // the first version whose texts are UTF-8
+    if (form_.isFromFile() && !header.has("$HANDSEED"))
+        return header;
+    const std::uint64_t seed = std::max(form_.lastHandle, lastHandle_) + 1;
+    const auto there =
+        parseHandle(header.encoding().encode(header.text("$HANDSEED", L""))).value_or(0);
+    if (there < seed)
+        header.setText("$HANDSEED", platform::fromUtf8(formatHandle(seed)), 5);
+    return header;
+}
+
+/// The tags with the handle of the object, which they may have already.
+std::string DrawingWriter::given(KdDbObjectId id, std::string_view bytes)
+{
+    lastHandle_ = std::max(lastHandle_, id.handle().value());
+    return withHandle(bytes, id.handle().value(), lineEnd_);
+}
+
+std::string DrawingWriter::tables()
+{
+    std::string text;
+    std::set<TableKind> done;
+    for (const FileForm::Table& table : form_.tables) {
+        const auto kind = tableKind(table.name);
+        text += kind ? tableText(table, *kind) : table.head + table.bytes + table.tail;
+        if (kind)
+            done.insert(*kind);
+    }
+    for (const TableKind kind : kTableOrder) {
+        if (!done.contains(kind))
+            text += newTableText(kind);
+    }
+    return text;
+}
+
+/// A table that the file does not have; nothing when it has no records to write.
+std::string DrawingWriter::newTableText(TableKind kind)
+{
+    if (kind == TableKind::block && !writesBlockRecords())
+        return {};
+    const std::string head = tag(0, "TABLE") + tag(2, tableName(kind)) + tag(70, "0");
+    const FileForm::Table table = {std::string(tableName(kind)), head, {}, tag(0, "ENDTAB")};
+    std::size_t count = 0;
+    static_cast<void>(records(kind, count));
+    return writesEverything_ || count > 0 ? tableText(table, kind) : std::string();
+}
+
+std::string DrawingWriter::tableText(const FileForm::Table& table, TableKind kind)
+{
+    std::size_t count = 0;
+    const std::string body = records(kind, count);
+    std::string head = given(contents_.table(kind), table.head);
+    const TagList tags(head);
+    const std::size_t counted = tags.find(70);
+    if (counted != TagList::kNone &&
+        parseWhole(tags[counted].value).value_or(0) < static_cast<long long>(count))
+        head = withValue(tags, counted, std::to_string(count), lineEnd_);
+    return head + body + table.tail;
+}
+
+std::string DrawingWriter::records(TableKind kind, std::size_t& count)
+{
+    std::string text;
+    auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(kind));
+    if (!table)
+        return text;
+    for (const KdDbObjectId id : ObjectAccess::records(*table)) {
+        if (!isWritten(*id.slot()))
+            continue;
+        text += objectText(*ObjectAccess::object(id));
+        ++count;
+    }
+    return text;
+}
+
+} // namespace korra

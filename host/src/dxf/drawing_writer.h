@@ -1,0 +1,68 @@
+#pragma once
+
+#include "db/contents.h"
+#include "dxf/tag_writer.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korra {
+
+/// Writes a drawing: what came from a file and is the same as it was there, byte for byte.
+///
+/// What the host added to make a drawing of a file whole is left out, for it is added again when
+/// the file is read, unless the drawing got new objects of the objects section: then everything is
+/// written, so that their owners are there.
+class DrawingWriter {
+public:
+    explicit DrawingWriter(const DatabaseContents& contents);
+
+    std::string text();
+
+private:
+    static const std::string& source(const KdDbObject& object);
+    static bool belongsToObjectsSection(const KdDbObject& object);
+    bool needsObjectsSection() const;
+    bool isNew(const ObjectSlot& slot) const;
+    bool isChanged(const ObjectSlot& slot) const;
+    bool isWritten(const ObjectSlot& slot) const;
+    bool writesBlockRecords() const;
+
+    FileForm::Section newSection(const std::string& name) const;
+    void updateHeader(std::vector<FileForm::Section>& sections) const;
+    void addMissingSections(std::vector<FileForm::Section>& sections);
+    std::string sectionBody(const std::string& name);
+    DrawingHeader headerToWrite() const;
+    std::string given(KdDbObjectId id, std::string_view bytes);
+    std::string tables();
+    std::string newTableText(TableKind kind);
+    std::string tableText(const FileForm::Table& table, TableKind kind);
+    std::string records(TableKind kind, std::size_t& count);
+
+    std::string blocks();
+    const FileForm::BlockFrame* frameOf(const KdDbBlockTableRecord& block) const;
+    std::vector<KdDbBlockTableRecord*> liveBlocks() const;
+    bool needsDefinition(KdDbBlockTableRecord& block) const;
+    std::vector<KdDbBlockTableRecord*> blocksToWrite() const;
+    std::vector<const ObjectSlot*> entitiesToWrite(KdDbBlockTableRecord& block) const;
+    std::string blockText(KdDbBlockTableRecord& block);
+    std::string blockBegin(KdDbBlockTableRecord& block, const FileForm::BlockFrame* frame);
+    std::string entities();
+    std::string spaceEntityText(KdDbObject& entity);
+    std::string entityText(KdDbObject& entity);
+    std::string objects();
+    std::string objectText(KdDbObject& object);
+    std::string newObjectHead(const KdDbObject& object);
+    std::string tag(int code, std::string_view value) const;
+
+    const DatabaseContents& contents_;
+    const FileForm& form_;
+    std::string_view lineEnd_;
+    TagWriter writer_;
+    std::uint64_t lastHandle_ = 0; ///< the greatest that was written
+    bool writesEverything_;
+};
+
+} // namespace korra

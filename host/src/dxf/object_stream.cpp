@@ -1,0 +1,42 @@
+#include "dxf/object_stream.h"
+
+#include "dxf/numbers.h"
+
+namespace korra {
+
+ObjectStream::ObjectStream(TagStream::ReadBytes read) : tags_(std::move(read))
+{
+    readOpening();
+}
+
+void ObjectStream::readTag()
+{
+    if (!tags_.next(tag_))
+        throw DrawingError{tags_.line(), "the file ends without EOF"};
+}
+
+void ObjectStream::readOpening()
+{
+    constexpr int kComment = 999;
+    if (tags_.beginsWithByteOrderMark())
+        opening_ = "\xEF\xBB\xBF";
+    if (!tags_.next(tag_))
+        throw DrawingError{1, "the file is empty"};
+    for (; tag_.code == kComment; readTag())
+        opening_ += tag_.raw;
+    if (tag_.code != 0)
+        throw DrawingError{tag_.line - 1, "a drawing begins with a section"};
+}
+
+void ObjectStream::next(RawObject& object)
+{
+    object.type = trimmed(tag_.value);
+    object.line = tag_.line;
+    object.bytes = tag_.raw;
+    if (object.type == "EOF")
+        return;
+    for (readTag(); tag_.code != 0; readTag())
+        object.bytes += tag_.raw;
+}
+
+} // namespace korra

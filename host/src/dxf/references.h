@@ -1,0 +1,68 @@
+#pragma once
+
+#include "db/contents.h"
+#include "dxf/encoding.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace korra {
+
+/// What objects of a drawing refer to: records by name, objects by handle.
+///
+/// Set up when every object of the file has its slot and every record its name.
+///
+/// A name that no record has: a layer is made, for entities on it belong together; a linetype is
+/// "ByLayer" ("Continuous" for a layer); a text or dimension style is "Standard"; a block, or
+/// anything else, is nothing. The name itself stays in the object's tags until the object changes.
+class References {
+public:
+    explicit References(DatabaseContents& contents);
+
+    /// @param bytes  the name as the file has it
+    /// @param ofLayer  a layer asks
+    KdDbObjectId named(TableKind kind, std::string_view bytes, bool ofLayer);
+
+    /// What an object has that names no record of a kind: null where nothing stands for that.
+    KdDbObjectId standard(TableKind kind, bool ofLayer);
+
+    /// Null for a handle that no object has.
+    KdDbObjectId at(std::uint64_t handle) const;
+
+    /// The record of a name, made when there is none.
+    KdDbObjectId recordOrNew(TableKind kind, std::wstring_view name);
+
+    /// The table of a kind, made when there is none.
+    KdDbSymbolTable& table(TableKind kind);
+
+private:
+    struct BytesHash {
+        using is_transparent = void;
+
+        std::size_t operator()(std::string_view text) const
+        {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+
+    using Known = std::unordered_map<std::string, KdDbObjectId, BytesHash, std::equal_to<>>;
+
+    KdDbObjectId find(TableKind kind, std::wstring_view name) const;
+    KdDbObjectId substitute(TableKind kind, std::wstring_view name, bool ofLayer);
+
+    DatabaseContents& contents_;
+    std::array<std::unordered_map<std::wstring, KdDbObjectId>, kTableKinds> records_; ///< folded
+    std::array<Known, kTableKinds> known_; ///< names that were asked for, as the file has them
+};
+
+/// Name of the record that stands for a missing one; null where nothing does.
+const wchar_t* standardName(TableKind kind, bool ofLayer);
+
+/// A name without regard to case.
+std::wstring folded(std::wstring_view name);
+
+} // namespace korra

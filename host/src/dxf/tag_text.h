@@ -1,0 +1,26 @@
+#pragma once
+
+#include "dxf/tag_list.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace korra {
+
+/// Appends a tag as drawing files are usually written: the code right-aligned in three places.
+void appendTag(std::string& text, int code, std::string_view value, std::string_view lineEnd);
+
+/// An object's bytes with a tag put behind its first one.
+std::string withTag(std::string_view bytes, int code, std::string_view value,
+                    std::string_view lineEnd);
+
+/// An object's bytes, given its handle unless they have one; 0 is none.
+std::string withHandle(std::string_view bytes, std::uint64_t handle, std::string_view lineEnd);
+
+/// An object's bytes with another value in one of its tags.
+/// @param tags  of the bytes
+std::string withValue(const TagList& tags, std::size_t tag, std::string_view value,
+                      std::string_view lineEnd);
+
+} // namespace korra

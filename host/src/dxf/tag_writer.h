@@ -1,0 +1,96 @@
+#pragma once
+
+#include "db/contents.h"
+#include "db/fields.h"
+#include "dxf/tag_cursor.h"
+#include "dxf/tag_values.h"
+
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace korra {
+
+/// Brings the tags of an object up to date with its fields.
+///
+/// A tag whose value is equal keeps its text byte for byte; one that differs gets new text; a field
+/// that has no tag is inserted behind the field named before it; tags that no field knows stay
+/// where they are.
+class TagWriter final : public FieldVisitor {
+public:
+    explicit TagWriter(const DatabaseContents& contents);
+
+    /// @param source  the tags as they are; of a new object those that begin it
+    /// @param only  codes of the fields to write; empty: all
+    /// @return the tags as they shall be
+    std::string fieldsWritten(KdDbObject& object, std::string_view source,
+                              std::span<const int> only = {});
+
+    /// The same with the extended data and the handle of the extension dictionary.
+    std::string objectWritten(KdDbObject& object, std::string_view source,
+                              std::span<const int> only = {});
+
+    void real(int code, double& value) override;
+    void real(int code, double& value, double byDefault) override;
+    void angle(int code, double& value) override;
+    void angle(int code, double& value, double byDefault) override;
+    void text(int code, std::wstring& value) override;
+    void text(int code, std::wstring& value, const wchar_t* byDefault) override;
+    void longText(int code, int pieceCode, std::wstring& value) override;
+    void point(int code, KdGePoint3d& value) override;
+    void point(int code, KdGePoint3d& value, const KdGePoint3d& byDefault) override;
+    void vector(int code, KdGeVector3d& value, const KdGeVector3d& byDefault) override;
+    void point(int code, KdGePoint2d& value) override;
+    void name(int code, KdDbObjectId& value, TableKind table) override;
+    void handle(int code, KdDbObjectId& value) override;
+    void handle(int code, KdDbHandle& value) override;
+    void color(int code, KdCmColor& value) override;
+    void layerColor(int code, KdCmColor& value, bool& off) override;
+    void derived(int code, long long value) override;
+    void behindMarker(int count) override;
+
+protected:
+    void wholeNumber(int code, long long& value) override;
+    void wholeNumber(int code, long long& value, long long byDefault) override;
+    std::size_t beginList(int leadCode, std::size_t count) override;
+
+    void beginElement() override { cursor_.beginElement(); }
+
+    void endList() override;
+
+private:
+    std::size_t take(int code);
+    void insert(int code, std::string_view value);
+    void replace(std::size_t tag, std::string_view value);
+
+    void remove(std::size_t tag) { replaced_[tag].clear(); }
+
+    std::string assembled() const;
+
+    void writeReal(int code, double value, bool insertMissing);
+    void writeAngle(int code, double value, bool insertMissing);
+    void writeText(int code, const std::wstring& value, bool insertMissing);
+    void writeWhole(int code, long long value, bool insertMissing);
+    void writeColor(int code, const KdCmColor& value, long long number, bool insertMissing);
+    void writeTrueColor(std::size_t tag, const KdCmColor& value);
+    void writeHandle(int code, KdDbHandle value);
+    void writeAxes(int code, std::span<const double> values, bool insertMissing);
+    void insertPieces(int code, int pieceCode, std::wstring_view value);
+    bool means(std::size_t tag, TableKind table, KdDbObjectId value) const;
+    void begin(std::string_view source, std::span<const int> only);
+    void writeExtensionDictionary(const ObjectExtras& extras);
+    void writeExtendedData(const ObjectExtras& extras);
+
+    const DatabaseContents& contents_;
+    const TextEncoding& encoding_;
+    std::string_view lineEnd_;
+    TagCursor cursor_;
+    std::size_t place_ = 0; ///< tag behind which a missing field is inserted
+    std::size_t listCount_ = 0;
+    bool isLayer_ = false;
+    std::map<std::size_t, std::string> replaced_; ///< whole tags; empty: gone
+    std::map<std::size_t, std::string> insertedBehind_;
+};
+
+} // namespace korra

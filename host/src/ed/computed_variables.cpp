@@ -1,0 +1,299 @@
+#include "db/contents.h"
+#include "ed/editor.h"
+#include "ed/user_system.h"
+#include "ed/variable_tables.h"
+#include "ed/views.h"
+#include "platform/text.h"
+
+#include <iterator>
+#include <limits>
+
+namespace korra::ed {
+namespace {
+
+/// What EXTMIN and EXTMAX hold while the space shows nothing.
+constexpr double kNoExtent = 1e20;
+
+using Read = SystemVariable::Read;
+using Write = SystemVariable::Write;
+
+/// @param sample  any value of the variable's type
+SystemVariable computedVariable(const wchar_t* name, short type, VariableValue sample, Read read,
+                                Write write = nullptr)
+{
+    SystemVariable variable;
+    variable.name = name;
+    variable.type = type;
+    variable.home = SystemVariable::Home::computed;
+    variable.byDefault = std::move(sample);
+    variable.minimum = std::numeric_limits<short>::min();
+    variable.maximum = std::numeric_limits<short>::max();
+    variable.read = read;
+    variable.write = write;
+    return variable;
+}
+
+SystemVariable pointOf(const wchar_t* name, Read read, Write write = nullptr)
+{
+    return computedVariable(name, RT3DPOINT, KdGePoint3d(), read, write);
+}
+
+SystemVariable realOf(const wchar_t* name, Read read)
+{
+    return computedVariable(name, RTREAL, 0.0, read);
+}
+
+SystemVariable shortOf(const wchar_t* name, Read read, Write write = nullptr)
+{
+    return computedVariable(name, RTSHORT, short{0}, read, write);
+}
+
+SystemVariable textOf(const wchar_t* name, Read read, Write write = nullptr)
+{
+    return computedVariable(name, RTSTR, std::wstring(), read, write);
+}
+
+std::wstring recordName(KdDbObjectId id)
+{
+    const auto* const record = ObjectAccess::live<KdDbSymbolTableRecord>(id);
+    return record ? record->name() : std::wstring();
+}
+
+bool setRecord(KdDbDatabase& database, TableKind kind, const char* header, int code,
+               const VariableValue& value)
+{
+    const std::wstring name =
+        recordName(database.contents().record(kind, std::get<std::wstring>(value)));
+    if (name.empty())
+        return false;
+    database.contents().header.setText(header, name, code);
+    return true;
+}
+
+constexpr int kByBlock = 0;
+constexpr int kByLayer = 256;
+
+VariableValue currentColor(const KdDbDatabase& database)
+{
+    const int index = database.contents().header.integer("$CECOLOR", kByLayer);
+    if (index == kByLayer)
+        return std::wstring(L"BYLAYER");
+    return index == kByBlock ? std::wstring(L"BYBLOCK") : std::to_wstring(index);
+}
+
+std::optional<int> colorIndexOf(const std::wstring& text)
+{
+    if (platform::compareNoCase(text, L"BYLAYER") == 0)
+        return kByLayer;
+    if (platform::compareNoCase(text, L"BYBLOCK") == 0)
+        return kByBlock;
+    const std::optional<double> number = readReal(text);
+    const bool index =
+        number && *number >= 1.0 && *number < kByLayer && *number == static_cast<int>(*number);
+    return index ? std::optional(static_cast<int>(*number)) : std::nullopt;
+}
+
+bool setCurrentColor(KdDbDatabase& database, const VariableValue& value)
+{
+    const std::optional<int> index = colorIndexOf(std::get<std::wstring>(value));
+    if (index)
+        database.contents().header.setInteger("$CECOLOR", *index, 62);
+    return index.has_value();
+}
+
+/// A point and a direction of the world as the current user sees them.
+KdGePoint3d inUserSystem(const KdDbDatabase& database, const KdGePoint3d& point)
+{
+    return userToWorld(database).inverse() * point;
+}
+
+KdGePoint3d inUserSystem(const KdDbDatabase& database, const KdGeVector3d& direction)
+{
+    return KdGePoint3d::kOrigin + userToWorld(database).inverse() * direction;
+}
+
+KdGePoint3d viewCenter(const KdDbDatabase& database)
+{
+    const View view = currentView(database);
+    return inUserSystem(database,
+                        displayToWorld(view) * KdGePoint3d(view.center.x, view.center.y, 0.0));
+}
+
+KdGePoint3d extent(const KdDbDatabase& database, bool maximum)
+{
+    const KdGeExtents3d box = currentSpaceExtents(database);
+    if (box.isEmpty()) {
+        const double beyond = maximum ? -kNoExtent : kNoExtent;
+        return {beyond, beyond, beyond};
+    }
+    return maximum ? box.maxPoint() : box.minPoint();
+}
+
+/// A column of the matrix from the user system: 0 and 1 the axes, 3 the origin.
+KdGePoint3d userColumn(const KdDbDatabase& database, unsigned int column)
+{
+    const KdGeMatrix3d matrix = userToWorld(database);
+    return {matrix(0, column), matrix(1, column), matrix(2, column)};
+}
+
+VariableValue screenSize(const KdDbDatabase& database)
+{
+    const PixelSize pixels = currentPixels(database);
+    return KdGePoint3d(pixels.width, pixels.height, 0.0);
+}
+
+VariableValue drawingName(const KdDbDatabase&)
+{
+    const std::wstring path = currentDocument()->fileName();
+    return path.substr(path.find_last_of(L'/') + 1);
+}
+
+bool setTileModeTo(KdDbDatabase& database, const VariableValue& value)
+{
+    const short mode = std::get<short>(value);
+    if (mode != 0 && mode != 1)
+        return false;
+    setTileMode(database, mode == 1);
+    return true;
+}
+
+std::vector<SystemVariable> tabVariables()
+{
+    return {
+        textOf(
+            L"CTAB",
+            [](const KdDbDatabase& database) -> VariableValue {
+                const KdDbLayout* const layout = database.contents().currentLayout();
+                return std::wstring(layout ? layout->getLayoutName() : L"");
+            },
+            [](KdDbDatabase& database, const VariableValue& name) {
+                return makeLayoutCurrent(database, std::get<std::wstring>(name).c_str());
+            }),
+        shortOf(
+            L"CVPORT",
+            [](const KdDbDatabase& database) -> VariableValue {
+                return currentViewportNumber(database);
+            },
+            [](KdDbDatabase& database, const VariableValue& number) {
+                return setCurrentViewportNumber(database, std::get<short>(number));
+            }),
+        shortOf(
+            L"TILEMODE",
+            [](const KdDbDatabase& database) -> VariableValue {
+                return static_cast<short>(database.tilemode());
+            },
+            setTileModeTo),
+        textOf(L"DWGNAME", drawingName),
+    };
+}
+
+std::vector<SystemVariable> userSystemVariables()
+{
+    return {
+        textOf(L"UCSNAME",
+               [](const KdDbDatabase& db) -> VariableValue { return userSystemName(db); }),
+        pointOf(L"UCSORG",
+                [](const KdDbDatabase& db) -> VariableValue { return userColumn(db, 3); }),
+        pointOf(L"UCSXDIR",
+                [](const KdDbDatabase& db) -> VariableValue { return userColumn(db, 0); }),
+        pointOf(L"UCSYDIR",
+                [](const KdDbDatabase& db) -> VariableValue { return userColumn(db, 1); }),
+        pointOf(
+            L"LASTPOINT",
+            [](const KdDbDatabase&) -> VariableValue {
+                return currentDocument()->editor->lastPoint;
+            },
+            [](KdDbDatabase&, const VariableValue& point) {
+                currentDocument()->editor->lastPoint = std::get<KdGePoint3d>(point);
+                return true;
+            }),
+    };
+}
+
+} // namespace
+
+std::vector<SystemVariable> currentRecordVariables()
+{
+    return {
+        textOf(
+            L"CLAYER",
+            [](const KdDbDatabase& database) -> VariableValue {
+                return recordName(database.clayer());
+            },
+            [](KdDbDatabase& database, const VariableValue& name) {
+                return setRecord(database, TableKind::layer, "$CLAYER", 8, name);
+            }),
+        textOf(
+            L"TEXTSTYLE",
+            [](const KdDbDatabase& database) -> VariableValue {
+                return recordName(database.textstyle());
+            },
+            [](KdDbDatabase& database, const VariableValue& name) {
+                return setRecord(database, TableKind::textStyle, "$TEXTSTYLE", 7, name);
+            }),
+        textOf(
+            L"CELTYPE",
+            [](const KdDbDatabase& database) -> VariableValue {
+                return recordName(database.celtype());
+            },
+            [](KdDbDatabase& database, const VariableValue& name) {
+                return setRecord(database, TableKind::linetype, "$CELTYPE", 6, name);
+            }),
+        textOf(L"DIMSTYLE",
+               [](const KdDbDatabase& database) -> VariableValue {
+                   return recordName(database.dimstyle());
+               }),
+        textOf(L"CECOLOR", currentColor, setCurrentColor),
+    };
+}
+
+std::vector<SystemVariable> viewVariables()
+{
+    std::vector<SystemVariable> variables = {
+        pointOf(L"VIEWCTR", [](const KdDbDatabase& db) -> VariableValue { return viewCenter(db); }),
+        realOf(L"VIEWSIZE",
+               [](const KdDbDatabase& db) -> VariableValue { return currentView(db).height; }),
+        pointOf(L"VIEWDIR",
+                [](const KdDbDatabase& db) -> VariableValue {
+                    return inUserSystem(db, currentView(db).direction);
+                }),
+        realOf(L"VIEWTWIST",
+               [](const KdDbDatabase& db) -> VariableValue { return currentView(db).twist; }),
+        shortOf(L"VIEWMODE",
+                [](const KdDbDatabase& db) -> VariableValue {
+                    return static_cast<short>(currentView(db).perspective);
+                }),
+        pointOf(L"TARGET",
+                [](const KdDbDatabase& db) -> VariableValue {
+                    return inUserSystem(db, currentView(db).target);
+                }),
+        realOf(L"LENSLENGTH",
+               [](const KdDbDatabase& db) -> VariableValue { return currentView(db).lensLength; }),
+        // Views of this host have no clipping planes.
+        realOf(L"FRONTZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
+        realOf(L"BACKZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
+        computedVariable(L"SCREENSIZE", RTPOINT, KdGePoint3d(), screenSize),
+        pointOf(L"EXTMIN",
+                [](const KdDbDatabase& db) -> VariableValue { return extent(db, false); }),
+        pointOf(L"EXTMAX",
+                [](const KdDbDatabase& db) -> VariableValue { return extent(db, true); }),
+    };
+    for (auto part : {tabVariables(), userSystemVariables()})
+        variables.insert(variables.end(), std::make_move_iterator(part.begin()),
+                         std::make_move_iterator(part.end()));
+    return variables;
+}
+
+const std::vector<SystemVariable>& systemVariables()
+{
+    static const std::vector<SystemVariable> all = [] {
+        std::vector<SystemVariable> variables;
+        for (const auto& part : {hostVariables(), drawingVariables(), currentRecordVariables(),
+                                 viewVariables(), numericDimensionVariables()})
+            variables.insert(variables.end(), part.begin(), part.end());
+        return variables;
+    }();
+    return all;
+}
+
+} // namespace korra::ed

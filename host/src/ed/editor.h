@@ -1,0 +1,62 @@
+#pragma once
+
+#include "control/host_state.h"
+#include "ed/command_line.h"
+#include "ed/input.h"
+#include "ed/main_window.h"
+#include "ed/prompt_rules.h"
+#include "ed/selection_sets.h"
+#include "ed/system_variables.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace korra {
+
+/// What the editor keeps for the whole host.
+struct EditorState {
+    EditorState();
+    ~EditorState();
+
+    ed::CommandLine commandLine;
+    ed::InputStream input;
+    ed::MainWindow mainWindow;
+    ed::SelectionSets selectionSets;
+
+    /// Values of the system variables that belong to the host, where they are not the default.
+    std::map<std::wstring, ed::VariableValue> variables;
+
+    ed::PromptRules rules;  ///< for the next prompt
+    std::wstring lastInput; ///< the keyword or text that ended the last prompt
+
+    KdGePoint3d cursor;          ///< world coordinates
+    bool cursorReported = false; ///< tracking has told it since it last moved
+    std::wstring keysToReport;   ///< characters of a text that tracking has not told yet
+
+    bool quitting = false;
+
+    std::unique_ptr<DocumentObserver> observer;
+};
+
+/// What the editor keeps for one document.
+struct EditorDocument {
+    KdGePoint3d lastPoint; ///< the point given last, user coordinates
+};
+
+} // namespace korra
+
+namespace korra::ed {
+
+/// The editor of the running host; runningEditor() is null when none runs.
+EditorState& editor();
+EditorState* runningEditor();
+
+/// The current document, and its database; null when there is none.
+Document* currentDocument();
+KdDbDatabase* currentDatabase();
+
+/// Prints a line of its own.
+void printLine(std::wstring_view text);
+
+} // namespace korra::ed

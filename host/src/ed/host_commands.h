@@ -1,0 +1,8 @@
+#pragma once
+
+namespace korra::ed {
+
+/// Adds the host's own commands to the command stack.
+void registerHostCommands();
+
+} // namespace korra::ed

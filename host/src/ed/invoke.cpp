@@ -1,0 +1,35 @@
+#include "ed/colors.h"
+#include "ed/editor.h"
+#include "kd/ed.h"
+#include "platform/gate.h"
+#include "platform/text.h"
+#include "rx/list_functions.h"
+
+namespace korra::ed {
+namespace {
+
+/// A list-processing function that the host itself has.
+struct HostFunction {
+    const wchar_t* name;
+    int (*call)(const resbuf* arguments, resbuf** result);
+};
+
+constexpr HostFunction kHostFunctions[] = {{L"korra_colordlg", invokeColorDialog}};
+
+} // namespace
+} // namespace korra::ed
+
+int kdedInvoke(const resbuf* arguments, resbuf** result)
+{
+    using namespace korra;
+    if (result)
+        *result = nullptr;
+    const bool isNamed = arguments && arguments->restype == RTSTR && arguments->resval.rstring;
+    const wchar_t* const name = isNamed ? arguments->resval.rstring : nullptr;
+    if (platform::gate("kdedInvoke", name) || !name || !result || !ed::runningEditor())
+        return RTERROR;
+    for (const ed::HostFunction& function : ed::kHostFunctions)
+        if (platform::compareNoCase(function.name, name) == 0)
+            return function.call(arguments->rbnext, result);
+    return rx::invokeFunction(name) ? RTNORM : RTERROR;
+}

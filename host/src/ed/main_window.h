@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/window.h"
+
+#include <afxwin.h>
+
+#include <string>
+
+namespace korra::ed {
+
+/// The host's main window: it takes copied text as typed command input.
+struct MainWindow final : HWND__ {
+    MainWindow() { frame.m_hWnd = this; }
+
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    std::wstring caption;
+    CWnd frame; ///< the window as the window framework has it
+};
+
+} // namespace korra::ed

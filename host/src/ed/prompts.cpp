@@ -1,0 +1,227 @@
+#include "ed/prompts.h"
+
+#include "ed/editor.h"
+#include "ed/user_system.h"
+#include "kd/ed.h"
+#include "platform/gate.h"
+#include "platform/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace korra::ed {
+namespace {
+
+using Kind = InputEvent::Kind;
+
+void moveCursor(const KdGePoint3d& userPoint)
+{
+    const KdDbDatabase* const database = currentDatabase();
+    editor().cursor = database ? userToWorld(*database) * userPoint : userPoint;
+    editor().cursorReported = false;
+}
+
+void show(const InputEvent& event)
+{
+    CommandLine& line = editor().commandLine;
+    if (event.atEnd)
+        line.freshLine();
+    else if (event.shown)
+        line.lineEndedByUser();
+    else
+        line.echo(event.line);
+}
+
+void sayInvalid(const wchar_t* what)
+{
+    printLine(std::wstring(L"Not ") + what + L'.');
+}
+
+/// The point of a click, or of a text that reads as one.
+std::optional<KdGePoint3d> pointOf(const InputEvent& event)
+{
+    return event.kind == Kind::escape ? std::nullopt : event.point;
+}
+
+/// What every prompt takes before what it asks for; nullopt: none of that.
+std::optional<int> commonAnswer(const InputEvent& event, const PromptRules& rules)
+{
+    if (event.kind == Kind::escape)
+        return RTCAN;
+    if (isEnter(event) && !rules.has(PromptRules::kNoEnter))
+        return RTNONE;
+    if (isKeyword(event, rules))
+        return RTKWORD;
+    return std::nullopt;
+}
+
+bool isTaken(double number, const PromptRules& rules)
+{
+    return !(rules.has(PromptRules::kNoZero) && number == 0.0) &&
+           !(rules.has(PromptRules::kNoNegative) && number < 0.0);
+}
+
+} // namespace
+
+InputEvent nextEvent()
+{
+    InputEvent event = editor().input.take();
+    if (event.point)
+        moveCursor(*event.point);
+    return event;
+}
+
+InputEvent ask(std::wstring_view prompt)
+{
+    editor().commandLine.print(platform::toUtf8(prompt));
+    InputEvent event = nextEvent();
+    while (event.kind == Kind::move)
+        event = nextEvent();
+    editor().cursorReported = false;
+    show(event);
+    return event;
+}
+
+PromptRules takeRules()
+{
+    return std::exchange(editor().rules, {});
+}
+
+bool isEnter(const InputEvent& event)
+{
+    return event.kind == Kind::enter || event.kind == Kind::space || event.kind == Kind::secondary;
+}
+
+bool isKeyword(const InputEvent& event, const PromptRules& rules)
+{
+    const auto keyword = event.kind == Kind::text ? rules.keywords.find(event.text) : std::nullopt;
+    if (keyword)
+        editor().lastInput = *keyword;
+    return keyword.has_value();
+}
+
+bool isFreeText(const InputEvent& event, const PromptRules& rules)
+{
+    if (event.kind != Kind::text || !rules.has(PromptRules::kAnyText))
+        return false;
+    editor().lastInput = event.text;
+    return true;
+}
+
+int askPoint(std::wstring_view prompt, KdGePoint3d& point)
+{
+    const PromptRules rules = takeRules();
+    while (true) {
+        const InputEvent event = ask(prompt);
+        if (const std::optional<int> status = commonAnswer(event, rules))
+            return *status;
+        if (const std::optional<KdGePoint3d> given = pointOf(event)) {
+            point = *given;
+            currentDocument()->editor->lastPoint = point;
+            return RTNORM;
+        }
+        if (isFreeText(event, rules))
+            return RTSTR;
+        sayInvalid(L"a point");
+    }
+}
+
+int askReal(std::wstring_view prompt, double& number)
+{
+    const PromptRules rules = takeRules();
+    while (true) {
+        const InputEvent event = ask(prompt);
+        if (const std::optional<int> status = commonAnswer(event, rules))
+            return *status;
+        const auto given = event.kind == Kind::text ? readReal(event.text) : std::nullopt;
+        if (given && isTaken(*given, rules)) {
+            number = *given;
+            return RTNORM;
+        }
+        if (isFreeText(event, rules))
+            return RTSTR;
+        sayInvalid(L"an allowed number");
+    }
+}
+
+int askText(std::wstring_view prompt, bool allowBlanks, std::wstring& text)
+{
+    const PromptRules rules = takeRules();
+    while (true) {
+        const InputEvent event = ask(prompt);
+        if (event.kind == Kind::escape)
+            return RTCAN;
+        const bool blank = event.kind == Kind::space && allowBlanks;
+        if (isEnter(event) && !blank && rules.has(PromptRules::kNoEnter))
+            continue;
+        if (!isEnter(event) && event.kind != Kind::text)
+            continue;
+        text = blank ? L" " : event.text;
+        if (!allowBlanks)
+            text.erase(std::min(text.find(L' '), text.size()));
+        return RTNORM;
+    }
+}
+
+namespace {
+
+/// Copies a text, cut to the buffer.
+int give(const std::wstring& text, wchar_t* result, std::size_t size)
+{
+    const std::size_t length = std::min(text.size(), size - 1);
+    std::copy_n(text.c_str(), length, result);
+    result[length] = L'\0';
+    return RTNORM;
+}
+
+std::wstring_view orNothing(const wchar_t* prompt)
+{
+    return prompt ? prompt : L"";
+}
+
+} // namespace
+} // namespace korra::ed
+
+using namespace korra::ed;
+
+int kdedInitGet(int flags, const wchar_t* keywords)
+{
+    if (platform::gate("kdedInitGet", flags, keywords) || !runningEditor())
+        return RTERROR;
+    editor().rules = {flags, Keywords(orNothing(keywords))};
+    return RTNORM;
+}
+
+int kdedGetReal(const wchar_t* prompt, double* result)
+{
+    if (platform::gate("kdedGetReal", prompt) || !result || !runningEditor())
+        return RTERROR;
+    return askReal(orNothing(prompt), *result);
+}
+
+int kdedGetPoint(const kds_point, const wchar_t* prompt, kds_point result)
+{
+    if (platform::gate("kdedGetPoint", prompt) || !result || !currentDocument())
+        return RTERROR;
+    KdGePoint3d point;
+    const int status = askPoint(orNothing(prompt), point);
+    for (unsigned int axis = 0; status == RTNORM && axis < 3; ++axis)
+        result[axis] = point[axis];
+    return status;
+}
+
+int kdedGetString(int allowBlanks, const wchar_t* prompt, wchar_t* result, std::size_t size)
+{
+    if (platform::gate("kdedGetString", prompt) || !result || size == 0 || !runningEditor())
+        return RTERROR;
+    std::wstring text;
+    const int status = askText(orNothing(prompt), allowBlanks != 0, text);
+    return status == RTNORM ? give(text, result, size) : status;
+}
+
+int kdedGetInput(wchar_t* result, std::size_t size)
+{
+    if (platform::gate("kdedGetInput") || !result || size == 0 || !runningEditor())
+        return RTERROR;
+    return give(editor().lastInput, result, size);
+}

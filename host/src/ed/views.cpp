@@ -1,0 +1,246 @@
+#include "ed/views.h"
+
+#include "db/contents.h"
+#include "ed/editor.h"
+#include "ed/object_change.h"
+#include "gi/extents_sink.h"
+#include "platform/gate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace korra::ed {
+namespace {
+
+/// Height and middle of the window of a new, empty drawing.
+constexpr double kEmptyHeight = 9.0;
+constexpr KdGePoint2d kEmptyCenter(6.0, 4.5);
+
+struct Axes {
+    KdGeVector3d x, y, z;
+};
+
+/// A view along the world's z axis has no level direction of its own: it takes the world's x axis,
+/// from below the reverse one.
+Axes viewAxes(const KdGeVector3d& direction)
+{
+    const KdGeVector3d z = direction.normal();
+    const KdGeVector3d level = KdGeVector3d::kZAxis.crossProduct(direction);
+    if (level.isZeroLength()) {
+        const double side = z.z < 0.0 ? -1.0 : 1.0;
+        return {KdGeVector3d::kXAxis * side, KdGeVector3d::kYAxis, KdGeVector3d::kZAxis * side};
+    }
+    const KdGeVector3d x = level.normal();
+    return {x, z.crossProduct(x), z};
+}
+
+const KdDbViewportTableRecord* activeTile(const KdDbDatabase& database)
+{
+    return ObjectAccess::live<KdDbViewportTableRecord>(
+        database.contents().record(TableKind::viewport, L"*Active"));
+}
+
+View viewOf(const KdDbViewportTableRecord& tile)
+{
+    View view;
+    view.target = tile.target();
+    view.direction = tile.viewDirection();
+    view.twist = tile.viewTwist();
+    view.center = tile.centerPoint();
+    view.height = tile.height();
+    view.lensLength = tile.lensLength();
+    return view;
+}
+
+/// A damaged drawing may hold a view that shows nothing.
+View madeUsable(View view)
+{
+    if (!std::isfinite(view.height) || view.height <= 0.0)
+        view.height = kEmptyHeight;
+    if (view.direction.isZeroLength())
+        view.direction = KdGeVector3d::kZAxis;
+    return view;
+}
+
+double screenAspect()
+{
+    const HostOptions& options = host().options;
+    return static_cast<double>(options.screenWidth) / options.screenHeight;
+}
+
+/// A window of the screen's shape around a box in display coordinates.
+struct Window {
+    KdGePoint2d center = kEmptyCenter;
+    double height = kEmptyHeight;
+};
+
+Window windowAround(const KdGeExtents3d& box)
+{
+    Window window;
+    if (box.isEmpty())
+        return window;
+    const KdGeVector3d size = box.maxPoint() - box.minPoint();
+    const KdGePoint3d middle = box.minPoint() + size * 0.5;
+    window.center = {middle.x, middle.y};
+    window.height = std::max(size.y, size.x / screenAspect());
+    if (window.height <= 0.0)
+        window.height = 1.0;
+    return window;
+}
+
+KdGeExtents3d extentsOf(KdDbObjectId block, const KdGeMatrix3d& frame)
+{
+    ExtentsSink sink(frame);
+    drawBlockContents(block, sink);
+    return sink.extents();
+}
+
+void fitActiveTile(KdDbDatabase& database)
+{
+    ObjectChange<KdDbViewportTableRecord> tile(
+        database.contents().record(TableKind::viewport, L"*Active"));
+    const KdDbBlockTableRecord* const model = database.contents().block(L"*Model_Space");
+    if (!tile || !model)
+        return;
+    const Window window = windowAround(extentsOf(model->objectId(), {}));
+    tile->setCenterPoint(window.center);
+    tile->setHeight(window.height);
+    tile->setWidth(window.height * screenAspect());
+}
+
+} // namespace
+
+KdGeMatrix3d displayToWorld(const View& view)
+{
+    const Axes axes = viewAxes(view.direction);
+    KdGeMatrix3d frame;
+    frame.setCoordSystem(view.target, axes.x, axes.y, axes.z);
+    return KdGeMatrix3d::rotation(-view.twist, axes.z, view.target) * frame;
+}
+
+KdGeMatrix3d worldToDisplay(const View& view)
+{
+    return displayToWorld(view).inverse();
+}
+
+bool isSheetCurrent(const KdDbDatabase& database)
+{
+    return !database.tilemode() && database.contents().enteredViewport.isNull();
+}
+
+KdDbObjectId currentViewport(const KdDbDatabase& database)
+{
+    if (database.tilemode()) {
+        const KdDbViewportTableRecord* const tile = activeTile(database);
+        return tile ? tile->objectId() : KdDbObjectId();
+    }
+    const KdDbObjectId entered = database.contents().enteredViewport;
+    return entered.isNull() || entered.isErased() ? database.paperSpaceVportId() : entered;
+}
+
+View viewOf(const KdDbViewport& viewport)
+{
+    View view;
+    view.target = viewport.viewTarget();
+    view.direction = viewport.viewDirection();
+    view.twist = viewport.twistAngle();
+    view.center = viewport.viewCenter();
+    view.height = viewport.viewHeight();
+    view.lensLength = viewport.lensLength();
+    view.perspective = viewport.isPerspectiveOn();
+    return madeUsable(view);
+}
+
+View currentView(const KdDbDatabase& database)
+{
+    const KdDbObjectId current = currentViewport(database);
+    if (const auto* viewport = ObjectAccess::live<KdDbViewport>(current))
+        return viewOf(*viewport);
+    const auto* const tile = ObjectAccess::live<KdDbViewportTableRecord>(current);
+    return tile ? madeUsable(viewOf(*tile)) : View();
+}
+
+bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double width,
+                      double height)
+{
+    const double fitting = std::max(height, width / screenAspect());
+    if (!std::isfinite(fitting) || fitting <= 0.0)
+        return false;
+    const KdDbObjectId current = currentViewport(database);
+    if (ObjectChange<KdDbViewport> viewport(current); viewport) {
+        viewport->setViewCenter(center);
+        viewport->setViewHeight(fitting);
+        return true;
+    }
+    ObjectChange<KdDbViewportTableRecord> tile(current);
+    if (!tile)
+        return false;
+    tile->setCenterPoint(center);
+    tile->setHeight(fitting);
+    tile->setWidth(fitting * screenAspect());
+    return true;
+}
+
+KdGeMatrix3d displayToSheet(const KdDbViewport& viewport)
+{
+    const View view = viewOf(viewport);
+    const KdGePoint3d center = viewport.centerPoint();
+    const double scale = viewport.height() / view.height;
+    return KdGeMatrix3d::translation(center.asVector()) * KdGeMatrix3d::scaling(scale) *
+           KdGeMatrix3d::translation({-view.center.x, -view.center.y, 0.0});
+}
+
+KdGeMatrix3d modelToSheet(const KdDbViewport& viewport)
+{
+    return displayToSheet(viewport) * worldToDisplay(viewOf(viewport));
+}
+
+PixelSize currentPixels(const KdDbDatabase& database)
+{
+    const PixelSize screen{static_cast<double>(host().options.screenWidth),
+                           static_cast<double>(host().options.screenHeight)};
+    const auto* const entered =
+        ObjectAccess::live<KdDbViewport>(database.contents().enteredViewport);
+    const auto* const sheet = ObjectAccess::live<KdDbViewport>(database.paperSpaceVportId());
+    if (!entered || !sheet)
+        return screen;
+    const double perUnit = screen.height / viewOf(*sheet).height;
+    return {entered->width() * perUnit, entered->height() * perUnit};
+}
+
+KdGeMatrix3d worldToPixels(const KdDbDatabase& database)
+{
+    const View view = currentView(database);
+    return KdGeMatrix3d::scaling(currentPixels(database).height / view.height) *
+           worldToDisplay(view);
+}
+
+KdGeExtents3d currentSpaceExtents(const KdDbDatabase& database, const KdGeMatrix3d& frame)
+{
+    return extentsOf(database.currentSpaceId(), frame);
+}
+
+bool zoomExtents(KdDbDatabase& database)
+{
+    const KdGeExtents3d box = currentSpaceExtents(database, worldToDisplay(currentView(database)));
+    if (box.isEmpty())
+        return false;
+    const Window window = windowAround(box);
+    return setCurrentWindow(database, window.center, 0.0, window.height);
+}
+
+void fitNewView(KdDbDatabase& database)
+{
+    if (std::exchange(database.contents().activeViewMade, false))
+        fitActiveTile(database);
+}
+
+} // namespace korra::ed
+
+KdDbObjectId kdedGetCurViewportObjectId()
+{
+    const bool failing = platform::gate("kdedGetCurViewportObjectId");
+    const KdDbDatabase* const database = korra::ed::currentDatabase();
+    return failing || !database ? KdDbObjectId() : korra::ed::currentViewport(*database);
+}

@@ -1,0 +1,3 @@
+#include "kd/ge/tol.h"
+
+KdGeTol KdGeContext::gTol;

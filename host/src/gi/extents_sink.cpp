@@ -1,0 +1,32 @@
+#include "gi/extents_sink.h"
+
+namespace korra {
+
+ExtentsSink::ExtentsSink(const KdGeMatrix3d& frame)
+{
+    transforms_.back() = frame;
+}
+
+void ExtentsSink::segment(const KdGePoint3d& start, const KdGePoint3d& end)
+{
+    extents_.addPoint(transform() * start);
+    extents_.addPoint(transform() * end);
+}
+
+void ExtentsSink::curve(const KdGeCurve3d& curve)
+{
+    extents_.addExt(curve.extentsUnder(transform()));
+}
+
+void ExtentsSink::point(const KdGePoint3d& point)
+{
+    extents_.addPoint(transform() * point);
+}
+
+void ExtentsSink::text(const TextRun& run)
+{
+    for (const KdGePoint3d& corner : run.corners())
+        extents_.addPoint(transform() * corner);
+}
+
+} // namespace korra

@@ -1,0 +1,72 @@
+#include "platform/input.h"
+
+#include "platform/gate.h"
+
+#include <windows.h>
+
+#include <bitset>
+
+namespace {
+constexpr std::size_t kKeyCount = 256;
+constexpr SHORT kHeld = static_cast<SHORT>(0x8000);
+
+std::bitset<kKeyCount> heldKeys;
+bool mousePresent = true;
+bool buttonsSwapped = false;
+
+bool isKey(int key)
+{
+    return key >= 0 && static_cast<std::size_t>(key) < kKeyCount;
+}
+
+SHORT keyState(int key)
+{
+    return isKey(key) && heldKeys[static_cast<std::size_t>(key)] ? kHeld : SHORT{0};
+}
+} // namespace
+
+void platform::holdKey(int key, bool held)
+{
+    if (isKey(key))
+        heldKeys[static_cast<std::size_t>(key)] = held;
+}
+
+void platform::releaseKeys()
+{
+    heldKeys.reset();
+}
+
+void platform::setMousePresent(bool present)
+{
+    mousePresent = present;
+}
+
+void platform::setButtonsSwapped(bool swapped)
+{
+    buttonsSwapped = swapped;
+}
+
+bool platform::buttonsAreSwapped()
+{
+    return mousePresent && buttonsSwapped;
+}
+
+SHORT GetAsyncKeyState(int key)
+{
+    platform::note("GetAsyncKeyState", key);
+    return keyState(key);
+}
+
+SHORT GetKeyState(int key)
+{
+    platform::note("GetKeyState", key);
+    return keyState(key);
+}
+
+int GetSystemMetrics(int metric)
+{
+    platform::note("GetSystemMetrics", metric);
+    if (metric == SM_MOUSEPRESENT)
+        return mousePresent;
+    return metric == SM_SWAPBUTTON && buttonsSwapped;
+}

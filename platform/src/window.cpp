@@ -1,0 +1,14 @@
+#include "platform/window.h"
+
+#include "platform/gate.h"
+
+LRESULT SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (platform::gate("SendMessageW", message) || !window)
+        return 0;
+    if (message == WM_COPYDATA && lParam) {
+        const auto& record = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        platform::note("WM_COPYDATA", record.dwData, record.cbData);
+    }
+    return window->onMessage(message, wParam, lParam);
+}

@@ -1,0 +1,176 @@
+// Databases: what every drawing has, its settings, spaces and layouts.
+
+#include "support/host_test.h"
+
+#include "db/contents.h"
+
+#include <memory>
+
+using korra::DatabaseContents;
+using korra::ObjectAccess;
+using korra::TableKind;
+using ::testing::SizeIs;
+
+namespace tests {
+namespace {
+
+class DatabaseTest : public HostTest {
+protected:
+    DatabaseContents& contents() { return database().contents(); }
+
+    /// A sheet as a file brings it: a block and a layout, bound to each other.
+    KdDbLayout& addSheet(const wchar_t* name, const wchar_t* block)
+    {
+        addEntityToBlock(block, new KdDbLine({0, 0, 0}, {1, 1, 0}));
+        contents().completeDrawing();
+        auto* record = contents().block(block);
+        KdDbLayout& layout = *ObjectAccess::live<KdDbLayout>(record->getLayoutId());
+        KdDbObject* opened = nullptr;
+        kddbOpenObject(opened, layout.objectId(), KdDb::kForWrite);
+        layout.setLayoutName(name);
+        layout.close();
+        return layout;
+    }
+};
+
+/// What every drawing has, whatever it was read from.
+void expectWhole(KdDbDatabase& database)
+{
+    const DatabaseContents& contents = database.contents();
+    for (const KdDbObjectId id :
+         {database.blockTableId(), database.dimStyleTableId(), database.layerTableId(),
+          database.linetypeTableId(), database.regAppTableId(), database.textStyleTableId(),
+          database.UCSTableId(), database.viewportTableId(), database.namedObjectsDictionaryId(),
+          database.layoutDictionaryId(), database.currentSpaceId(), database.clayer(),
+          database.textstyle(), database.dimstyle(), database.celtype(),
+          database.continuousLinetype(), contents.record(TableKind::regApp, L"ACAD"),
+          contents.record(TableKind::viewport, L"*Active")})
+        EXPECT_TRUE(!id.isNull() && !id.isErased());
+
+    ASSERT_THAT(contents.layouts(), SizeIs(2));
+    for (const KdDbLayout* layout : contents.layouts()) {
+        const auto* block =
+            ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId());
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(block->getLayoutId(), layout->objectId());
+        EXPECT_TRUE(block->isLayout());
+    }
+    EXPECT_TRUE(contents.layouts()[0]->getViewportArray().isEmpty());
+    const KdArray<KdDbObjectId> viewports = contents.layouts()[1]->getViewportArray();
+    ASSERT_EQ(viewports.length(), 1);
+    EXPECT_EQ(ObjectAccess::live<KdDbViewport>(viewports[0])->number(), 1);
+    EXPECT_EQ(database.paperSpaceVportId(), viewports[0]);
+}
+
+TEST_F(DatabaseTest, ANewDrawingIsWhole)
+{
+    expectWhole(database());
+    EXPECT_TRUE(database().tilemode());
+    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+    EXPECT_STREQ(contents().layouts()[0]->getLayoutName(), L"Model");
+    EXPECT_STREQ(contents().layouts()[1]->getLayoutName(), L"Layout1");
+}
+
+TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
+{
+    const std::size_t objects = contents().slots.size();
+    contents().completeDrawing();
+    EXPECT_EQ(contents().slots.size(), objects);
+
+    KdDbDatabase empty(false, true);
+    EXPECT_TRUE(empty.contents().slots.empty());
+    EXPECT_TRUE(empty.clayer().isNull());
+    KdDbLayerTable* layers = nullptr;
+    EXPECT_EQ(empty.getSymbolTable(layers, KdDb::kForRead), Kdapi::eNullObjectId);
+
+    // An old file: a layer table without layer "0", and nothing else.
+    auto* table = new KdDbLayerTable;
+    const KdDbObjectId id = ObjectAccess::adopt(empty, table, {}, KdDbHandle(0x20), false);
+    empty.contents().tables[static_cast<std::size_t>(TableKind::layer)] = id;
+    empty.contents().completeDrawing();
+    EXPECT_EQ(empty.layerTableId(), id);
+    EXPECT_EQ(id.handle(), KdDbHandle(0x20));
+    expectWhole(empty);
+}
+
+TEST_F(DatabaseTest, HandlesAreTakenOnce)
+{
+    KdDbDatabase empty(false, true);
+    const auto adopt = [&](KdDbHandle wanted) {
+        return ObjectAccess::adopt(empty, new KdDbDictionary, {}, wanted, false).handle().value();
+    };
+    EXPECT_EQ(adopt({}), 1u);
+    EXPECT_EQ(adopt(KdDbHandle(0x10)), 0x10u);
+    EXPECT_EQ(adopt({}), 0x11u);
+    EXPECT_EQ(adopt(KdDbHandle(0x10)), 0x12u); // taken
+    EXPECT_EQ(adopt(KdDbHandle(~std::uint64_t{0})), ~std::uint64_t{0});
+    EXPECT_EQ(adopt({}), 2u); // past the last number the free ones below are left
+}
+
+TEST_F(DatabaseTest, SettingsFollowTheHeaderAndFallBackToWhatIsThere)
+{
+    EXPECT_FALSE(database().orthomode());
+    EXPECT_EQ(database().setOrthomode(true), Kdapi::eOk);
+    EXPECT_TRUE(database().orthomode());
+    EXPECT_EQ(contents().header.integer("$ORTHOMODE", 0), 1);
+
+    contents().header.setText("$CLAYER", L"Gone", 8);
+    EXPECT_EQ(database().clayer(), contents().record(TableKind::layer, L"0"));
+    contents().header.setText("$CELTYPE", L"continuous", 6);
+    EXPECT_EQ(database().celtype(), database().continuousLinetype());
+    contents().header.setInteger("$MEASUREMENT", 1);
+    EXPECT_EQ(database().measurement(), KdDb::kMetric);
+}
+
+TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
+{
+    KdDbLayout& second = addSheet(L"Details", L"*Paper_Space0");
+    const KdDbObjectId first = blockId(L"*Paper_Space");
+    const KdDbObjectId details = second.getBlockTableRecordId();
+    EXPECT_GT(second.getTabOrder(), 1);
+
+    ASSERT_EQ(contents().setCurrentLayout(L"DETAILS"), Kdapi::eOk);
+    EXPECT_FALSE(database().tilemode());
+    EXPECT_EQ(database().currentSpaceId(), details);
+    EXPECT_EQ(blockId(L"*Paper_Space0"), first);
+    EXPECT_EQ(contents().currentLayout(), &second);
+    EXPECT_EQ(database().paperSpaceVportId(), second.getViewportArray()[0]);
+
+    contents().enteredViewport = second.getViewportArray()[0];
+    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+
+    EXPECT_EQ(contents().setCurrentLayout(L"Nowhere"), Kdapi::eKeyNotFound);
+    ASSERT_EQ(contents().setCurrentLayout(L"Layout1"), Kdapi::eOk);
+    EXPECT_EQ(database().currentSpaceId(), first);
+    EXPECT_EQ(blockId(L"*Paper_Space0"), details);
+
+    ASSERT_EQ(contents().setCurrentLayout(L"Model"), Kdapi::eOk);
+    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+    EXPECT_EQ(contents().currentLayout(), contents().layouts()[0]);
+}
+
+TEST_F(DatabaseTest, EachSpaceHasItsOwnCoordinateSystem)
+{
+    korra::setCurrentUcs(database(), {{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}, {}});
+    contents().setCurrentLayout(L"Layout1");
+    EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d::kOrigin);
+    korra::setCurrentUcs(database(), {{2, 0, 0}, {1, 0, 0}, {0, 1, 0}, {}});
+    contents().setCurrentLayout(L"Model");
+    EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d(1, 0, 0));
+    EXPECT_EQ(contents().header.point("$PUCSORG", {}), KdGePoint3d(2, 0, 0));
+}
+
+TEST_F(DatabaseTest, ADatabaseThatGoesIsNoLongerTheWorkingOne)
+{
+    auto* services = kddbHostApplicationServices();
+    KdDbDatabase* const before = services->workingDatabase();
+    {
+        KdDbDatabase other(true, true);
+        services->setWorkingDatabase(&other);
+    }
+    EXPECT_EQ(services->workingDatabase(), nullptr);
+    services->setWorkingDatabase(before);
+}
+
+} // namespace
+} // namespace tests

@@ -1,0 +1,231 @@
+// What drawing files say, as the database has it.
+
+#include "dxf_samples.h"
+
+#include "support/host_test.h"
+
+#include <numbers>
+
+using korra::ObjectAccess;
+using korra::TableKind;
+
+namespace tests::dxf {
+namespace {
+
+class DrawingReading : public HostTest {};
+
+std::wstring nameOf(KdDbObjectId record)
+{
+    const auto* found = KdDbSymbolTableRecord::cast(ObjectAccess::object(record));
+    return found ? found->name() : std::wstring(L"(none)");
+}
+
+/// Handles of the entities of a block, in their order.
+std::vector<std::uint64_t> entitiesOf(const KdDbDatabase& database, const wchar_t* block)
+{
+    std::vector<std::uint64_t> handles;
+    for (const KdDbObjectId id : ObjectAccess::entities(*database.contents().block(block)))
+        handles.push_back(id.handle().value());
+    return handles;
+}
+
+TEST_F(DrawingReading, CurvesHaveTheirGeometry)
+{
+    const auto database = readWhole(
+        withEntities("0 LINE; 5 A1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6\n"
+                     "0 ARC; 5 A2; 10 1; 20 2; 40 5; 50 90; 51 180; 210 0; 220 0; 230 -1\n"
+                     "0 CIRCLE; 5 A3; 10 1; 20 2; 30 3; 40 +2.5e1\n"
+                     "0 LWPOLYLINE; 5 A4; 90 2; 70 1; 38 7; 10 0; 20 0; 42 1; 10 4; 20 0; 40 .5\n"
+                     "0 POLYLINE; 5 A5; 66 1; 70 8; 10 0; 20 0; 30 0\n"
+                     "0 VERTEX; 10 1; 20 1; 30 9; 70 32\n"
+                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32\n"
+                     "0 SEQEND\n"
+                     "0 POLYLINE; 5 A6; 66 1; 70 1; 10 0; 20 0; 30 4\n"
+                     "0 VERTEX; 10 1; 20 1; 42 -1\n"
+                     "0 SEQEND\n"
+                     "0 POINT; 5 A7; 10 8; 20 9"));
+
+    EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->startPoint(), KdGePoint3d(1, 2, 3));
+    EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->endPoint(), KdGePoint3d(4, 5, 6));
+    const auto& arc = *find<KdDbArc>(*database, 0xA2);
+    EXPECT_DOUBLE_EQ(arc.startAngle(), std::numbers::pi / 2);
+    EXPECT_DOUBLE_EQ(arc.endAngle(), std::numbers::pi);
+    EXPECT_TRUE(arc.center().isEqualTo({-1, 2, 0})); // in the system of its normal 1, 2
+    EXPECT_DOUBLE_EQ(find<KdDbCircle>(*database, 0xA3)->radius(), 25.0);
+
+    const auto& light = *find<KdDbPolyline>(*database, 0xA4);
+    ASSERT_EQ(light.numVerts(), 2u);
+    EXPECT_TRUE(light.isClosed());
+    KdGePoint3d point;
+    double bulge = 0.0;
+    EXPECT_EQ(light.getPointAt(1, point), Kdapi::eOk);
+    EXPECT_EQ(point, KdGePoint3d(4, 0, 7));
+    EXPECT_EQ(light.getBulgeAt(0, bulge), Kdapi::eOk);
+    EXPECT_EQ(bulge, 1.0);
+
+    const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA5);
+    ASSERT_EQ(spatial.vertices().size(), 2u);
+    EXPECT_EQ(spatial.vertices()[1]->position(), KdGePoint3d(2, 2, 8));
+    EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
+    const auto& flat = *find<KdDb2dPolyline>(*database, 0xA6);
+    EXPECT_TRUE(flat.isClosed());
+    EXPECT_EQ(flat.vertices().at(0)->bulge(), -1.0);
+    EXPECT_EQ(find<KdDbPoint>(*database, 0xA7)->position(), KdGePoint3d(8, 9, 0));
+}
+
+TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
+{
+    const auto database = readWhole(file(kModernSample));
+    EXPECT_STREQ(find<KdDbMText>(*database, 0x56)->contents(), L"первая вторая\\Pстрока");
+    EXPECT_EQ(find<KdDbMText>(*database, 0x56)->location(),
+              KdGePoint3d(1, 1, 0)); // not the embedded
+    EXPECT_EQ(find<KdDbMText>(*database, 0x56)->attachment(), 5);
+
+    const auto& reference = *find<KdDbBlockReference>(*database, 0x58);
+    EXPECT_EQ(nameOf(reference.blockTableRecord()), L"Винт");
+    EXPECT_EQ(reference.extensionDictionary().handle(), KdDbHandle(0x60));
+    const auto& attribute = *find<KdDbAttribute>(*database, 0x59);
+    EXPECT_STREQ(attribute.tag(), L"TAG");
+    EXPECT_STREQ(attribute.textString(), L"значение");
+    EXPECT_EQ(attribute.ownerId(), reference.objectId());
+    EXPECT_EQ(find<KdDbBlockTableRecord>(*database, 0x22)->origin(), KdGePoint3d(1, 0, 0));
+
+    const auto& viewport = *find<KdDbViewport>(*database, 0x57);
+    EXPECT_EQ(viewport.viewCenter(), KdGePoint2d(5, 6));
+    EXPECT_EQ(viewport.customScale(), 100.0 / 80.0);
+    EXPECT_DOUBLE_EQ(viewport.twistAngle(), std::numbers::pi / 4);
+}
+
+TEST_F(DrawingReading, DimensionsAreOfTheKindThatTheirFlagsSay)
+{
+    const auto database = readWhole(withEntities(
+        "0 DIMENSION; 5 A0; 70 32; 10 0; 20 5; 13 0; 23 0; 14 7; 24 1; 50 0; 1 <> mm; 3 ISO\n"
+        "0 DIMENSION; 5 A1; 70 33; 10 0; 20 5; 13 0; 23 0; 14 3; 24 4\n"
+        "0 DIMENSION; 5 A2; 70 162; 10 9; 20 0; 13 0; 23 0; 14 1; 24 0; 15 0; 25 0; 16 1; 26 1\n"
+        "0 DIMENSION; 5 A3; 70 35; 10 0; 20 0; 15 8; 25 0\n"
+        "0 DIMENSION; 5 A4; 70 36; 10 0; 20 0; 15 3; 25 4\n"
+        "0 DIMENSION; 5 A5; 70 37; 10 1; 20 1; 13 1; 23 0; 14 0; 24 1; 15 0; 25 0\n"
+        "0 DIMENSION; 5 A6; 70 38; 10 1; 20 1"));
+    EXPECT_EQ(find<KdDbRotatedDimension>(*database, 0xA0)->measurement(), 7.0);
+    EXPECT_STREQ(find<KdDbDimension>(*database, 0xA0)->dimensionText(), L"<> mm");
+    EXPECT_EQ(find<KdDbDimension>(*database, 0xA0)->dimensionStyle(), database->dimstyle());
+    EXPECT_DOUBLE_EQ(find<KdDbAlignedDimension>(*database, 0xA1)->measurement(), 5.0);
+    EXPECT_NE(find<KdDbAngularDimension>(*database, 0xA2), nullptr);
+    EXPECT_DOUBLE_EQ(find<KdDbDiametricDimension>(*database, 0xA3)->measurement(), 8.0);
+    EXPECT_DOUBLE_EQ(find<KdDbRadialDimension>(*database, 0xA4)->measurement(), 5.0);
+    EXPECT_DOUBLE_EQ(find<KdDbAngularDimension>(*database, 0xA5)->measurement(),
+                     std::numbers::pi / 2);
+    EXPECT_EQ(find<KdDbObject>(*database, 0xA6)->isA(), KdDbDimension::desc());
+}
+
+TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
+{
+    const auto database = readWhole(file(kModernSample));
+    EXPECT_THAT(entitiesOf(*database, L"*Model_Space"),
+                ::testing::ElementsAre(0x50, 0x51, 0x52, 0x53, 0x56, 0x58));
+    EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ::testing::ElementsAre(0x57));
+    EXPECT_THAT(entitiesOf(*database, L"винт"), ::testing::ElementsAre(0x46));
+    EXPECT_EQ(find<KdDbLine>(*database, 0x46)->ownerId().handle(), KdDbHandle(0x22));
+
+    const auto early = readWhole(withEntities("0 LINE; 5 A\n0 LINE; 5 B; 67 1"));
+    EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ::testing::ElementsAre(0xA));
+    EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), ::testing::Contains(0xB));
+}
+
+TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
+{
+    const auto database = readWhole(file(kModernSample));
+    EXPECT_EQ(database->namedObjectsDictionaryId().handle(), KdDbHandle(0xC));
+    EXPECT_EQ(database->layoutDictionaryId().handle(), KdDbHandle(0x1A));
+    const auto layouts = database->contents().layouts();
+    ASSERT_EQ(layouts.size(), 2u);
+    EXPECT_STREQ(layouts[1]->getLayoutName(), L"Blatt 1");
+    EXPECT_EQ(layouts[1]->getBlockTableRecordId().handle(), KdDbHandle(0x21));
+    EXPECT_EQ(find<KdDbBlockTableRecord>(*database, 0x21)->getLayoutId().handle(),
+              KdDbHandle(0x31));
+    KdDbObjectId id;
+    EXPECT_EQ(find<KdDbDictionary>(*database, 0x60)->getAt(L"note", id), Kdapi::eOk);
+    EXPECT_EQ(id.handle(), KdDbHandle(0x62));
+}
+
+TEST_F(DrawingReading, ExtendedDataHasItsTypes)
+{
+    const auto database = readWhole(file(kModernSample));
+    const auto& data = ObjectAccess::extras(*find<KdDbLine>(*database, 0x50)).xData;
+    ASSERT_EQ(data.size(), 12u);
+    EXPECT_EQ(data[0], (korra::TypedValue{1001, std::wstring(L"ACAD")}));
+    EXPECT_EQ(data[3], (korra::TypedValue{1070, short{147}}));
+    EXPECT_EQ(data[4], (korra::TypedValue{1040, 0.625}));
+    EXPECT_EQ(data[9], (korra::TypedValue{1010, KdGePoint3d(1, 2, 3)}));
+    EXPECT_EQ(data[10], (korra::TypedValue{1004, std::string("\x0A\xFF")}));
+    EXPECT_EQ(data[11], (korra::TypedValue{1071, std::int32_t{-70000}}));
+}
+
+TEST_F(DrawingReading, ReferencesMayStandBeforeWhatTheyName)
+{
+    const auto database = readWhole(file("0 SECTION; 2 ENTITIES\n"
+                                         "0 INSERT; 5 A; 8 wall; 2 part\n"
+                                         "0 ENDSEC\n"
+                                         "0 SECTION; 2 BLOCKS\n"
+                                         "0 BLOCK; 2 OUTER\n0 INSERT; 5 B; 2 PART\n0 ENDBLK\n"
+                                         "0 BLOCK; 2 PART\n0 ENDBLK\n"
+                                         "0 ENDSEC\n"
+                                         "0 SECTION; 2 TABLES\n"
+                                         "0 TABLE; 2 LAYER\n0 LAYER; 2 WALL; 62 3\n0 ENDTAB\n"
+                                         "0 ENDSEC\n0 EOF"));
+    for (const std::uint64_t handle : {0xA, 0xB})
+        EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, handle)->blockTableRecord()), L"PART");
+    EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, 0xA)->layerId()), L"WALL");
+}
+
+TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInFor)
+{
+    const auto database = readWhole(withEntities("0 TEXT; 5 A; 8 lost; 6 lost; 7 lost\n"
+                                                 "0 INSERT; 5 B; 2 lost\n0 LINE; 5 C"));
+    const auto& text = *find<KdDbText>(*database, 0xA);
+    EXPECT_EQ(nameOf(text.layerId()), L"lost");
+    EXPECT_EQ(nameOf(text.linetypeId()), L"ByLayer");
+    EXPECT_EQ(text.textStyle(), database->textstyle());
+    EXPECT_TRUE(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord().isNull());
+    EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
+    EXPECT_EQ(find<KdDbLine>(*database, 0xC)->lineWeight(), KdDb::kLnWtByLayer);
+}
+
+TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)
+{
+    struct Case {
+        const char* header;
+        const char* bytes;
+        const wchar_t* text;
+    };
+
+    for (const Case& each : {
+             Case{"9 $ACADVER; 1 AC1015\n9 $DWGCODEPAGE; 3 ANSI_1251", "\xC4\xE0", L"Да"},
+             Case{"9 $ACADVER; 1 AC1018\n9 $DWGCODEPAGE; 3 ansi_1252", "\xE4\x80", L"ä€"},
+             Case{"9 $ACADVER; 1 AC1015\n9 $DWGCODEPAGE; 3 ANSI_936", "\xD6\xD0\x81\x5C", L"中乗"},
+             Case{"9 $ACADVER; 1 AC1015", "\xE4", L"ä"},
+             Case{"9 $ACADVER; 1 AC1021\n9 $DWGCODEPAGE; 3 ANSI_1251", "\xC3\xA4", L"ä"},
+             Case{"9 $OTHER; 70 1", "\xC3\xA4", L"ä"},
+             Case{"9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0", L"aä 中"},
+         }) {
+        const auto database = readWhole(file("0 SECTION; 2 HEADER\n" + std::string(each.header) +
+                                             "\n0 ENDSEC\n0 SECTION; 2 ENTITIES\n0 TEXT; 5 A; 1 " +
+                                             each.bytes + "\n0 ENDSEC\n0 EOF"));
+        EXPECT_STREQ(find<KdDbText>(*database, 0xA)->textString(), each.text) << each.header;
+    }
+}
+
+TEST_F(DrawingReading, OnlyAnEmptyDatabaseIsReadInto)
+{
+    const std::string text = withEntities("0 LINE; 5 A");
+    const auto database = readWhole(text);
+    EXPECT_FALSE(korra::readDrawingText(*database, text, "again.dxf").done);
+    EXPECT_NE(find<KdDbLine>(*database, 0xA), nullptr);
+
+    KdDbDatabase empty(false); // after a failure it can be read into
+    EXPECT_FALSE(korra::readDrawingText(empty, "garbage", "bad.dxf").done);
+    EXPECT_TRUE(korra::readDrawingText(empty, text, "good.dxf").done);
+}
+
+} // namespace
+} // namespace tests::dxf

@@ -1,0 +1,226 @@
+#include "db/object_access.h"
+#include "kd/ap.h"
+
+#include "support/host_test.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+
+using namespace tests;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+int calls = 0;
+KdAp::DocLockMode lockSeen = KdAp::kNone;
+
+void noteCall()
+{
+    ++calls;
+    lockSeen = kdDocManagerPtr()->curDocument()->lockMode();
+}
+
+void throwStandard()
+{
+    throw std::runtime_error("the reason");
+}
+
+void throwAnything()
+{
+    throw 42;
+}
+
+class CommandsTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        calls = 0;
+        lockSeen = KdAp::kNone;
+    }
+
+    static void define(const wchar_t* global, const wchar_t* local, KdRxFunctionPtr function)
+    {
+        KdRxObject* const service = kdrxSysRegistry()->at(L"KDAPI_REGISTERED_COMMANDS");
+        auto* const stack = KdEdCommandStack::cast(service);
+        ASSERT_NE(stack, nullptr);
+        ASSERT_EQ(stack->addCommand(L"TEST", global, local, 0, function), Kdapi::eOk);
+    }
+
+    static bool run(const std::vector<std::string>& lines)
+    {
+        for (const std::string& line : lines)
+            korra::queueInput(line);
+        return korra::runCommands();
+    }
+
+    /// The text that the graphics of a dimension show.
+    static std::wstring shownText(KdDbObjectId dimension)
+    {
+        const auto* const open = korra::ObjectAccess::live<KdDbDimension>(dimension);
+        auto* const block = korra::ObjectAccess::live<KdDbBlockTableRecord>(open->dimBlockId());
+        for (const KdDbObjectId id : korra::ObjectAccess::entities(*block))
+            if (const auto* text = korra::ObjectAccess::live<KdDbMText>(id))
+                return text->contents();
+        return L"";
+    }
+
+    static KdGeMatrix3d userSystem()
+    {
+        KdGeMatrix3d matrix;
+        EXPECT_EQ(kdedGetCurrentUCS(matrix), Kdapi::eOk);
+        return matrix;
+    }
+};
+
+TEST_F(CommandsTest, ACommandIsFoundByEitherNameInAnyCaseWithMarks)
+{
+    define(L"COUNT", L"ZAEHLE", noteCall);
+    EXPECT_TRUE(run({"count", "zaehle", "_.Count", "._COUNT", "  COUNT  "}));
+    EXPECT_EQ(calls, 5);
+}
+
+TEST_F(CommandsTest, TheDrawingIsLockedWhileACommandRuns)
+{
+    define(L"COUNT", L"COUNT", noteCall);
+    EXPECT_TRUE(run({"COUNT"}));
+    EXPECT_EQ(lockSeen, KdAp::kWrite);
+    EXPECT_EQ(kdDocManagerPtr()->curDocument()->lockMode(), KdAp::kNotLocked);
+}
+
+TEST_F(CommandsTest, AScriptGoesOnAfterAnUnknownCommand)
+{
+    define(L"COUNT", L"COUNT", noteCall);
+    EXPECT_FALSE(run({"NOSUCH", "", "\\esc", "COUNT"}));
+    EXPECT_EQ(calls, 1);
+    EXPECT_THAT(printed(), HasSubstr("Unknown command \"NOSUCH\".\n"));
+}
+
+TEST_F(CommandsTest, AnExceptionEndsTheCommandAlone)
+{
+    define(L"COUNT", L"COUNT", noteCall);
+    define(L"THROW", L"THROW", throwStandard);
+    define(L"THROWANY", L"THROWANY", throwAnything);
+    EXPECT_TRUE(run({"THROW", "THROWANY", "COUNT"}));
+    EXPECT_EQ(calls, 1);
+    EXPECT_THAT(printed(), HasSubstr("THROW was stopped by an exception: the reason\n"));
+    EXPECT_EQ(kdDocManagerPtr()->curDocument()->lockMode(), KdAp::kNotLocked);
+}
+
+TEST_F(CommandsTest, ACommandIsNotRunWhenTheDrawingCannotBeLocked)
+{
+    define(L"COUNT", L"COUNT", noteCall);
+    platform::failCall(1, platform::Fault::status);
+    EXPECT_TRUE(run({"COUNT"}));
+    EXPECT_TRUE(platform::faultDelivered());
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(CommandsTest, QuitLeavesTheRestOfTheInput)
+{
+    define(L"COUNT", L"COUNT", noteCall);
+    EXPECT_TRUE(run({"QUIT", "COUNT"}));
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(korra::runCommands());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(CommandsTest, CopiedTextIsTypedWithBlanksAsEnter)
+{
+    const auto send = [](const std::u16string& text, ULONG_PTR kind) {
+        COPYDATASTRUCT record{kind, static_cast<DWORD>((text.size() + 1) * 2),
+                              const_cast<char16_t*>(text.c_str())};
+        SendMessageW(kdsw_kdapiMainWnd(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
+    };
+    send(u"SETVAR\nPICKBOX 9 SET", 1);
+    send(u"VAR APERTURE \\esc ", 1);
+    send(u"SETVAR PICKBOX 2 ", 2); // another kind of data
+    EXPECT_TRUE(korra::runCommands());
+    EXPECT_THAT(printed(), HasSubstr("APERTURE cannot be set to \"\\esc\"."));
+    EXPECT_FALSE(korra::setVariable("PICKBOX", "-1"));
+    resbuf value{};
+    ASSERT_EQ(kdedGetVar(L"PICKBOX", &value), RTNORM);
+    EXPECT_EQ(value.resval.rint, 9);
+}
+
+TEST_F(CommandsTest, UserSystemsAreSetNamedAndRestored)
+{
+    EXPECT_TRUE(run({"UCS", "10,0,5", "10,7", "0,0,5"}));
+    const KdGeMatrix3d first = userSystem();
+    EXPECT_TRUE((first * KdGePoint3d(1, 0, 0))
+                    .isEqualTo(KdGePoint3d(10, 0, 5) + KdGeVector3d(0, 7, -5).normal()));
+    EXPECT_TRUE(run({"UCS", "NAME", "Side"}));
+    EXPECT_FALSE(database().ucsname().isNull());
+
+    EXPECT_TRUE(run({"UCS", "1,0", "2,0", "1,1"})); // points in the user system
+    EXPECT_TRUE(userSystem().isEqualTo(first * KdGeMatrix3d::translation({1, 0, 0})));
+    EXPECT_TRUE(database().ucsname().isNull());
+
+    EXPECT_TRUE(run({"UCS", "w"}));
+    EXPECT_EQ(userSystem(), KdGeMatrix3d::kIdentity);
+    EXPECT_TRUE(run({"UCS", "NAME", "side"}));
+    EXPECT_TRUE(userSystem().isEqualTo(first));
+    EXPECT_FALSE(database().ucsname().isNull());
+
+    EXPECT_TRUE(run({"UCS", "0,0", "1,1", "2,2"}));
+    EXPECT_THAT(printed(), HasSubstr("one line"));
+    EXPECT_TRUE(userSystem().isEqualTo(first));
+}
+
+TEST_F(CommandsTest, LayoutsAndViewportsAreEnteredAndLeft)
+{
+    EXPECT_TRUE(run({"LAYOUT", "no such sheet", "MSPACE", "PSPACE"}));
+    EXPECT_TRUE(database().tilemode());
+    EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
+    auto* const window = new KdDbViewport;
+    window->setNumber(2);
+    window->setCenterPoint({3, 3, 0});
+    window->setWidth(2);
+    window->setHeight(2);
+    window->setViewHeight(2);
+    const KdDbObjectId id = addEntity(window);
+
+    EXPECT_TRUE(run({"MSPACE", "9,9"}));
+    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+    EXPECT_TRUE(run({"MSPACE", "3.5,2.5"}));
+    EXPECT_EQ(kdedGetCurViewportObjectId(), id);
+    EXPECT_TRUE(run({"PSPACE"}));
+    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+    EXPECT_TRUE(run({"MSPACE", "3.5,2.5", "LAYOUT", "model"}));
+    EXPECT_TRUE(database().tilemode());
+}
+
+TEST_F(CommandsTest, ZoomExtentsFitsWhatIsShown)
+{
+    EXPECT_TRUE(run({"ZOOM", "EXTENTS"}));
+    EXPECT_THAT(printed(), HasSubstr("nothing to be seen"));
+    addEntity(new KdDbLine({10, 10, 0}, {18, 12, 0}));
+    EXPECT_TRUE(run({"ZOOM", "e"}));
+    resbuf value{};
+    ASSERT_EQ(kdedGetVar(L"VIEWSIZE", &value), RTNORM);
+    EXPECT_DOUBLE_EQ(value.resval.rreal, 6.0); // 8 wide on a screen of 4:3
+    EXPECT_TRUE(run({"ZOOM", "1,1", "1,1"}));
+    EXPECT_THAT(printed(), HasSubstr("no size"));
+}
+
+TEST_F(CommandsTest, RegenerationFollowsAChangedStyle)
+{
+    auto* const dimension = new KdDbAlignedDimension({0, 0, 0}, {2, 1, 0}, {0, 2, 0});
+    dimension->setDimensionStyle(database().dimstyle());
+    const KdDbObjectId id = addEntity(dimension);
+    const std::wstring before = shownText(id);
+    ASSERT_FALSE(before.empty());
+
+    KdDbDimStyleTableRecord* style = nullptr;
+    ASSERT_EQ(kddbOpenObject(style, database().dimstyle(), KdDb::kForWrite), Kdapi::eOk);
+    EXPECT_EQ(style->setDimdec(1), Kdapi::eOk);
+    style->close();
+    EXPECT_EQ(shownText(id), before);
+    EXPECT_TRUE(run({"REGEN"}));
+    EXPECT_NE(shownText(id), before);
+    EXPECT_THAT(korra::audit(), ::testing::IsEmpty());
+}
+
+} // namespace

@@ -1,0 +1,206 @@
+#include "ed/views.h"
+
+#include "support/host_test.h"
+
+#include <numbers>
+
+using namespace tests;
+
+namespace {
+
+resbuf numbered(short system)
+{
+    resbuf designator{};
+    designator.restype = RTSHORT;
+    designator.resval.rint = system;
+    return designator;
+}
+
+resbuf normalOf(double x, double y, double z)
+{
+    resbuf designator{};
+    designator.restype = RT3DPOINT;
+    designator.resval.rpoint[0] = x;
+    designator.resval.rpoint[1] = y;
+    designator.resval.rpoint[2] = z;
+    return designator;
+}
+
+KdGePoint3d translated(const KdGePoint3d& point, const resbuf& from, const resbuf& to,
+                       bool displacement = false)
+{
+    double array[3] = {point.x, point.y, point.z};
+    EXPECT_EQ(kdedTrans(array, &from, &to, displacement, array), RTNORM);
+    return {array[0], array[1], array[2]};
+}
+
+const resbuf kWorld = numbered(0);
+const resbuf kUser = numbered(1);
+const resbuf kDisplay = numbered(2);
+const resbuf kSheetDisplay = numbered(3);
+
+KdGeMatrix3d someSystem()
+{
+    return KdGeMatrix3d::translation({10, 20, 30}) *
+           KdGeMatrix3d::rotation(0.7, KdGeVector3d(1, 2, 3));
+}
+
+void setActiveView(const KdGeVector3d& direction, const KdGePoint3d& target, double twist)
+{
+    KdDbViewportTableRecord* tile = nullptr;
+    ASSERT_EQ(kddbOpenObject(tile, kdedGetCurViewportObjectId(), KdDb::kForWrite), Kdapi::eOk);
+    tile->setViewDirection(direction);
+    tile->setTarget(target);
+    tile->setViewTwist(twist);
+    tile->close();
+}
+
+class EdCoordinatesTest : public HostTest {};
+
+TEST_F(EdCoordinatesTest, ThereAndBackIsTheSamePointAndVector)
+{
+    ASSERT_EQ(kdedSetCurrentUCS(someSystem()), Kdapi::eOk);
+    setActiveView({1, -2, 3}, {5, 6, 7}, 0.4);
+    const resbuf systems[] = {kWorld,
+                              kUser,
+                              kDisplay,
+                              normalOf(0, 0, 1),
+                              normalOf(0, 0, -1),
+                              normalOf(1, 2, 3),
+                              normalOf(0.001, 0.001, 1)};
+    const KdGePoint3d point(1.5, -2.5, 3.5);
+    for (const resbuf& from : systems) {
+        for (const resbuf& to : systems) {
+            EXPECT_TRUE(translated(translated(point, from, to), to, from).isEqualTo(point));
+            const KdGePoint3d vector = translated(point, from, to, true);
+            EXPECT_NEAR(vector.asVector().length(), point.asVector().length(), 1e-10);
+            EXPECT_TRUE(translated(vector, to, from, true).isEqualTo(point));
+        }
+    }
+}
+
+TEST_F(EdCoordinatesTest, TheDisplaySystemStandsAtTheTargetAndLooksAlongTheDirection)
+{
+    const KdGeVector3d directions[] = {{0, 0, 1}, {0, 0, -1}, {1, 0, 0}, {1, -2, 3}, {0, 1e-3, 1}};
+    for (const KdGeVector3d& direction : directions) {
+        setActiveView(direction, {5, 6, 7}, 0.0);
+        EXPECT_TRUE(translated({5, 6, 7}, kWorld, kDisplay).isEqualTo({0, 0, 0}));
+        const KdGePoint3d eye = translated(KdGePoint3d(5, 6, 7) + direction, kWorld, kDisplay);
+        EXPECT_TRUE(eye.isEqualTo({0, 0, direction.length()}));
+        // The x axis of the display lies level.
+        EXPECT_NEAR(translated({1, 0, 0}, kDisplay, kWorld, true).z, 0.0, 1e-12);
+    }
+    setActiveView({0, 0, -1}, {}, 0.0);
+    EXPECT_TRUE(translated({10, 1, 0}, kWorld, kDisplay).isEqualTo({-10, 1, 0}));
+}
+
+TEST_F(EdCoordinatesTest, ATwistTurnsTheViewedModelCounterClockwise)
+{
+    setActiveView({0, 0, 1}, {}, std::numbers::pi / 2);
+    EXPECT_TRUE(translated({1, 0, 0}, kWorld, kDisplay).isEqualTo({0, 1, 0}));
+}
+
+TEST_F(EdCoordinatesTest, WrongDesignatorsLeaveTheResult)
+{
+    const resbuf unknown = numbered(4);
+    double point[3] = {1, 2, 3};
+    double result[3] = {7, 8, 9};
+    EXPECT_EQ(kdedTrans(point, &unknown, &kWorld, 0, result), RTERROR);
+    EXPECT_EQ(kdedTrans(point, &kWorld, &kSheetDisplay, 0, result), RTERROR);
+    EXPECT_EQ(kdedTrans(point, &kDisplay, &kSheetDisplay, 0, result), RTERROR)
+        << "on the model tab";
+    EXPECT_EQ(kdedTrans(point, nullptr, &kWorld, 0, result), RTERROR);
+    EXPECT_THAT(result, ::testing::ElementsAre(7, 8, 9));
+}
+
+TEST_F(EdCoordinatesTest, AnEntityNamesItsOwnSystem)
+{
+    const KdDbObjectId id = addEntity(new KdDbCircle({1, 2, 3}, {0, 0, -1}, 1.0));
+    resbuf entity{};
+    entity.restype = RTENAME;
+    ASSERT_EQ(kddbGetKdsName(entity.resval.rlname, id), Kdapi::eOk);
+    EXPECT_TRUE(translated({1, 2, 3}, entity, kWorld)
+                    .isEqualTo(translated({1, 2, 3}, normalOf(0, 0, -1), kWorld)));
+}
+
+TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)
+{
+    KdGeMatrix3d skew;
+    skew(0, 1) = 0.5;
+    EXPECT_EQ(kdedSetCurrentUCS(skew), Kdapi::eInvalidInput);
+    KdGeMatrix3d mirrored;
+    mirrored(2, 2) = -1.0;
+    EXPECT_EQ(kdedSetCurrentUCS(mirrored), Kdapi::eInvalidInput);
+    KdGeMatrix3d current;
+    EXPECT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
+    EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
+}
+
+TEST_F(EdCoordinatesTest, EachSpaceHasItsOwnUserSystem)
+{
+    ASSERT_EQ(kdedSetCurrentUCS(someSystem()), Kdapi::eOk);
+    ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
+    KdGeMatrix3d current;
+    ASSERT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
+    EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
+    ASSERT_TRUE(korra::setVariable("TILEMODE", "1"));
+    ASSERT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
+    EXPECT_TRUE(current.isEqualTo(someSystem()));
+}
+
+TEST_F(EdCoordinatesTest, AnAngleIsAlwaysBelowAFullTurn)
+{
+    const double from[3] = {0, 0, 0};
+    const double down[3] = {1.0, -1e-320, 0};
+    const double barely[3] = {1.0, -1e-17, 0};
+    const double left[3] = {-2.0, 0.0, 5.0};
+    for (const auto* to : {down, barely})
+        EXPECT_LT(kdutAngle(from, to), 2 * std::numbers::pi);
+    EXPECT_DOUBLE_EQ(kdutAngle(from, left), std::numbers::pi);
+    EXPECT_EQ(kdutAngle(from, from), 0.0);
+}
+
+/// A sheet of 12 by 9 with a window of 4 by 3 at (6, 5) on the model around (100, 50), scale 1:2.
+class SheetCoordinatesTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
+        auto* const window = new KdDbViewport;
+        window->setNumber(2);
+        window->setCenterPoint({6, 5, 0});
+        window->setWidth(4);
+        window->setHeight(3);
+        window->setViewTarget({100, 50, 0});
+        window->setViewHeight(6);
+        viewport_ = addEntity(window);
+    }
+
+    KdDbObjectId viewport_;
+};
+
+TEST_F(SheetCoordinatesTest, TheSheetHasAViewportOfItsOwn)
+{
+    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+    EXPECT_FALSE(kdedGetCurViewportObjectId().isNull());
+    EXPECT_TRUE(translated({1, 2, 3}, kDisplay, kSheetDisplay).isEqualTo({1, 2, 3}));
+}
+
+TEST_F(SheetCoordinatesTest, AnEnteredViewportHasItsOwnViewAndPixels)
+{
+    ASSERT_FALSE(korra::setVariable("CVPORT", "3"));
+    ASSERT_TRUE(korra::setVariable("CVPORT", "2"));
+    EXPECT_EQ(kdedGetCurViewportObjectId(), viewport_);
+    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+    EXPECT_TRUE(translated({101, 50, 0}, kWorld, kDisplay).isEqualTo({1, 0, 0}));
+    EXPECT_TRUE(translated({1, 0, 0}, kDisplay, kSheetDisplay).isEqualTo({6.5, 5, 0}));
+
+    const auto pixels = korra::ed::currentPixels(database());
+    EXPECT_NEAR(pixels.width / pixels.height, 4.0 / 3.0, 1e-12);
+    EXPECT_LT(pixels.height, 600.0);
+    ASSERT_TRUE(korra::setVariable("CVPORT", "1"));
+    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+}
+
+} // namespace

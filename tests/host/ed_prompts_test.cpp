@@ -1,0 +1,249 @@
+#include "ed/input.h"
+#include "ed/number_text.h"
+
+#include "platform/input.h"
+#include "support/host_test.h"
+
+#include <windows.h>
+
+using namespace tests;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+bool isHeld(int key)
+{
+    return GetAsyncKeyState(key) < 0;
+}
+
+class PromptsTest : public HostTest {
+protected:
+    static void give(const std::vector<std::string>& lines)
+    {
+        for (const std::string& line : lines)
+            korra::queueInput(line);
+    }
+
+    /// The status of a number prompt, and what it then printed.
+    static int askReal(double& value) { return kdedGetReal(L"\nHow much: ", &value); }
+};
+
+TEST_F(PromptsTest, AnInputIsEchoedBehindItsPromptAndEndsTheLine)
+{
+    give({"2.5", "line one"});
+    double number = 0.0;
+    wchar_t text[80];
+    EXPECT_EQ(kdedGetReal(L"\nFactor: ", &number), RTNORM);
+    EXPECT_EQ(kdedGetString(1, L"\nText: ", text, 80), RTNORM);
+    kdutPrintf(L"\nresult %d", 7);
+    kdutPrintf(L"\nnext\n");
+    EXPECT_EQ(printed(), "\nFactor: 2.5\nText: line one\nresult 7\nnext\n");
+    EXPECT_EQ(number, 2.5);
+    EXPECT_STREQ(text, L"line one");
+}
+
+TEST_F(PromptsTest, WideTextIsPrintedAsUtf8)
+{
+    kdutPrintf(L"%s %S", L"\x7EBF\xFF01", "\xC3\xA4");
+    EXPECT_EQ(printed(), "\xE7\xBA\xBF\xEF\xBC\x81 \xC3\xA4");
+}
+
+TEST_F(PromptsTest, WhatIsWrongIsAskedForAgain)
+{
+    give({"abc", "\\miss 1,2", "-1", "0", "4"});
+    kdedInitGet(2 | 4, nullptr);
+    double number = 0.0;
+    EXPECT_EQ(askReal(number), RTNORM);
+    EXPECT_EQ(number, 4.0);
+
+    give({"-1"});
+    EXPECT_EQ(askReal(number), RTNORM) << "the rules hold for one prompt";
+    EXPECT_EQ(number, -1.0);
+}
+
+TEST_F(PromptsTest, EachAnswerHasItsStatus)
+{
+    const struct {
+        std::vector<std::string> lines;
+        int flags;
+        const wchar_t* keywords;
+        int status;
+        const wchar_t* input; ///< what kdedGetInput() tells; null: not asked
+    } cases[] = {
+        {{""}, 0, L"", RTNONE, nullptr},
+        {{"\\space"}, 0, L"", RTNONE, nullptr},
+        {{"\\right"}, 0, L"", RTNONE, nullptr},
+        {{"", "\\right", "3"}, 1, L"", RTNORM, nullptr},
+        {{"\\esc"}, 1, L"", RTCAN, nullptr},
+        {{}, 1, L"", RTCAN, nullptr},
+        {{"\\move 1,1", "3"}, 0, L"", RTNORM, nullptr},
+        {{"r"}, 0, L"Copy Reference", RTKWORD, L"Reference"},
+        {{"REFER"}, 0, L"Copy Reference", RTKWORD, L"Reference"},
+        {{"_reference"}, 0, L"Copy Reference", RTKWORD, L"Reference"},
+        {{"referx", "c"}, 0, L"Copy Reference", RTKWORD, L"Copy"},
+        {{"l", "lt"}, 0, L"LType", RTKWORD, L"LType"},
+        {{"e", "x"}, 0, L"eXit", RTKWORD, L"eXit"},
+        {{"any text"}, 128, L"Copy", RTSTR, L"any text"},
+        {{"\\\\esc"}, 128, L"", RTSTR, L"\\esc"},
+        {{"\\unknown"}, 128, L"", RTSTR, L"\\unknown"},
+    };
+
+    for (const auto& each : cases) {
+        const std::string name = ::testing::PrintToString(each.lines);
+        startFreshHost();
+        give(each.lines);
+        kdedInitGet(each.flags, each.keywords);
+        double number = 0.0;
+        EXPECT_EQ(askReal(number), each.status) << name;
+        if (each.input) {
+            wchar_t input[40];
+            EXPECT_EQ(kdedGetInput(input, 40), RTNORM);
+            EXPECT_STREQ(input, each.input) << name;
+        }
+    }
+}
+
+TEST_F(PromptsTest, PointsComeFromTextsAndClicks)
+{
+    const struct {
+        const char* line;
+        KdGePoint3d point;
+    } cases[] = {
+        {"1,2", {1, 2, 0}},        {"-1.5, 2e1 ,.5", {-1.5, 20, 0.5}}, {"+3,4", {3, 4, 0}},
+        {"\\ctrl 5,6", {5, 6, 0}}, {"\\miss 7,8,9", {7, 8, 9}},
+    };
+
+    for (const auto& each : cases) {
+        give({"1;2", "1,", "1,2,3,4", "inf,1", each.line});
+        double point[3];
+        EXPECT_EQ(kdedGetPoint(nullptr, L"\nPoint: ", point), RTNORM);
+        EXPECT_EQ(KdGePoint3d(point[0], point[1], point[2]), each.point) << each.line;
+    }
+}
+
+TEST_F(PromptsTest, ATextEndsAtABlankUnlessBlanksAreAllowed)
+{
+    wchar_t text[8];
+    give({"two words", "two words", "\xE7\xBA\xBF", ""});
+    EXPECT_EQ(kdedGetString(0, L"", text, 8), RTNORM);
+    EXPECT_STREQ(text, L"two");
+    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
+    EXPECT_STREQ(text, L"two wor") << "cut to the buffer";
+    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
+    EXPECT_STREQ(text, L"\x7EBF");
+    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
+    EXPECT_STREQ(text, L"");
+    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTCAN);
+}
+
+TEST_F(PromptsTest, KeysAreHeldUntilTheNextInputIsTaken)
+{
+    const struct {
+        const char* line;
+        int key;
+    } cases[] = {
+        {"", VK_RETURN},
+        {"\\space", VK_SPACE},
+        {"\\right", VK_RBUTTON},
+        {"\\miss", VK_LBUTTON},
+        {"1,2", VK_LBUTTON},
+        {"\\ctrl 1,2", VK_CONTROL},
+        {"\\ctrl 1,2", VK_LBUTTON},
+    };
+
+    korra::ed::InputStream stream;
+    for (const auto& each : cases) {
+        stream.queueLine(each.line);
+        stream.take();
+        EXPECT_TRUE(isHeld(each.key)) << each.line;
+        stream.take();
+        EXPECT_FALSE(isHeld(each.key)) << "after " << each.line;
+    }
+}
+
+TEST_F(PromptsTest, SwappedButtonsAreHeldSwapped)
+{
+    platform::setButtonsSwapped(true);
+    korra::ed::InputStream stream;
+    stream.queueLine("\\miss");
+    stream.queueLine("\\right");
+    stream.take();
+    EXPECT_TRUE(isHeld(VK_RBUTTON));
+    EXPECT_FALSE(isHeld(VK_LBUTTON));
+    stream.take();
+    EXPECT_TRUE(isHeld(VK_LBUTTON));
+    platform::setButtonsSwapped(false);
+}
+
+/// Kinds of the events that tracking reports, and where.
+struct Tracked {
+    int type;
+    double x;
+    friend bool operator==(const Tracked&, const Tracked&) = default;
+};
+
+Tracked trackOnce(int flags)
+{
+    int type = 0;
+    resbuf result{};
+    if (kdedGrRead(flags, &type, &result) != RTNORM)
+        return {0, 0};
+    return {type, result.restype == RT3DPOINT ? result.resval.rpoint[0] : result.resval.rint};
+}
+
+TEST_F(PromptsTest, TrackingTellsTheCursorThenWhatFollows)
+{
+    give({"1,1", "\\move 2,2", "\\move 3,3", "4,4", "ab", "\\right"});
+    double point[3];
+    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+    std::vector<Tracked> told;
+    for (int i = 0; i < 8; ++i)
+        told.push_back(trackOnce(9));
+    EXPECT_THAT(told, ElementsAre(Tracked{5, 2}, Tracked{5, 3}, Tracked{3, 4}, Tracked{2, L'a'},
+                                  Tracked{2, L'b'}, Tracked{2, 13}, Tracked{25, 4}, Tracked{5, 4}));
+    EXPECT_EQ(trackOnce(9), (Tracked{5, 4})) << "again and again at the end";
+}
+
+TEST_F(PromptsTest, TrackingTakesNoCommandInsteadOfTheCursor)
+{
+    give({"1,1", "REGEN"});
+    double point[3];
+    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+    EXPECT_EQ(trackOnce(9), (Tracked{5, 1}));
+    EXPECT_TRUE(korra::runCommands());
+    EXPECT_THAT(printed(), HasSubstr("Command: REGEN"));
+}
+
+TEST_F(PromptsTest, TrackedPointsFollowTheUserSystem)
+{
+    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({10, 0, 0})), Kdapi::eOk);
+    give({"1,1"});
+    double point[3];
+    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::kIdentity), Kdapi::eOk);
+    EXPECT_EQ(trackOnce(9), (Tracked{5, 11}));
+}
+
+TEST_F(PromptsTest, AFailedPromptTakesNoInput)
+{
+    give({"5"});
+    platform::failCall(1, platform::Fault::status);
+    double number = 1.0;
+    EXPECT_EQ(askReal(number), RTERROR);
+    EXPECT_EQ(number, 1.0);
+    EXPECT_EQ(askReal(number), RTNORM);
+    EXPECT_EQ(number, 5.0);
+}
+
+TEST(NumberText, HasUpToSixDecimals)
+{
+    using korra::ed::numberText;
+    EXPECT_EQ(numberText(2.5), L"2.5");
+    EXPECT_EQ(numberText(100), L"100");
+    EXPECT_EQ(numberText(-1e-9), L"0");
+    EXPECT_EQ(numberText(1.0 / 3), L"0.333333");
+    EXPECT_EQ(numberText(1e20), L"100000000000000000000");
+}
+
+} // namespace

@@ -1,0 +1,177 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+namespace {
+
+std::string contentsOf(const std::filesystem::path& file)
+{
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string errors;
+};
+
+/// Runs the program in a folder of its own.
+class ProgramTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        folder_ =
+            std::filesystem::temp_directory_path() / ("korra_test_" + std::to_string(getpid()));
+        std::filesystem::create_directories(folder_);
+    }
+
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+
+    void write(const std::string& name, const std::string& text) const
+    {
+        std::ofstream(path(name), std::ios::binary) << text;
+    }
+
+    /// @param arguments  as a shell takes them; "@" stands for the folder
+    Outcome run(std::string arguments, const std::string& input = "") const
+    {
+        for (std::size_t at = 0; (at = arguments.find('@', at)) != std::string::npos;)
+            arguments.replace(at, 1, folder_.string());
+        write("input", input);
+        const std::string command = std::string(ORVEX_BIN_DIR) + "/korra " + arguments + " <" +
+                                    path("input") + " >" + path("out") + " 2>" + path("errors");
+        const int waited = std::system(command.c_str());
+        return {WIFEXITED(waited) ? WEXITSTATUS(waited) : -1, contentsOf(path("out")),
+                contentsOf(path("errors"))};
+    }
+
+    std::filesystem::path folder_;
+};
+
+TEST_F(ProgramTest, AScriptIsEchoedBehindItsPrompts)
+{
+    write("script", "; a comment\n"
+                    "SETVAR\r\n"
+                    "LTSCALE\n"
+                    "2.50\n"
+                    "NOSUCH\n"
+                    "_.setvar\n"
+                    "ltscale\n"
+                    "\n");
+    const Outcome outcome = run("--script @/script");
+    EXPECT_EQ(outcome.out, "Command: SETVAR\n"
+                           "Variable name: LTSCALE\n"
+                           "New value for LTSCALE <1>: 2.50\n"
+                           "Command: NOSUCH\n"
+                           "Unknown command \"NOSUCH\".\n"
+                           "Command: _.setvar\n"
+                           "Variable name: ltscale\n"
+                           "New value for LTSCALE <2.5>: \n"
+                           "Command: \n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.errors, IsEmpty());
+}
+
+TEST_F(ProgramTest, AScriptMayComeFromStandardInput)
+{
+    const std::string script = "REGEN\nQUIT\nNOSUCH\n";
+    for (const char* arguments : {"--script -", ""}) {
+        const Outcome outcome = run(arguments, script);
+        EXPECT_EQ(outcome.out, "Command: REGEN\nCommand: QUIT\n") << arguments;
+        EXPECT_EQ(outcome.status, 0) << arguments;
+    }
+}
+
+TEST_F(ProgramTest, TheEndOfAScriptCancelsTheWaitingPrompt)
+{
+    const Outcome outcome = run("", "ZOOM\n1,1\n");
+    EXPECT_EQ(outcome.out, "Command: ZOOM\nFirst corner or [Extents]: 1,1\nOther corner: \n"
+                           "Command: \n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(ProgramTest, OptionsAreTakenOrRefused)
+{
+    const struct {
+        const char* arguments;
+        int status;
+        const char* errors; ///< part of what is told
+    } cases[] = {
+        {"--set PICKBOX=7", 0, ""},
+        {"--set PICKBOX=x", 2, "PICKBOX cannot be set"},
+        {"--set NOSUCH=1", 2, "NOSUCH"},
+        {"--set PICKBOX", 2, "NAME=VALUE"},
+        {"--size 1000x500", 0, ""},
+        {"--size 1000", 2, "WxH"},
+        {"--size 0x5", 2, "WxH"},
+        {"--save", 2, "--save takes a value"},
+        {"--nonsense", 2, "unknown option --nonsense"},
+        {"a.dxf b.dxf", 2, "more than one drawing"},
+        {"--render a.png", 2, "no pictures"},
+        {"--path @", 0, ""},
+        {"--script @/missing", 3, "missing: cannot be read"},
+        {"--script @", 3, "cannot be read"},
+        {"--module nosuchmodule", 3, "nosuchmodule"},
+        {"@/missing.dxf", 3, "missing.dxf"},
+        {"--save @/no/such/folder.dxf", 3, "folder.dxf"},
+    };
+
+    for (const auto& each : cases) {
+        const Outcome outcome = run(each.arguments);
+        EXPECT_EQ(outcome.status, each.status) << each.arguments << '\n' << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr(each.errors)) << each.arguments;
+    }
+}
+
+TEST_F(ProgramTest, VersionAndHelpAreTold)
+{
+    EXPECT_THAT(run("--version").out, HasSubstr("korra "));
+    const Outcome help = run("--help --script @/missing");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out, HasSubstr("--module FILE"));
+}
+
+TEST_F(ProgramTest, TheTraceGoesToStandardError)
+{
+    const Outcome outcome = run("--trace", "REGEN\n");
+    EXPECT_THAT(outcome.errors, HasSubstr("KdApDocManager::lockDocument"));
+    EXPECT_EQ(outcome.out, "Command: REGEN\nCommand: \n");
+}
+
+TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
+{
+    const Outcome saved =
+        run("--save @/out.dxf", "SETVAR\nLTSCALE\n7.25\nUCS\n10,0\n10,5\n0,0\nUCS\nNAME\nMy\n");
+    ASSERT_EQ(saved.status, 0) << saved.errors;
+    const Outcome read = run("@/out.dxf", "SETVAR\nLTSCALE\n\nSETVAR\nUCSNAME\n\nSETVAR\nUCSORG\n");
+    EXPECT_EQ(read.status, 0) << read.errors;
+    EXPECT_THAT(read.out, HasSubstr("<7.25>"));
+    EXPECT_THAT(read.out, HasSubstr("<My>"));
+    EXPECT_THAT(read.out, HasSubstr("<10,0,0>"));
+}
+
+TEST_F(ProgramTest, AFailedSaveLeavesTheOldFile)
+{
+    write("kept.dxf", "not a drawing");
+    const Outcome outcome = run("@/kept.dxf --save @/kept.dxf");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.errors, HasSubstr("kept.dxf"));
+    EXPECT_EQ(contentsOf(path("kept.dxf")), "not a drawing");
+}
+
+} // namespace

@@ -1,0 +1,88 @@
+/// A module whose tables are not empty: a base class, a derived one, commands and functions.
+
+#include "frame/registration.h"
+
+#include "platform/gate.h"
+#include "platform/resources.h"
+
+namespace {
+
+KdRxClass* baseClass = nullptr;
+KdRxClass* derivedClass = nullptr;
+
+frame::ClassEntry base{[] { return baseClass; },
+                       [] { baseClass = new KdRxClass(L"ProbeBase", KdRxObject::desc()); }, false};
+frame::ClassEntry derived{[] { return derivedClass; },
+                          [] { derivedClass = new KdRxClass(L"ProbeDerived", baseClass); }, false};
+frame::ClassEntry* const classes[] = {&base, nullptr, &derived};
+
+void runCommand()
+{
+    platform::note("command");
+}
+
+frame::CommandEntry named{L"PROBE", L"PROBEONE", L"ONE", 0, runCommand, nullptr, 0};
+frame::CommandEntry loaded{L"PROBE", L"PROBETWO", nullptr, 0x00200000, runCommand, nullptr, 9001};
+frame::CommandEntry* const commands[] = {&named, nullptr, &loaded};
+
+int runFirst()
+{
+    platform::note("first function");
+    return 0;
+}
+
+int runSecond()
+{
+    platform::note("second function");
+    return 0;
+}
+
+frame::FunctionEntry first{L"probe-first", runFirst, false, 0};
+frame::FunctionEntry second{nullptr, runSecond, true, 9002};
+frame::FunctionEntry* const functions[] = {nullptr, &first, &second};
+
+constexpr platform::StringResource kStrings[] = {{9001, L"two"}, {9002, L"probe-second"}};
+
+HINSTANCE thisModule = nullptr;
+
+} // namespace
+
+PLATFORM_RESOURCES = {kStrings, {}};
+
+extern "C" BOOL APIENTRY DllMain(HINSTANCE instance, DWORD, LPVOID)
+{
+    thisModule = instance;
+    return TRUE;
+}
+
+extern "C" __attribute__((visibility("default"))) KdRx::AppRetCode
+kdrxEntryPoint(KdRx::AppMsgCode code, void*)
+{
+    switch (code) {
+    case KdRx::kInitAppMsg:
+        frame::registerClasses(classes);
+        frame::addCommands(commands, thisModule);
+        break;
+    case KdRx::kUnloadAppMsg:
+        frame::unregisterClasses(classes);
+        frame::removeCommands(commands);
+        break;
+    case KdRx::kLoadDwgMsg:
+        frame::defineFunctions(functions, thisModule);
+        break;
+    case KdRx::kUnloadDwgMsg:
+        frame::undefineFunctions(functions, thisModule);
+        break;
+    case KdRx::kInvkSubrMsg:
+        frame::invokeFunction(functions);
+        break;
+    default:
+        break;
+    }
+    return KdRx::kRetOK;
+}
+
+extern "C" __attribute__((visibility("default"))) unsigned int kdrxGetApiVersion()
+{
+    return 0x07E90000;
+}

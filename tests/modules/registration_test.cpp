@@ -1,0 +1,80 @@
+#include "kd/ap.h"
+#include "kd/ed.h"
+#include "kd/rx.h"
+#include "korra/console.h"
+#include "korra/modules.h"
+#include "support/host_test.h"
+#include "support/modules.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class RegistrationTest : public tests::HostTest {};
+
+KdEdCommandStack& commandStack()
+{
+    return *KdEdCommandStack::cast(kdrxSysRegistry()->at(L"KDAPI_REGISTERED_COMMANDS"));
+}
+
+TEST_F(RegistrationTest, ClassesGoChildrenFirst)
+{
+    const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
+    EXPECT_THAT(tests::only(loading, {"kdrxBuildClassHierarchy"}),
+                ElementsAre("kdrxBuildClassHierarchy()"));
+    korra::stopHost();
+    korra::startHost();
+
+    korra::loadModule("probe_registering");
+    const auto unloading = tests::tracedCalls([] { korra::stopHost(); });
+    EXPECT_THAT(tests::only(unloading, {"deleteKdRxClass"}),
+                ElementsAre("deleteKdRxClass(\"ProbeDerived\")", "deleteKdRxClass(\"ProbeBase\")"));
+    korra::startHost();
+}
+
+TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
+{
+    korra::loadModule("probe_registering");
+    const auto run = tests::tracedCalls([] {
+        for (const char* name : {"ProbeOne", "one", "PROBETWO", "Two"})
+            EXPECT_TRUE(korra::runCommand(name)) << name;
+    });
+    EXPECT_THAT(tests::only(run, {"command"}),
+                ElementsAre("command()", "command()", "command()", "command()"));
+    EXPECT_EQ(commandStack().addCommand(L"probe", L"probeone", nullptr, 0, [] {}),
+              Kdapi::eDuplicateKey);
+
+    korra::stopHost();
+    korra::startHost();
+    korra::newDocument();
+    EXPECT_FALSE(korra::runCommand("PROBEONE"));
+    EXPECT_EQ(commandStack().removeCmd(L"PROBE", L"PROBEONE"), Kdapi::eKeyNotFound);
+    EXPECT_EQ(commandStack().addCommand(L"GROUP", L"", nullptr, 0, [] {}), Kdapi::eInvalidInput);
+}
+
+TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
+{
+    const std::vector<std::string_view> operations{"kdedDefun", "kdedUndef", "kdedRegFunc"};
+    const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
+    EXPECT_THAT(tests::only(loading, operations),
+                ElementsAre("kdedDefun(\"probe-first\", 0)", "kdedDefun(\"probe-second\", 1)",
+                            "kdedRegFunc(1)"));
+
+    KdApDocument* const document = kdDocManagerPtr()->curDocument();
+    korra::newDocument();
+    const auto closing = tests::tracedCalls([&] { korra::closeDocument(*document); });
+    EXPECT_THAT(tests::only(closing, operations),
+                ElementsAre("kdedUndef(\"probe-first\", 0)", "kdedUndef(\"probe-second\", 1)"));
+    EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
+}
+
+TEST_F(RegistrationTest, TheRegistryKnowsItsServicesOnly)
+{
+    EXPECT_TRUE(KdRxDynamicLinker::cast(kdrxSysRegistry()->at(L"DynamicLinker")));
+    EXPECT_FALSE(KdEdCommandStack::cast(kdrxSysRegistry()->at(L"DynamicLinker")));
+    EXPECT_FALSE(kdrxSysRegistry()->at(L"dynamiclinker"));
+    EXPECT_FALSE(kdrxSysRegistry()->at(nullptr));
+}
+
+} // namespace

@@ -1,0 +1,159 @@
+#include "platform/gate.h"
+#include "platform/modules.h"
+#include "platform/resources.h"
+#include "support/localised_text.h"
+#include "support/modules.h"
+#include "support/resource_handle.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <afxwin.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace {
+
+/// A library held for the length of a scope.
+class Library {
+public:
+    explicit Library(const wchar_t* path) : handle(LoadLibraryW(path)) {}
+
+    ~Library() { FreeLibrary(handle); }
+
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    const HINSTANCE handle;
+};
+
+TEST(Modules, KnowTheirOwnFiles)
+{
+    wchar_t path[520];
+    const DWORD length = GetModuleFileNameW(nullptr, path, 520);
+    const std::wstring program = std::filesystem::canonical("/proc/self/exe").wstring();
+    EXPECT_EQ(std::wstring(path, length), program);
+
+    EXPECT_EQ(GetModuleFileNameW(nullptr, path, 4), 4u) << "cut";
+    EXPECT_EQ(std::wstring(path), program.substr(0, 3));
+
+    const Library probe(L"probe.krx");
+    ASSERT_TRUE(probe.handle);
+    GetModuleFileNameW(probe.handle, path, 520);
+    EXPECT_EQ(std::wstring(path), ORVEX_WIDE(ORVEX_BIN_DIR) L"/probe.krx");
+}
+
+TEST(Modules, LeaveMemoryWhenNobodyHoldsThem)
+{
+    EXPECT_FALSE(tests::isMapped("OrvexbaseRes.dll"));
+    {
+        const Library first(L"OrvexbaseRes.dll");
+        const Library second(L"OrvexbaseRes.dll");
+        EXPECT_EQ(first.handle, second.handle);
+        EXPECT_TRUE(tests::isMapped("OrvexbaseRes.dll"));
+    }
+    EXPECT_FALSE(tests::isMapped("OrvexbaseRes.dll"));
+    EXPECT_EQ(LoadLibraryW(L"no such library.dll"), nullptr);
+    EXPECT_EQ(LoadLibraryW(nullptr), nullptr);
+    EXPECT_FALSE(FreeLibrary(nullptr));
+}
+
+TEST(Modules, GiveOnlyWhatTheyExportThemselves)
+{
+    const Library probe(L"probe.krx");
+    EXPECT_TRUE(GetProcAddress(probe.handle, "kdrxEntryPoint"));
+    EXPECT_FALSE(GetProcAddress(probe.handle, "kdrxSysRegistry")) << "exported by what it needs";
+    EXPECT_FALSE(GetProcAddress(probe.handle, "DllMain")) << "hidden";
+}
+
+TEST(Resources, AreReadFromTheirModule)
+{
+    const Library language(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/en/OrvexbaseRes.dll");
+    ASSERT_TRUE(language.handle);
+    wchar_t buffer[32];
+    EXPECT_EQ(LoadStringW(language.handle, 105, buffer, 32), 15);
+    EXPECT_EQ(std::wstring(buffer), L"\nInvalid input!");
+    EXPECT_EQ(LoadStringW(language.handle, 105, buffer, 5), 4);
+    EXPECT_EQ(std::wstring(buffer), L"\nInv");
+    EXPECT_EQ(LoadStringW(language.handle, 102, buffer, 32), 0);
+    EXPECT_EQ(LoadStringW(nullptr, 105, buffer, 32), 0);
+
+    for (const UINT id : {204u, 207u, 208u})
+        EXPECT_TRUE(LoadCursorW(language.handle, MAKEINTRESOURCEW(id))) << id;
+    EXPECT_NE(LoadCursorW(language.handle, MAKEINTRESOURCEW(204)),
+              LoadCursorW(language.handle, MAKEINTRESOURCEW(207)));
+    EXPECT_FALSE(LoadCursorW(language.handle, MAKEINTRESOURCEW(205)));
+}
+
+/// The directives of a text, in order: "%s%d".
+std::string directives(std::wstring_view text)
+{
+    std::string found;
+    for (std::size_t at = text.find(L'%'); at != text.npos; at = text.find(L'%', at + 1))
+        found += {'%', static_cast<char>(text.at(at + 1))};
+    return found;
+}
+
+TEST(Resources, EveryLanguageHasTheSameTextsWithTheSameArguments)
+{
+    const Library english(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/en/OrvexbaseRes.dll");
+    const Library chinese(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/zh/OrvexbaseRes.dll");
+    ASSERT_TRUE(english.handle && chinese.handle);
+    ASSERT_NE(english.handle, chinese.handle);
+    int count = 0;
+    for (UINT id = 0; id < 1000; ++id) {
+        const auto inEnglish = platform::findString(english.handle, id);
+        const auto inChinese = platform::findString(chinese.handle, id);
+        ASSERT_EQ(inEnglish.has_value(), inChinese.has_value()) << id;
+        if (!inEnglish)
+            continue;
+        ++count;
+        EXPECT_EQ(directives(*inEnglish), directives(*inChinese)) << id;
+        EXPECT_TRUE(inEnglish->starts_with(L'\n') && inChinese->starts_with(L'\n')) << id;
+    }
+    EXPECT_EQ(count, 14);
+}
+
+TEST(ResourceChain, AsksTheNewestExtensionModuleFirst)
+{
+    const Library language(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/en/OrvexbaseRes.dll");
+    AFX_EXTENSION_MODULE record;
+    ASSERT_TRUE(AfxInitExtensionModule(record, language.handle));
+    new CDynLinkLibrary(record);
+
+    CString text;
+    EXPECT_TRUE(text.LoadString(101));
+    EXPECT_EQ(text, L"\nSpecify target position:");
+    EXPECT_FALSE(text.LoadString(9000));
+    EXPECT_EQ(text, L"\nSpecify target position:") << "unchanged";
+    {
+        const Library probe(L"probe.krx"); // puts itself into the chain
+        EXPECT_TRUE(text.LoadString(101));
+        EXPECT_EQ(text, L"probe's own 101");
+        EXPECT_TRUE(text.LoadString(9000));
+        EXPECT_TRUE(text.LoadString(language.handle, 101)) << "by module";
+        EXPECT_EQ(text, L"\nSpecify target position:");
+    }
+    EXPECT_FALSE(text.LoadString(9000));
+    AfxTermExtensionModule(record);
+    EXPECT_FALSE(text.LoadString(101));
+    EXPECT_FALSE(AfxInitExtensionModule(record, nullptr));
+}
+
+TEST(LocalisedTexts, ComeFromTheLanguageLibraryElseTheChainElseTheProgram)
+{
+    const Library language(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/zh/OrvexbaseRes.dll");
+    EXPECT_EQ(localisedText(101, L"built in"), L"built in");
+    {
+        const Library probe(L"probe.krx"); // puts itself into the chain
+        EXPECT_EQ(localisedText(9000, L"built in"), L"9000");
+        setModuleResourceHandle(language.handle);
+        EXPECT_EQ(localisedText(101, L"built in"), L"\n请指定目标位置:");
+        EXPECT_EQ(localisedText(9000, L"built in"), L"built in") << "another module's text";
+        setModuleResourceHandle(nullptr);
+    }
+}
+
+} // namespace

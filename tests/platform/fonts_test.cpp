@@ -1,0 +1,106 @@
+// Installed fonts: which are told of, what they declare, and the description whose bytes count.
+
+#include "platform/gate.h"
+#include "platform/installed_families.h"
+#include "platform/tally.h"
+
+#include <afxwin.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+int CALLBACK collect(const LOGFONTW* font, const TEXTMETRICW* metrics, DWORD type, LPARAM lParam)
+{
+    EXPECT_EQ(font->lfItalic, metrics->tmItalic);
+    EXPECT_EQ(font->lfCharSet, metrics->tmCharSet);
+    EXPECT_EQ(type, TRUETYPE_FONTTYPE);
+    reinterpret_cast<std::vector<LOGFONTW>*>(lParam)->push_back(*font);
+    return 1;
+}
+
+std::vector<LOGFONTW> fonts(const wchar_t* family)
+{
+    std::vector<LOGFONTW> found;
+    const HDC context = GetDC(nullptr);
+    EXPECT_EQ(EnumFontFamiliesW(context, family, collect, reinterpret_cast<LPARAM>(&found)), 1);
+    EXPECT_EQ(ReleaseDC(nullptr, context), 1);
+    return found;
+}
+
+TEST(Fonts, EachFamilyIsToldOfOnceByItsUprightRegularStyle)
+{
+    std::vector<CString> names;
+    bool sansFound = false;
+    for (const LOGFONTW& font : fonts(nullptr)) {
+        const CString name(font.lfFaceName);
+        EXPECT_EQ(std::ranges::count(names, name), 0);
+        names.push_back(name);
+        if (name == L"DejaVu Sans") {
+            sansFound = true;
+            EXPECT_EQ(font.lfItalic, 0);
+            EXPECT_EQ(font.lfWeight, 400);
+            EXPECT_EQ(font.lfCharSet, ANSI_CHARSET);
+        }
+    }
+    EXPECT_TRUE(sansFound);
+}
+
+TEST(Fonts, AFamilyTellsItsStylesItalicOnesIncluded)
+{
+    const auto styles = fonts(L"dejavu sans mono");
+    EXPECT_EQ(styles.size(), 4U);
+    EXPECT_EQ(std::ranges::count_if(styles, [](const LOGFONTW& font) { return font.lfItalic; }), 2);
+    EXPECT_TRUE(std::ranges::all_of(
+        styles, [](const LOGFONTW& font) { return font.lfPitchAndFamily == FIXED_PITCH; }));
+    EXPECT_TRUE(fonts(L"No Such Family").empty());
+}
+
+TEST(Fonts, TheCallbackEndsTheEnumeration)
+{
+    int calls = 0;
+    const auto once = [](const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM lParam) {
+        ++*reinterpret_cast<int*>(lParam);
+        return 0;
+    };
+    const HDC context = GetDC(nullptr);
+    EXPECT_EQ(EnumFontFamiliesW(context, nullptr, once, reinterpret_cast<LPARAM>(&calls)), 0);
+    EXPECT_EQ(calls, 1);
+    EXPECT_FALSE(platform::leftovers().empty());
+    ReleaseDC(nullptr, context);
+    EXPECT_TRUE(platform::leftovers().empty());
+    EXPECT_EQ(EnumFontFamiliesW(nullptr, nullptr, once, reinterpret_cast<LPARAM>(&calls)), 0);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(ReleaseDC(nullptr, nullptr), 0);
+}
+
+TEST(Fonts, CodePagesDeclareTheCharacterSet)
+{
+    EXPECT_EQ(platform::characterSetOf(0), ANSI_CHARSET);
+    EXPECT_EQ(platform::characterSetOf(0x0000000F), ANSI_CHARSET);
+    EXPECT_EQ(platform::characterSetOf(0x00040001), GB2312_CHARSET);
+    EXPECT_EQ(platform::characterSetOf(0x00020001), SHIFTJIS_CHARSET);
+    EXPECT_EQ(platform::characterSetOf(0x80000000), SYMBOL_CHARSET);
+    EXPECT_EQ(platform::characterSetOf(0x00000004), RUSSIAN_CHARSET);
+}
+
+TEST(Fonts, AFaceNameIsUtf16AndFitsOrIsEmpty)
+{
+    LOGFONTW font{};
+    EXPECT_EQ(wcscpy_s(font.lfFaceName, L"宋体"), 0);
+    const char16_t expected[] = u"宋体";
+    EXPECT_EQ(std::memcmp(font.lfFaceName, expected, sizeof(expected)), 0);
+    EXPECT_EQ(CString(font.lfFaceName), CString(L"宋体"));
+    const std::wstring longest(31, L'x');
+    EXPECT_EQ(wcscpy_s(font.lfFaceName, longest.c_str()), 0);
+    EXPECT_EQ(CString(font.lfFaceName).GetLength(), 31);
+    EXPECT_NE(wcscpy_s(font.lfFaceName, (longest + L'x').c_str()), 0);
+    EXPECT_TRUE(CString(font.lfFaceName).IsEmpty());
+    EXPECT_NE(wcscpy_s(font.lfFaceName, std::wstring(16, L'\U0001F600').c_str()), 0);
+}
+
+} // namespace

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "kd/db.h"
+#include "kd/ed.h"
+#include "korra/console.h"
+#include "korra/host.h"
+#include "platform/gate.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class KdApDocument;
+
+namespace tests {
+
+/// A fresh host with one new drawing for every test; afterwards nothing may be left over.
+class HostTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    KdDbDatabase& database() const;
+
+    /// What was printed on the command line since the last call, UTF-8.
+    static std::string printed() { return korra::takePrintedText(); }
+};
+
+/// Starts a fresh host with one new drawing and records fatal stops.
+void startFreshHost();
+
+/// Adds an entity to the current space of the working database and closes it.
+KdDbObjectId addEntity(KdDbEntity* entity);
+
+/// Adds an entity to a block (made when it is missing) of the working database and closes it.
+KdDbObjectId addEntityToBlock(const wchar_t* block, KdDbEntity* entity);
+
+/// The record of a block of the working database; null when there is none.
+KdDbObjectId blockId(const wchar_t* name);
+
+/// Names of the operations that the host is asked for while `scenario` runs, in order.
+std::vector<std::string> tracedOperations(const std::function<void()>& scenario);
+
+/// What one faulty run of a sweep is.
+struct FaultyRun {
+    std::size_t ordinal;
+    platform::Fault fault;
+};
+
+/// Runs a scenario once per fallible host call with that call failing, then with it throwing.
+///
+/// Each run has a fresh host; `prepare` runs unharmed, `scenario` is swept, `check` asserts the
+/// promise that holds whatever failed. After each run the audit must be clean. Ordered exceptions
+/// that leave the scenario are taken as they come.
+template <class Prepared>
+void sweepFaults(const std::function<Prepared()>& prepare,
+                 const std::function<void(Prepared&)>& scenario,
+                 const std::function<void(Prepared&)>& check = nullptr);
+
+} // namespace tests
+
+#include "support/sweep_faults.ipp"

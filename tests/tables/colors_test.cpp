@@ -1,0 +1,119 @@
+#include "orvex/colors.h"
+
+#include "support/host_test.h"
+#include "support/modules.h"
+
+using namespace tests;
+using ::testing::HasSubstr;
+
+namespace {
+
+class ColorsTest : public HostTest {};
+
+/// Makes the first layout current.
+void showSheet()
+{
+    resbuf off{};
+    off.restype = RTSHORT;
+    ASSERT_EQ(kdedSetVar(L"TILEMODE", &off), RTNORM);
+}
+
+/// Enters a new viewport of the sheet.
+void enterViewport()
+{
+    auto* viewport = new KdDbViewport;
+    viewport->setCenterPoint({100, 100, 0});
+    viewport->setWidth(100);
+    viewport->setHeight(100);
+    viewport->setViewHeight(50);
+    viewport->setNumber(2);
+    const KdDbObjectId id = addEntity(viewport);
+    korra::queueInput("80,100");
+    ASSERT_TRUE(korra::runCommand("MSPACE"));
+    ASSERT_EQ(kdedGetCurViewportObjectId(), id);
+}
+
+unsigned long rgbOf(int index)
+{
+    unsigned long rgb = 0xdeadbeef;
+    EXPECT_EQ(Orvex::GetRgbValue(rgb, index), 1) << index;
+    return rgb;
+}
+
+TEST_F(ColorsTest, RedIsInTheLowestByte)
+{
+    EXPECT_EQ(rgbOf(1), 0x0000FFu);
+    EXPECT_EQ(rgbOf(3), 0x00FF00u);
+    EXPECT_EQ(rgbOf(5), 0xFF0000u);
+    EXPECT_EQ(rgbOf(2), 0x00FFFFu);
+}
+
+TEST_F(ColorsTest, IndexesOutsideThePaletteHaveNoColor)
+{
+    for (const int index : {-1, 257, 65536, -65535}) {
+        unsigned long rgb = 0xdeadbeef;
+        EXPECT_EQ(Orvex::GetRgbValue(rgb, index), 0) << index;
+        EXPECT_EQ(rgb, 0xdeadbeefu);
+    }
+    rgbOf(0);
+    rgbOf(256);
+}
+
+TEST_F(ColorsTest, EveryPaletteColorLeadsBackToAnIndexOfTheSameColor)
+{
+    for (int index = 1; index <= 255; ++index) {
+        const int found = Orvex::GetColorIndexFromRGB(rgbOf(index));
+        EXPECT_EQ(rgbOf(found), rgbOf(index)) << index << " became " << found;
+        EXPECT_EQ(Orvex::GetColorIndexFromRGB(rgbOf(index) | 0xFF000000), found) << "high byte";
+    }
+}
+
+TEST_F(ColorsTest, AnIndexIsPassedAs16Bits)
+{
+    EXPECT_EQ(Orvex::GetAcCmColorFormColorIndex(5).colorIndex(), 5);
+    EXPECT_EQ(Orvex::GetAcCmColorFormColorIndex(-3).colorIndex(), 65533);
+    EXPECT_EQ(Orvex::GetAcCmColorFormColorIndex(65536 + 7).colorIndex(), 7);
+}
+
+TEST_F(ColorsTest, TheBackgroundIsThatOfTheCurrentView)
+{
+    KdColorSettings settings{};
+    ASSERT_TRUE(kdedGetCurrentColors(&settings));
+    const unsigned long model = rgbOf(static_cast<int>(settings.modelBackground));
+    const unsigned long sheet = rgbOf(static_cast<int>(settings.sheetBackground));
+    ASSERT_NE(model, sheet);
+
+    EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model);
+    showSheet();
+    EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), sheet);
+    enterViewport();
+    EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model);
+}
+
+TEST_F(ColorsTest, TheDialogGivesAnIndex)
+{
+    int chosen = -1;
+    korra::queueInput("30");
+    EXPECT_EQ(Orvex::InvokeColorDlg(7, chosen), 1);
+    EXPECT_EQ(chosen, 30);
+    EXPECT_THAT(printed(), HasSubstr("7"));
+
+    korra::queueInput("\\esc");
+    EXPECT_EQ(Orvex::InvokeColorDlg(256, chosen), 0);
+    EXPECT_EQ(chosen, 30) << "untouched";
+    printed();
+    EXPECT_EQ(Orvex::InvokeColorDlg(257, chosen), 0);
+    EXPECT_EQ(printed(), "") << "no dialog";
+}
+
+TEST_F(ColorsTest, LeaveNothingOpenWhateverFails)
+{
+    sweepFaults<int>([] { return korra::queueInput("30"), 0; },
+                     [](int) {
+                         int chosen = 0;
+                         Orvex::InvokeColorDlg(7, chosen);
+                         Orvex::GetCurrentBkColor(kddbHostApplicationServices()->workingDatabase());
+                     });
+}
+
+} // namespace

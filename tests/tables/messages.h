@@ -1,0 +1,40 @@
+#pragma once
+
+#include "orvex/shell.h"
+
+#include "support/host_test.h"
+#include "support/modules.h"
+
+#include <functional>
+
+namespace tests {
+
+/// A message of the installed language about a name.
+inline std::string localised(unsigned int id, const wchar_t* name)
+{
+    CString text;
+    text.Format(Orvex::StringFromID(id), name);
+    return narrow(text);
+}
+
+/// Result and printed text of a scenario, once for each of its host calls with that call failing.
+/// Each run has a fresh host; `prepare` runs unharmed.
+inline std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                                   const std::function<int()>& scenario)
+{
+    std::vector<std::string> outcomes;
+    bool delivered = true;
+    for (std::size_t ordinal = 1; delivered; ++ordinal) {
+        startFreshHost();
+        prepare();
+        korra::takePrintedText();
+        platform::failCall(ordinal, platform::Fault::status);
+        const int result = scenario();
+        outcomes.push_back(std::to_string(result) + korra::takePrintedText());
+        delivered = platform::faultDelivered();
+        platform::releaseCalls();
+    }
+    return outcomes;
+}
+
+} // namespace tests

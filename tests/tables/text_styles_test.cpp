@@ -1,0 +1,341 @@
+#include "orvex/text_styles.h"
+
+#include "support/host_test.h"
+#include "support/modules.h"
+#include "support/opened.h"
+#include "tables/messages.h"
+#include "tables/support_folder.h"
+
+using namespace tests;
+using support::Opened;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+
+namespace {
+
+KdDbDatabase* drawing()
+{
+    return kddbHostApplicationServices()->workingDatabase();
+}
+
+/// One call of a service that makes or changes a style.
+struct Call {
+    const wchar_t* name = L"Notes";
+    double widthFactor = 0.7;
+    double obliqueDegrees = 15;
+    int useWindowsFont = 0;
+    const wchar_t* fontFile = L"plain.shx";
+    const wchar_t* bigFontFile = L"";
+    const wchar_t* windowsFont = L"";
+};
+
+int make(const Call& call)
+{
+    return TxtStyleMgr::CreateTextStyle(call.name, call.widthFactor, call.obliqueDegrees,
+                                        call.useWindowsFont, call.fontFile, call.bigFontFile,
+                                        call.windowsFont, drawing());
+}
+
+int change(const Call& call)
+{
+    return TxtStyleMgr::ModifyTextStyle(call.name, call.widthFactor, call.obliqueDegrees,
+                                        call.useWindowsFont, call.fontFile, call.bigFontFile,
+                                        call.windowsFont, drawing());
+}
+
+Call windowsFont(const wchar_t* face)
+{
+    return {.useWindowsFont = 1,
+            .fontFile = L"ignored",
+            .bigFontFile = L"ignored",
+            .windowsFont = face};
+}
+
+/// What the host keeps of a style, as one line: files, typeface with its marks, width, degrees.
+std::string styleText(const wchar_t* name = L"Notes")
+{
+    const Opened<KdDbTextStyleTableRecord> style(TxtStyleMgr::GetTxtStyleId(name, drawing()),
+                                                 KdDb::kForRead);
+    if (!style)
+        return "none";
+    std::wstring typeface;
+    bool bold = false, italic = false;
+    int characterSet = 0, pitch = 0, family = 0;
+    style->font(typeface, bold, italic, characterSet, pitch, family);
+    CString text;
+    text.Format(L"[%s|%s] [%s%s%s %d %d %d] %g %.0f", style->fileName().c_str(),
+                style->bigFontFileName().c_str(), typeface.c_str(), bold ? L" bold" : L"",
+                italic ? L" italic" : L"", characterSet, pitch, family, style->xScale(),
+                style->obliquingAngle() * 180 / 3.141592653589793);
+    return narrow(text);
+}
+
+class TextStylesTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        folder_.use();
+        folder_.write("plain.shx", "shapes");
+        folder_.write("big.shx", "shapes");
+    }
+
+    SupportFolder folder_;
+};
+
+TEST_F(TextStylesTest, AMadeStyleHasItsFontsAndProportions)
+{
+    struct {
+        Call call;
+        const char* text;
+    } const cases[] = {
+        {{}, "[plain.shx|] [ 0 0 0] 0.7 15"},
+        {{.bigFontFile = L"big.shx"}, "[plain.shx|big.shx] [ 0 0 0] 0.7 15"},
+        {windowsFont(L"DejaVu Sans"), "[|] [DejaVu Sans 0 2 0] 0.7 15"},
+        {windowsFont(L"Not Installed"), "[|] [Not Installed 0 2 0] 0.7 15"},
+        {windowsFont(L"plain.sHx"), "[plain.sHx|] [ 0 0 0] 0.7 15"},
+        {windowsFont(L"nowhere.shx"), "[nowhere.shx|] [ 0 0 0] 0.7 15"},
+    };
+
+    for (const auto& [call, text] : cases) {
+        startFreshHost();
+        folder_.use();
+        EXPECT_EQ(make(call), 1);
+        EXPECT_EQ(styleText(), text);
+        EXPECT_EQ(printed(), "");
+    }
+}
+
+TEST_F(TextStylesTest, DegreesAreKeptAsRadians)
+{
+    make({});
+    const Opened<KdDbTextStyleTableRecord> style(TxtStyleMgr::GetTxtStyleId(L"Notes", drawing()),
+                                                 KdDb::kForRead);
+    EXPECT_DOUBLE_EQ(style->obliquingAngle(), 0.2617993877991494);
+}
+
+TEST_F(TextStylesTest, MakingSaysWhatIsWrong)
+{
+    make({.name = L"Taken"});
+
+    struct {
+        Call call;
+        int result;
+        std::string message;
+    } const cases[] = {
+        {{.name = L"TAKEN", .widthFactor = 9}, 0, localised(106, L"TAKEN")},
+        {{.name = L"", .widthFactor = 9}, 0, ""},
+        {windowsFont(L""), 0, "\nWINDOWS Font can't be empty！"},
+        {windowsFont(L"A face name of over 31 letters.."), 0, ""},
+        {{.fontFile = L"lost.shx"}, 0, "\nFont file lost.shx can not be found！"},
+        {{.bigFontFile = L"lost.shx"}, 1, "\nBig font file lost.shx can not be found！"},
+    };
+
+    for (const auto& [call, result, message] : cases) {
+        EXPECT_EQ(make(call), result);
+        EXPECT_EQ(printed(), message);
+        EXPECT_EQ(styleText(), result ? "[plain.shx|] [ 0 0 0] 0.7 15" : "none");
+    }
+    EXPECT_EQ(styleText(L"Taken"), "[plain.shx|] [ 0 0 0] 0.7 15");
+}
+
+TEST_F(TextStylesTest, ChangingReplacesFontsAndProportions)
+{
+    struct {
+        Call before;
+        Call change;
+        const char* text;
+    } const cases[] = {
+        {{.bigFontFile = L"big.shx"}, windowsFont(L"DejaVu Sans"), "[|] [DejaVu Sans 0 2 0] 2 30"},
+        {{}, windowsFont(L"plain.shx"), "[|] [plain.shx 0 2 0] 2 30"},
+        {windowsFont(L"DejaVu Sans"),
+         {.bigFontFile = L"big.shx"},
+         "[plain.shx|big.shx] [ 0 0 0] 2 30"},
+        {{.bigFontFile = L"big.shx"}, {}, "[plain.shx|] [ 0 0 0] 2 30"},
+    };
+
+    for (auto [before, call, text] : cases) {
+        startFreshHost();
+        folder_.use();
+        ASSERT_EQ(make(before), 1);
+        call.widthFactor = 2;
+        call.obliqueDegrees = 30;
+        EXPECT_EQ(change(call), 1);
+        EXPECT_EQ(styleText(), text);
+        EXPECT_EQ(printed(), "");
+    }
+}
+
+TEST_F(TextStylesTest, ChangingSaysWhatIsWrongAndChangesNothing)
+{
+    make({});
+    const std::string before = styleText();
+
+    struct {
+        Call call;
+        std::string message;
+    } const cases[] = {
+        {{.name = L"Lost", .widthFactor = 9}, "\ncurrent db can not found \"Lost\" font！！"},
+        {windowsFont(L""), localised(107, L"")},
+        {windowsFont(L"A face name of over 31 letters.."), ""},
+        {{.widthFactor = 9, .fontFile = L"lost.shx"}, "\nfont file lost.shx can not be found！"},
+        {{.widthFactor = 9, .bigFontFile = L"lost.shx"},
+         "\nbig file name lost.shx can not be found！"},
+    };
+
+    for (const auto& [call, message] : cases) {
+        EXPECT_EQ(change(call), 0);
+        EXPECT_EQ(printed(), message);
+        EXPECT_EQ(styleText(), before);
+    }
+    const Opened<KdDbObject> reader(TxtStyleMgr::GetTxtStyleId(L"Notes", drawing()),
+                                    KdDb::kForRead);
+    EXPECT_EQ(change({}), 0) << "the style cannot be written";
+}
+
+TEST_F(TextStylesTest, BuiltInTextsStandForMissingResources)
+{
+    const auto notes = [&] { folder_.use(), make({}); };
+    EXPECT_THAT(outcomesOfFailures(notes, [] { return make({}); }),
+                Contains("0\n当前数据库中已经存在 \"Notes\"的字体样式!"));
+    EXPECT_THAT(outcomesOfFailures(notes, [] { return change(windowsFont(L"")); }),
+                Contains("0\nwindow font can't be empty!"));
+}
+
+TEST_F(TextStylesTest, RefusedFontsAreToldWithTheHostsReason)
+{
+    const auto folder = [&] { folder_.use(); };
+    const auto notes = [&] { folder_.use(), make({}); };
+    const std::string reason = narrow(kdapiErrorStatusText(Kdapi::eInvalidInput));
+    EXPECT_THAT(outcomesOfFailures(folder, [] { return make(windowsFont(L"DejaVu Sans")); }),
+                Contains("0\nsetFont WINDOWS Font DejaVu Sans error " + reason + "!"));
+    EXPECT_THAT(outcomesOfFailures(folder, [] { return make(windowsFont(L"plain.shx")); }),
+                Contains("1\nsetFileName WINDOWS Font plain.shx error " + reason + "!"));
+    EXPECT_THAT(outcomesOfFailures(notes, [] { return change(windowsFont(L"DejaVu Sans")); }),
+                Contains("1\nsetFont WINDOWS Font DejaVu Sans error " + reason + "!"));
+    EXPECT_THAT(outcomesOfFailures(notes, [] { return change({.bigFontFile = L"big.shx"}); }),
+                Contains("1\nsetBigFontFileName big.shx error " + reason + "!"));
+}
+
+TEST_F(TextStylesTest, ChangingTakesTheOldFontAwayFirst)
+{
+    make({});
+    const auto setters = [](const Call& call) {
+        std::vector<std::string> names;
+        for (const std::string& text : tracedCalls([&] { change(call); })) {
+            if (text.starts_with("KdDbTextStyleTableRecord::"))
+                names.push_back(text.substr(text.find("::") + 2));
+        }
+        return names;
+    };
+    EXPECT_THAT(setters(windowsFont(L"DejaVu Sans")),
+                ElementsAre("setFileName(\"\")", "setBigFontFileName(\"\")",
+                            "setFont(\"DejaVu Sans\", 0, 0, 0, 2, 0)"));
+    EXPECT_THAT(setters({.bigFontFile = L"big.shx"}),
+                ElementsAre("setFont(\"\", 0, 0, 1, 2, 0)", "setFileName(\"plain.shx\")",
+                            "setBigFontFileName(\"big.shx\")"));
+}
+
+TEST_F(TextStylesTest, InstalledFontsAreFoundInAnyCaseOnTheMainFrame)
+{
+    EXPECT_EQ(make(windowsFont(L"dejavu SANS")), 1);
+    EXPECT_EQ(styleText(), "[|] [DejaVu Sans 0 2 0] 0.7 15");
+}
+
+TEST_F(TextStylesTest, LooksUpByNameInAnyCase)
+{
+    make({});
+    KdDbObjectId id;
+    EXPECT_EQ(TxtStyleMgr::GetTxtStyleId(id, L"NOTES", drawing()), 1);
+    const KdDbObjectId notes = id;
+    EXPECT_EQ(TxtStyleMgr::GetTxtStyleId(id, nullptr, drawing()), 0);
+    EXPECT_EQ(id, notes) << "untouched";
+    EXPECT_EQ(TxtStyleMgr::GetTxtStyleId(id, L"Lost", drawing()), 0);
+    EXPECT_TRUE(id.isNull());
+
+    EXPECT_EQ(TxtStyleMgr::FindTextStyle(L"notes", drawing()), 1);
+    EXPECT_EQ(TxtStyleMgr::TextStyleISExist(L"Lost", drawing()), 0);
+    EXPECT_EQ(TxtStyleMgr::FindTextStyle(nullptr, drawing()), 0);
+    const Opened<KdDbObject> writer(notes, KdDb::kForWrite);
+    EXPECT_EQ(TxtStyleMgr::FindTextStyle(L"notes", drawing()), 1);
+    EXPECT_TRUE(TxtStyleMgr::GetTxtStyleId(L"Notes", drawing()).isNull()) << "cannot be read";
+}
+
+TEST_F(TextStylesTest, TheCurrentStyleGoesByName)
+{
+    make({});
+    EXPECT_EQ(TxtStyleMgr::SetCurrentTextStyle(L"NOTES", drawing()), 1);
+    EXPECT_EQ(TxtStyleMgr::GetCurrentTextStyle(drawing()), L"Notes");
+    EXPECT_EQ(TxtStyleMgr::SetCurrentTextStyle(L"Lost", drawing()), 0);
+    EXPECT_EQ(TxtStyleMgr::GetCurrentTextStyle(drawing()), L"Notes");
+    const Opened<KdDbObject> writer(drawing()->textstyle(), KdDb::kForWrite);
+    EXPECT_EQ(TxtStyleMgr::GetCurrentTextStyle(drawing()), L"");
+}
+
+TEST_F(TextStylesTest, ListsEveryNameBehindWhatIsThere)
+{
+    make({.name = L"文字"});
+    CStringArray names;
+    names.Add(L"first");
+    EXPECT_EQ(TxtStyleMgr::GetTxtStyleNameFromDrawing(names, nullptr), 0);
+    EXPECT_EQ(TxtStyleMgr::GetTxtStyleNameFromDrawing(names, drawing()), 1);
+    ASSERT_EQ(names.GetSize(), 3);
+    EXPECT_EQ(names[0], L"first");
+    EXPECT_EQ(names[1].MakeUpper(), L"STANDARD");
+    EXPECT_EQ(names[2], L"文字");
+}
+
+TEST_F(TextStylesTest, AStyleForDrawingIsNeverUnderlined)
+{
+    make({});
+    KdDbObjectId id;
+    EXPECT_EQ(rx_getTextStyleId(L"notes", drawing(), id), Kdapi::eOk);
+    for (const KdDbObjectId record : {id, KdDbObjectId()}) {
+        KdGiTextStyle style;
+        style.setUnderlined(true);
+        const Kdapi::ErrorStatus status = rx_getTextStyle(style, record);
+        EXPECT_EQ(status == Kdapi::eOk, record == id);
+        EXPECT_DOUBLE_EQ(style.xScale(), record == id ? 0.7 : 1.0);
+        EXPECT_FALSE(style.isUnderlined());
+    }
+}
+
+TEST_F(TextStylesTest, AnIdComesWithTheHostsStatus)
+{
+    KdDbObjectId id;
+    EXPECT_EQ(rx_getTextStyleId(L"Lost", drawing(), id), Kdapi::eKeyNotFound);
+    const Opened<KdDbObject> writer(drawing()->textStyleTableId(), KdDb::kForWrite);
+    EXPECT_EQ(rx_getTextStyleId(L"Standard", drawing(), id), Kdapi::eWasOpenForWrite);
+    EXPECT_EQ(make({}), 0);
+    EXPECT_EQ(change({.name = L"Standard"}), 0);
+    EXPECT_EQ(TxtStyleMgr::FindTextStyle(L"Standard", drawing()), 0);
+}
+
+TEST_F(TextStylesTest, LeaveNothingOpenWhateverFails)
+{
+    const auto folder = [&] { return folder_.use(), 0; };
+    const auto notes = [&] { return folder_.use(), make({}); };
+    for (const Call& call : {Call{.bigFontFile = L"big.shx"}, windowsFont(L"DejaVu Sans"),
+                             windowsFont(L"plain.shx")}) {
+        sweepFaults<int>(folder, [=](int) { make(call); });
+        sweepFaults<int>(notes, [=](int) { change(call); });
+    }
+    sweepFaults<int>(notes, [](int) {
+        make({});
+        change({.name = L"Lost"});
+    });
+    sweepFaults<int>(notes, [](int) {
+        KdDbObjectId id;
+        TxtStyleMgr::GetTxtStyleId(id, L"Notes", drawing());
+        TxtStyleMgr::FindTextStyle(L"Notes", drawing());
+        TxtStyleMgr::SetCurrentTextStyle(L"Notes", drawing());
+        TxtStyleMgr::GetCurrentTextStyle(drawing());
+        CStringArray names;
+        TxtStyleMgr::GetTxtStyleNameFromDrawing(names, drawing());
+        rx_getTextStyleId(L"Notes", drawing(), id);
+        KdGiTextStyle style;
+        rx_getTextStyle(style, id);
+    });
+}
+
+} // namespace

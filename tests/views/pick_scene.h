@@ -1,0 +1,64 @@
+#pragma once
+
+#include "support/host_test.h"
+
+/// What the pick tests pick in, all on the model tab:
+///   a line from (0,0) to (10,0);
+///   the same line in block INNER, which OUTER holds moved by (5,0), which stands at (100,0);
+///   a light polyline (0,50) to (10,50), then a half circle to (10,60);
+///   an old-style polyline (0,80) to (10,80).
+struct PickScene {
+    KdDbObjectId line;
+    KdDbObjectId nestedLine;
+    KdDbObjectId reference; ///< of OUTER
+    KdDbObjectId polyline;
+    KdDbObjectId oldPolyline;
+};
+
+inline KdDbObjectId addOldPolyline()
+{
+    auto* polyline = new KdDb2dPolyline;
+    for (const double x : {0.0, 10.0}) {
+        auto* vertex = new KdDbVertex({x, 80, 0}, 0.0);
+        polyline->appendVertex(vertex);
+    }
+    return tests::addEntity(polyline);
+}
+
+inline PickScene makePickScene()
+{
+    PickScene scene;
+    scene.line = tests::addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    scene.nestedLine = tests::addEntityToBlock(L"INNER", new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    tests::addEntityToBlock(L"OUTER", new KdDbBlockReference({5, 0, 0}, tests::blockId(L"INNER")));
+    scene.reference =
+        tests::addEntity(new KdDbBlockReference({100, 0, 0}, tests::blockId(L"OUTER")));
+    auto* polyline = new KdDbPolyline;
+    polyline->addVertexAt(0, {0, 50});
+    polyline->addVertexAt(1, {10, 50}, 1.0);
+    polyline->addVertexAt(2, {10, 60});
+    scene.polyline = tests::addEntity(polyline);
+    scene.oldPolyline = addOldPolyline();
+    return scene;
+}
+
+/// Shows the model tab's first layout with a window that shows twice the size: model (0,0) lies at
+/// the sheet's (100,100).
+inline KdDbObjectId goToSheet()
+{
+    resbuf off{};
+    off.restype = RTSHORT;
+    EXPECT_EQ(kdedSetVar(L"TILEMODE", &off), RTNORM);
+    auto* viewport = new KdDbViewport;
+    viewport->setCenterPoint({100, 100, 0});
+    viewport->setWidth(600);
+    viewport->setHeight(400);
+    viewport->setViewHeight(200);
+    viewport->setNumber(2);
+    return tests::addEntity(viewport);
+}
+
+inline void moveUcs(double x, double y)
+{
+    EXPECT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({x, y, 0})), Kdapi::eOk);
+}
