@@ -103,6 +103,25 @@ TEST_F(ObjectsTest, PostLeavesARefusedEntityToTheCaller)
     EXPECT_TRUE(fresh->objectId().isNull());
 }
 
+TEST_F(ObjectsTest, PostReportsWhicheverStepFails)
+{
+    const auto post = [this] {
+        KdDbLine* line = newLine();
+        const Kdapi::ErrorStatus status = postToDb(line, &database());
+        if (status != Kdapi::eOk)
+            giveUp(line);
+        return status;
+    };
+    const auto steps = tracedOperations(post);
+    EXPECT_THAT(steps,
+                ::testing::ElementsAre("kddbOpenObject", "KdDbBlockTableRecord::appendKdDbEntity",
+                                       "KdDbObject::close", "KdDbObject::close"));
+    for (std::size_t step = 1; step <= steps.size(); ++step) {
+        platform::failCall(step, platform::Fault::status);
+        EXPECT_NE(post(), Kdapi::eOk) << "step " << step;
+    }
+}
+
 TEST_F(ObjectsTest, EraseKeepsWhatItErasedBeforeTheFirstFailure)
 {
     const auto ids = addLines(4);

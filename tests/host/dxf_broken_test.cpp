@@ -163,12 +163,19 @@ TEST_F(BrokenDrawing, BlocksThatContainThemselves)
                    "8: the block \"*Model_Space\" contains itself"});
 }
 
-std::string chainOfBlocks(int length)
+/// Blocks of which each shows the one before it, once or twice.
+std::string chainOfBlocks(int length, bool twice = false)
 {
-    std::string blocks = block("B0", "0 LINE\n");
-    for (int index = 1; index < length; ++index)
-        blocks +=
-            block("B" + std::to_string(index), "0 INSERT; 2 B" + std::to_string(index - 1) + "\n");
+    std::string name = "B0";
+    std::string blocks = block(name, "0 LINE\n");
+    for (int index = 1; index < length; ++index) {
+        std::string inner = "0 INSERT; 2 ";
+        inner.append(name).append("\n");
+        if (twice)
+            inner += std::string(inner);
+        name.assign("B").append(std::to_string(index));
+        blocks += block(name, inner);
+    }
     return withBlocks(blocks);
 }
 
@@ -184,12 +191,7 @@ TEST_F(BrokenDrawing, BlocksThatNestTooDeep)
 
 TEST_F(BrokenDrawing, ManyReferencesToOneBlockAreNoDepth)
 {
-    std::string blocks = block("B0", "0 LINE\n"); // each shows the one before it twice
-    for (int index = 1; index < 60; ++index) {
-        const std::string below = "0 INSERT; 2 B" + std::to_string(index - 1) + "\n";
-        blocks += block("B" + std::to_string(index), below + below);
-    }
-    readWhole(withBlocks(blocks));
+    readWhole(chainOfBlocks(60, true));
 }
 
 TEST_F(BrokenDrawing, HugeCountsAreNotBelieved)

@@ -72,6 +72,28 @@ TEST_F(DrawingRoundTrip, HandlesOnceGivenStay)
               withEntities("0 LINE; 5 B; 8 0\n0 LINE; 8 0; 5 A\n0 LINE; 5 C; 8 0"));
 }
 
+TEST_F(DrawingRoundTrip, WhatIsOddIsWrittenOnceAndThenStays)
+{
+    const std::string modern = file(kModernSample);
+    for (const std::string& odd : {
+             withEntities("0 LINE; 5 0"), // a handle that is none
+             replaced(modern, "5\n22\n330\n1\n  2\nВинт", "5\n22\n330\n1\n  2\nГайка"),
+             replaced(modern, "5\n22\n330\n1\n  2\nВинт", "5\n22\n330\n1\n  2\n*Paper_Space"),
+             replaced(modern, "1\n  2\n*Paper_Space", "1\n  2\n*Paper_Space7"),
+             replaced(modern, "BLOCK_RECORD", "SOMETHING"), // the blocks have no records
+         }) {
+        const auto first = readWhole(odd);
+        const std::string written = drawingText(*first);
+        const auto second = readWhole(written);
+        EXPECT_EQ(drawingText(*second), written);
+        for (const auto& [handle, slot] : first->contents().byHandle) {
+            const bool isFromFile = KdDbEntity::cast(slot->object) &&
+                                    !ObjectAccess::extras(*slot->object).source.empty();
+            EXPECT_TRUE(!isFromFile || find<KdDbEntity>(*second, handle)) << "lost " << handle;
+        }
+    }
+}
+
 TEST_F(DrawingRoundTrip, AChangedValueChangesItsOwnTextAlone)
 {
     const std::string text = file(kModernSample);

@@ -36,7 +36,7 @@ TEST_F(LinkerTest, EveryDocumentIsToldOfWhenItIsOpenedBeforeOrAfterTheModule)
     KdApDocument* const first = kdDocManagerPtr()->curDocument();
     KdApDocument* const second = korra::newDocument();
     const auto names = [](const KdApDocument* document) {
-        return "\"" + tests::narrow(document->fileName()) + "\"";
+        return tests::narrow((L"\"" + std::wstring(document->fileName()) + L"\"").c_str());
     };
     const std::string firstName = names(first);
     const std::string secondName = names(second);

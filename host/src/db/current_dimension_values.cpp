@@ -25,7 +25,7 @@ constexpr int kTextStyleVariable = 340; ///< group code of DIMTXSTY in a style
 
 std::string headerName(const DimensionVariable& variable)
 {
-    return "$" + platform::toUtf8(variable.name);
+    return platform::toUtf8(std::wstring(1, L'$') + variable.name);
 }
 
 TableKind referredTable(const DimensionVariable& variable)

@@ -128,19 +128,26 @@ void storeOverride(std::vector<TypedValue>& data, const DimensionVariable& varia
         data[*known] = value;
         return;
     }
-    std::vector<TypedValue> added = {{kXDataShort, static_cast<short>(variable.code)}, value};
+    std::vector<TypedValue> added;
+    const auto addPair = [&] {
+        added.push_back({kXDataShort, static_cast<short>(variable.code)});
+        added.push_back(value);
+    };
     std::size_t at = 0;
     if (sections.firstSectionEnd) {
         at = *sections.firstSectionEnd;
         if (!sections.isOpened)
-            added.insert(added.begin(), bracket(L"{"));
+            added.push_back(bracket(L"{"));
+        addPair();
     } else {
-        added.insert(added.begin(), {{kXDataText, std::wstring(kSection)}, bracket(L"{")});
-        added.push_back(bracket(L"}"));
         const auto [first, end] = applicationRange(data, kApplication);
-        if (first == end)
-            added.insert(added.begin(), {kXDataApplication, std::wstring(kApplication)});
         at = end;
+        if (first == end)
+            added.push_back({kXDataApplication, std::wstring(kApplication)});
+        added.push_back({kXDataText, std::wstring(kSection)});
+        added.push_back(bracket(L"{"));
+        addPair();
+        added.push_back(bracket(L"}"));
     }
     data.insert(data.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
 }

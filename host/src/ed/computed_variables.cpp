@@ -167,7 +167,8 @@ std::vector<SystemVariable> tabVariables()
                 return std::wstring(layout ? layout->getLayoutName() : L"");
             },
             [](KdDbDatabase& database, const VariableValue& name) {
-                return makeLayoutCurrent(database, std::get<std::wstring>(name).c_str());
+                return database.contents().setCurrentLayout(std::get<std::wstring>(name)) ==
+                       Kdapi::eOk;
             }),
         shortOf(
             L"CVPORT",
@@ -191,7 +192,7 @@ std::vector<SystemVariable> userSystemVariables()
 {
     return {
         textOf(L"UCSNAME",
-               [](const KdDbDatabase& db) -> VariableValue { return userSystemName(db); }),
+               [](const KdDbDatabase& db) -> VariableValue { return recordName(db.ucsname()); }),
         pointOf(L"UCSORG",
                 [](const KdDbDatabase& db) -> VariableValue { return userColumn(db, 3); }),
         pointOf(L"UCSXDIR",

@@ -93,7 +93,7 @@ void layoutCommand()
     std::wstring name;
     if (askText(L"\nLayout: ", true, name) != RTNORM)
         return;
-    if (!makeLayoutCurrent(drawing(), name.c_str()))
+    if (drawing().contents().setCurrentLayout(name) != Kdapi::eOk)
         printLine(L"There is no layout \"" + name + L"\".");
 }
 

@@ -2,7 +2,6 @@
 
 #include "db/contents.h"
 #include "ed/editor.h"
-#include "ed/views.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
 
@@ -16,19 +15,6 @@ constexpr double kRightAngle = 1e-6;
 bool isUpward(const KdGeVector3d& z, const KdGeVector3d& normal)
 {
     return (z.normal() - normal.normal()).length() < kRightAngle;
-}
-
-/// A header variable of the current space: those of the sheets begin with P.
-std::string headerName(const KdDbDatabase& database, const char* name)
-{
-    return std::string(isSheetCurrent(database) ? "$P" : "$") + name;
-}
-
-KdGePoint3d readHeader(const KdDbDatabase& database, const char* name,
-                       const KdGeVector3d& byDefault)
-{
-    return database.contents().header.point(headerName(database, name),
-                                            KdGePoint3d::kOrigin + byDefault);
 }
 
 } // namespace
@@ -47,27 +33,17 @@ std::optional<KdGeMatrix3d> systemOf(const KdGePoint3d& origin, const KdGeVector
 
 KdGeMatrix3d userToWorld(const KdDbDatabase& database)
 {
-    const KdGePoint3d origin = readHeader(database, "UCSORG", {});
-    const KdGeVector3d x = readHeader(database, "UCSXDIR", KdGeVector3d::kXAxis).asVector();
-    const KdGeVector3d y = readHeader(database, "UCSYDIR", KdGeVector3d::kYAxis).asVector();
-    return systemOf(origin, x, y).value_or(KdGeMatrix3d::kIdentity);
+    const UserSystem system = currentUcs(database);
+    return systemOf(system.origin, system.xAxis, system.yAxis).value_or(KdGeMatrix3d::kIdentity);
 }
 
-void setUserSystem(KdDbDatabase& database, const KdGeMatrix3d& toWorld, std::wstring_view name)
+void setUserSystem(KdDbDatabase& database, const KdGeMatrix3d& toWorld, KdDbObjectId named)
 {
-    KdGePoint3d origin;
-    KdGeVector3d x, y, z;
-    toWorld.getCoordSystem(origin, x, y, z);
-    DrawingHeader& header = database.contents().header;
-    header.setText(headerName(database, "UCSNAME"), name, 2);
-    header.setPoint(headerName(database, "UCSORG"), origin);
-    header.setPoint(headerName(database, "UCSXDIR"), KdGePoint3d::kOrigin + x);
-    header.setPoint(headerName(database, "UCSYDIR"), KdGePoint3d::kOrigin + y);
-}
-
-std::wstring userSystemName(const KdDbDatabase& database)
-{
-    return database.contents().header.text(headerName(database, "UCSNAME"), L"");
+    UserSystem system;
+    KdGeVector3d zAxis;
+    toWorld.getCoordSystem(system.origin, system.xAxis, system.yAxis, zAxis);
+    system.named = named;
+    setCurrentUcs(database, system);
 }
 
 bool restoreUserSystem(KdDbDatabase& database, std::wstring_view name)
@@ -77,7 +53,7 @@ bool restoreUserSystem(KdDbDatabase& database, std::wstring_view name)
     if (!record)
         return false;
     const auto matrix = systemOf(record->origin(), record->xAxis(), record->yAxis());
-    setUserSystem(database, matrix.value_or(KdGeMatrix3d::kIdentity), record->name());
+    setUserSystem(database, matrix.value_or(KdGeMatrix3d::kIdentity), record->objectId());
     return true;
 }
 
@@ -95,7 +71,7 @@ bool saveUserSystem(KdDbDatabase& database, const std::wstring& name)
     const KdDbObjectId table = database.UCSTableId();
     const KdDbObjectId id = ObjectAccess::adopt(database, record.release(), table, {}, false);
     ObjectAccess::records(*ObjectAccess::live<KdDbUCSTable>(table)).push_back(id);
-    setUserSystem(database, userToWorld(database), name);
+    setUserSystem(database, userToWorld(database), id);
     return true;
 }
 

@@ -18,12 +18,8 @@ KdGeMatrix3d userToWorld(const KdDbDatabase& database);
 std::optional<KdGeMatrix3d> systemOf(const KdGePoint3d& origin, const KdGeVector3d& xAxis,
                                      const KdGeVector3d& yAxis);
 
-/// Makes a system current. @param name  of the named system that it is; empty: it has none
-void setUserSystem(KdDbDatabase& database, const KdGeMatrix3d& toWorld,
-                   std::wstring_view name = {});
-
-/// The name of the current system; empty when it has none.
-std::wstring userSystemName(const KdDbDatabase& database);
+/// Makes a system current. @param named  the saved system that it is; null: it has no name
+void setUserSystem(KdDbDatabase& database, const KdGeMatrix3d& toWorld, KdDbObjectId named = {});
 
 /// Makes a named system current. @return false, nothing changed, when there is none of that name
 bool restoreUserSystem(KdDbDatabase& database, std::wstring_view name);

@@ -43,14 +43,6 @@ const KdDbViewport* floatingViewportAt(const KdDbDatabase& database, const KdGeP
     return last;
 }
 
-bool makeLayoutCurrent(KdDbDatabase& database, const wchar_t* name)
-{
-    if (database.contents().setCurrentLayout(name) != Kdapi::eOk)
-        return false;
-    database.contents().enteredViewport.setNull();
-    return true;
-}
-
 void setTileMode(KdDbDatabase& database, bool on)
 {
     if (database.tilemode() == on)

@@ -75,10 +75,6 @@ bool zoomExtents(KdDbDatabase& database);
 /// Makes the view of a model tab that has come without one fit its extents.
 void fitNewView(KdDbDatabase& database);
 
-/// Makes a layout's tab current, by name without regard to case; no floating viewport is entered.
-/// @return false, nothing changed, for an unknown name
-bool makeLayoutCurrent(KdDbDatabase& database, const wchar_t* name);
-
 /// Goes to the model tab, or from it to the sheet that was current last; on the tab already, stays.
 void setTileMode(KdDbDatabase& database, bool on);
 
