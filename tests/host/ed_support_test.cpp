@@ -20,7 +20,10 @@ protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        folder_ = fs::temp_directory_path() / "support files of a test";
+        // Tests may run side by side: each has a folder of its own.
+        folder_ = fs::temp_directory_path() /
+                  (std::string("support files of ") +
+                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::create_directories(folder_ / "korra.lin");
         std::ofstream(folder_ / "Own.SHX") << "x";
         std::ofstream(folder_ / "korraiso.lin") << "x";
