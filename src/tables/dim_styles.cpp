@@ -119,7 +119,7 @@ int readColor(unsigned short& color, KdCmColor (Style::*value)() const, const CS
               KdDbDatabase* db)
 {
     const KdDbObjectId id =
-        styleName.IsEmpty() ? db->dimstyle() : recordId<KdDbDimStyleTable>(styleName, db);
+        styleName.IsEmpty() && db ? db->dimstyle() : recordId<KdDbDimStyleTable>(styleName, db);
     if (id.isNull())
         return 1;
     const Opened<Style> style(id, KdDb::kForRead);

@@ -22,7 +22,7 @@ std::vector<KdDbObjectId> viewportsOf(const KdDbBlockTableRecord& sheet)
     const auto isOwn = [](KdDbObjectId id) {
         return ObjectAccess::live<KdDbViewport>(id)->number() == 1;
     };
-    std::ranges::stable_partition(viewports, isOwn);
+    std::stable_partition(viewports.begin(), viewports.end(), isOwn);
     return viewports;
 }
 
