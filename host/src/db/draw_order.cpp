@@ -136,6 +136,7 @@ Kdapi::ErrorStatus KdDbSortentsTable::setRelativeDrawOrder(const KdArray<KdDbObj
 void KdDbSortentsTable::sortAs(const std::vector<KdDbObjectId>& order)
 {
     std::vector<KdDbHandle> handles;
+    handles.reserve(order.size());
     for (const KdDbObjectId id : order)
         handles.push_back(id.handle());
     std::ranges::sort(handles);

@@ -112,7 +112,7 @@ std::string DrawingWriter::entities()
 /// In the entities section an entity of the sheet says so.
 std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
 {
-    const std::string text = entityText(entity);
+    std::string text = entityText(entity);
     const auto* space = KdDbBlockTableRecord::cast(ObjectAccess::object(entity.ownerId()));
     if (!space || !isNamed(*space, kPaperSpace))
         return text;

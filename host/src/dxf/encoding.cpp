@@ -230,10 +230,10 @@ std::wstring unescaped(std::wstring_view text)
 
 std::string unicodeEscapes(wchar_t character)
 {
-    const auto code = static_cast<unsigned>(character);
-    const auto escape = [](unsigned unit) {
+    const auto code = static_cast<char32_t>(character);
+    const auto escape = [](char32_t unit) {
         char text[kUnicodeEscape + 1];
-        std::snprintf(text, sizeof text, "\\U+%04X", unit & 0xFFFF);
+        std::snprintf(text, sizeof text, "\\U+%04X", static_cast<unsigned>(unit & 0xFFFF));
         return std::string(text);
     };
     if (code < 0x10000)

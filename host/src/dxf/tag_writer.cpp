@@ -92,7 +92,7 @@ std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source
 std::string TagWriter::objectWritten(KdDbObject& object, std::string_view source,
                                      std::span<const int> only)
 {
-    const std::string written = fieldsWritten(object, source, only);
+    std::string written = fieldsWritten(object, source, only);
     const ObjectExtras* extras = ObjectAccess::extras(static_cast<const KdDbObject&>(object));
     if (!extras)
         return written;
