@@ -31,6 +31,8 @@ public:
 
     T* operator->() const { return object_; }
 
+    T& operator*() const { return *object_; }
+
 private:
     T* object_ = nullptr;
 };

@@ -96,17 +96,11 @@ KdGeExtents3d extentsOf(KdDbObjectId block, const KdGeMatrix3d& frame)
     return sink.extents();
 }
 
-void fitActiveTile(KdDbDatabase& database)
+void showWindow(KdDbViewportTableRecord& tile, const Window& window)
 {
-    ObjectChange<KdDbViewportTableRecord> tile(
-        database.contents().record(TableKind::viewport, L"*Active"));
-    const KdDbBlockTableRecord* const model = database.contents().block(L"*Model_Space");
-    if (!tile || !model)
-        return;
-    const Window window = windowAround(extentsOf(model->objectId(), {}));
-    tile->setCenterPoint(window.center);
-    tile->setHeight(window.height);
-    tile->setWidth(window.height * screenAspect());
+    tile.setCenterPoint(window.center);
+    tile.setHeight(window.height);
+    tile.setWidth(window.height * screenAspect());
 }
 
 } // namespace
@@ -176,9 +170,7 @@ bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double 
     ObjectChange<KdDbViewportTableRecord> tile(current);
     if (!tile)
         return false;
-    tile->setCenterPoint(center);
-    tile->setHeight(fitting);
-    tile->setWidth(fitting * screenAspect());
+    showWindow(*tile, {center, fitting});
     return true;
 }
 
@@ -232,8 +224,15 @@ bool zoomExtents(KdDbDatabase& database)
 
 void fitNewView(KdDbDatabase& database)
 {
-    if (std::exchange(database.contents().activeViewMade, false))
-        fitActiveTile(database);
+    DatabaseContents& contents = database.contents();
+    const KdDbBlockTableRecord* const model = contents.block(kModelSpace);
+    const KdDbObjectId id = contents.record(TableKind::viewport, L"*Active");
+    if (!std::exchange(contents.activeViewMade, false) || !model)
+        return;
+    if (ObjectChange<KdDbViewportTableRecord> tile(id); tile) {
+        showWindow(*tile, windowAround(extentsOf(model->objectId(), {})));
+        id.slot()->changed = false; // it follows from the drawing: no change for its file to hold
+    }
 }
 
 } // namespace korra::ed
