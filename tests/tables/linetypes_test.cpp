@@ -4,7 +4,7 @@
 #include "support/host_test.h"
 #include "support/modules.h"
 #include "support/opened.h"
-#include "tables/support_folder.h"
+#include "support/support_folder.h"
 
 using namespace tests;
 using support::Opened;

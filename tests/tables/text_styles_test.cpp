@@ -3,8 +3,8 @@
 #include "support/host_test.h"
 #include "support/modules.h"
 #include "support/opened.h"
+#include "support/support_folder.h"
 #include "tables/messages.h"
-#include "tables/support_folder.h"
 
 using namespace tests;
 using support::Opened;

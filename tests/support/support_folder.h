@@ -32,7 +32,7 @@ private:
     static inline int made_ = 0;
     std::filesystem::path path_ =
         std::filesystem::temp_directory_path() /
-        ("tables_tests_" + std::to_string(::getpid()) + '_' + std::to_string(++made_));
+        ("support_folder_" + std::to_string(::getpid()) + '_' + std::to_string(++made_));
 };
 
 } // namespace tests
