@@ -3,6 +3,7 @@
 #include "dimension_values.h"
 #include "open_object.h"
 #include "output.h"
+#include "prompts.h"
 
 namespace {
 
@@ -25,15 +26,6 @@ int pickDimension(KdDbObjectId& id)
         return status;
     id = isDimension(nested) ? nested : outer;
     return isDimension(id) ? int(RTNORM) : int(Kdapi::eNotThatKindOfClass);
-}
-
-/// Asks for a word. @return RTNORM; RTNONE for an empty one; else the host's status
-int askWord(const wchar_t* prompt, std::wstring& word)
-{
-    wchar_t typed[256] = L"";
-    const int status = kdedGetString(0, prompt, typed, std::size(typed));
-    word = typed;
-    return status == RTNORM && word.empty() ? RTNONE : status;
 }
 
 /// Asks which variable to set to what.

@@ -4,18 +4,36 @@
 #include <cmath>
 #include <iterator>
 
-int askText(const wchar_t* prompt, std::wstring& text)
+namespace {
+
+int askString(const wchar_t* prompt, std::wstring& text, bool withBlanks)
 {
     wchar_t typed[256] = L"";
-    const int status = kdedGetString(1, prompt, typed, std::size(typed));
+    const int status = kdedGetString(withBlanks, prompt, typed, std::size(typed));
     text = typed;
     return status;
 }
 
+int noneForEmpty(int status, const std::wstring& text)
+{
+    return status == RTNORM && text.empty() ? RTNONE : status;
+}
+
+} // namespace
+
+int askText(const wchar_t* prompt, std::wstring& text)
+{
+    return askString(prompt, text, true);
+}
+
 int askName(const wchar_t* prompt, std::wstring& name)
 {
-    const int status = askText(prompt, name);
-    return status == RTNORM && name.empty() ? RTNONE : status;
+    return noneForEmpty(askString(prompt, name, true), name);
+}
+
+int askWord(const wchar_t* prompt, std::wstring& word)
+{
+    return noneForEmpty(askString(prompt, word, false), word);
 }
 
 int askNumber(const wchar_t* prompt, double& number)

@@ -12,6 +12,9 @@ int askText(const wchar_t* prompt, std::wstring& text);
 /// A text with its blanks; RTNONE for an empty one.
 int askName(const wchar_t* prompt, std::wstring& name);
 
+/// A text without blanks; RTNONE for an empty one.
+int askWord(const wchar_t* prompt, std::wstring& word);
+
 /// RTNONE for Enter.
 int askNumber(const wchar_t* prompt, double& number);
 
