@@ -1,5 +1,6 @@
 #include "db/dimension_line.h"
 #include "db/dimension_text.h"
+#include "db/entity_plane.h"
 #include "db/fields.h"
 #include "kd/db/dimension.h"
 
@@ -43,9 +44,14 @@ KdGePoint2d outerEnd(const KdGePoint2d& vertex, const KdGePoint2d& a, const KdGe
 
 KdDbAngularDimension::KdDbAngularDimension(const KdGePoint3d& center, const KdGePoint3d& first,
                                            const KdGePoint3d& second, const KdGePoint3d& arcPoint)
-    : first_(first), second_(second), center_(center), arcPoint_(arcPoint)
+    : first_(first), second_(second), center_(center)
 {
     dimLinePoint_ = arcPoint;
+}
+
+KdGePoint2d KdDbAngularDimension::arcPlace() const
+{
+    return threePoint_ ? inPlane(dimLinePoint_) : KdGePoint2d(arcPoint_.x, arcPoint_.y);
 }
 
 /// The vertex and a point on each side of the angle.
@@ -64,7 +70,7 @@ bool KdDbAngularDimension::rays(KdGePoint2d& vertex, KdGePoint2d ends[2]) const
     const KdGePoint2d b[] = {inPlane(center_), inPlane(dimLinePoint_)};
     if (!meet(a[0], a[1], b[0], b[1], vertex))
         return false;
-    const KdGeVector2d toArc = inPlane(arcPoint_) - vertex;
+    const KdGeVector2d toArc = arcPlace() - vertex;
     KdGeVector2d alongA = a[1] - a[0];
     KdGeVector2d alongB = b[1] - b[0];
     // toArc = s·alongA + t·alongB: the signs of s and t tell the rays.
@@ -89,7 +95,7 @@ std::optional<KdDbAngularDimension::Sector> KdDbAngularDimension::sector() const
     KdGePoint2d ends[2];
     if (!rays(sector.vertex, ends))
         return std::nullopt;
-    const KdGeVector2d toArc = inPlane(arcLocation()) - sector.vertex;
+    const KdGeVector2d toArc = arcPlace() - sector.vertex;
     sector.startAngle = angleOf(ends[0] - sector.vertex);
     sector.sweep = KdGe::normalAngle(angleOf(ends[1] - sector.vertex) - sector.startAngle);
     const double inside = KdGe::normalAngle(angleOf(toArc) - sector.startAngle);
@@ -146,5 +152,5 @@ void KdDbAngularDimension::transformDefinition(const KdGeMatrix3d& matrix)
     first_.transformBy(matrix);
     second_.transformBy(matrix);
     center_.transformBy(matrix);
-    arcPoint_.transformBy(matrix);
+    arcPoint_.transformBy(korra::PlaneImage(normal_, matrix).map);
 }

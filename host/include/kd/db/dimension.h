@@ -279,11 +279,12 @@ private:
     std::optional<Sector> sector() const;
     bool rays(KdGePoint2d& vertex, KdGePoint2d ends[2]) const;
 
-    KdGePoint3d arcLocation() const { return threePoint_ ? dimLinePoint_ : arcPoint_; }
+    /// A point of the arc, in the plane of the normal.
+    KdGePoint2d arcPlace() const;
 
     bool threePoint_ = true;
     KdGePoint3d first_;    ///< group 13
     KdGePoint3d second_;   ///< group 14
     KdGePoint3d center_;   ///< group 15; of two lines: start of the second line
-    KdGePoint3d arcPoint_; ///< group 16 of two lines; the dimension line point of three points
+    KdGePoint3d arcPoint_; ///< group 16 of two lines, in the entity coordinate system
 };
