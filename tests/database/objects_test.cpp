@@ -1,5 +1,6 @@
 #include "orvex/objects.h"
 
+#include "support/drawing.h"
 #include "support/host_test.h"
 #include "support/opened.h"
 
@@ -29,19 +30,6 @@ KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
     return array;
 }
 
-std::vector<bool> erased(const std::vector<KdDbObjectId>& ids)
-{
-    std::vector<bool> flags;
-    for (const KdDbObjectId id : ids)
-        flags.push_back(id.isErased());
-    return flags;
-}
-
-KdDbObjectId layerId()
-{
-    return kddbHostApplicationServices()->workingDatabase()->clayer();
-}
-
 /// Model space's entities as they are drawn.
 std::vector<KdDbObjectId> drawOrder()
 {
@@ -54,39 +42,41 @@ std::vector<KdDbObjectId> drawOrder()
     return {order.begin(), order.end()};
 }
 
-/// Ends what a failed addition leaves in the caller's hands.
-void giveUp(KdDbEntity* entity)
+/// Posts a line to the working database, or adds and closes it; ends what is refused.
+Kdapi::ErrorStatus storeLine(bool byPost)
 {
-    if (entity->objectId().isNull())
-        delete entity;
-    else
-        entity->close();
+    KdDbLine* line = newLine();
+    const Kdapi::ErrorStatus status = byPost ? postToDb(line, drawing()) : addToDb(line, drawing());
+    if (line->objectId().isNull())
+        delete line;
+    else if (!byPost || status != Kdapi::eOk)
+        line->close();
+    return status;
 }
 
 class ObjectsTest : public HostTest {};
 
-TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesIt)
-{
-    KdDbObjectId id;
-    KdDbLine* added = newLine();
-    EXPECT_EQ(addToDb(added, id, &database()), Kdapi::eOk);
-    EXPECT_TRUE(added->isWriteEnabled());
-    EXPECT_EQ(added->objectId(), id);
-    EXPECT_EQ(added->ownerId(), database().currentSpaceId());
-    added->close();
-
-    EXPECT_EQ(postToDb(newLine(), id, &database()), Kdapi::eOk);
-    EXPECT_TRUE(Opened<KdDbLine>(id, KdDb::kForWrite));
-}
-
-TEST_F(ObjectsTest, AddAndPostGoToTheGivenDatabase)
+TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesItInTheGivenDatabase)
 {
     KdDbDatabase other;
-    KdDbLine* added = newLine();
-    EXPECT_EQ(addToDb(added, &other), Kdapi::eOk);
-    EXPECT_EQ(added->database(), &other);
-    added->close();
-    EXPECT_EQ(postToDb(newLine(), &other), Kdapi::eOk);
+    for (KdDbDatabase* target : {&database(), &other}) {
+        KdDbObjectId id;
+        for (const bool withId : {true, false}) {
+            KdDbLine* added = newLine();
+            EXPECT_EQ(withId ? addToDb(added, id, target) : addToDb(added, target), Kdapi::eOk);
+            EXPECT_TRUE(added->isWriteEnabled());
+            EXPECT_EQ(added->ownerId(), target->currentSpaceId());
+            if (withId) {
+                EXPECT_EQ(added->objectId(), id);
+            }
+            added->close();
+        }
+        EXPECT_EQ(postToDb(newLine(), id, target), Kdapi::eOk);
+        EXPECT_EQ(Opened<KdDbLine>(id, KdDb::kForWrite)->ownerId(), target->currentSpaceId());
+        KdDbLine* posted = newLine();
+        EXPECT_EQ(postToDb(posted, target), Kdapi::eOk);
+        EXPECT_EQ(posted->database(), target);
+    }
 }
 
 TEST_F(ObjectsTest, PostLeavesARefusedEntityToTheCaller)
@@ -105,20 +95,13 @@ TEST_F(ObjectsTest, PostLeavesARefusedEntityToTheCaller)
 
 TEST_F(ObjectsTest, PostReportsWhicheverStepFails)
 {
-    const auto post = [this] {
-        KdDbLine* line = newLine();
-        const Kdapi::ErrorStatus status = postToDb(line, &database());
-        if (status != Kdapi::eOk)
-            giveUp(line);
-        return status;
-    };
-    const auto steps = tracedOperations(post);
+    const auto steps = tracedOperations([] { storeLine(true); });
     EXPECT_THAT(steps,
                 ::testing::ElementsAre("kddbOpenObject", "KdDbBlockTableRecord::appendKdDbEntity",
                                        "KdDbObject::close", "KdDbObject::close"));
     for (std::size_t step = 1; step <= steps.size(); ++step) {
         platform::failCall(step, platform::Fault::status);
-        EXPECT_NE(post(), Kdapi::eOk) << "step " << step;
+        EXPECT_NE(storeLine(true), Kdapi::eOk) << "step " << step;
     }
 }
 
@@ -127,7 +110,8 @@ TEST_F(ObjectsTest, EraseKeepsWhatItErasedBeforeTheFirstFailure)
     const auto ids = addLines(4);
     const Opened<KdDbEntity> reader(ids[2], KdDb::kForRead);
     EXPECT_EQ(EraseObject(arrayOf(ids)), 0);
-    EXPECT_EQ(erased(ids), (std::vector{true, true, false, false}));
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        EXPECT_EQ(ids[i].isErased(), i < 2) << i;
 }
 
 TEST_F(ObjectsTest, EraseTakesObjectsOfAnyKindAndNoneAtAll)
@@ -137,7 +121,7 @@ TEST_F(ObjectsTest, EraseTakesObjectsOfAnyKindAndNoneAtAll)
     EXPECT_EQ(EraseObject(ids[0]), 1);
     EXPECT_EQ(EraseObject(ids[0]), 0) << "erased objects are not opened";
     EXPECT_EQ(EraseObject(KdDbObjectId()), 0);
-    EXPECT_EQ(EraseObject(layerId()), 0) << "the host refuses";
+    EXPECT_EQ(EraseObject(database().clayer()), 0) << "the host refuses";
 }
 
 TEST_F(ObjectsTest, CopyGoesFromTheFirstToTheSecond)
@@ -153,29 +137,22 @@ TEST_F(ObjectsTest, CopyGoesFromTheFirstToTheSecond)
     EXPECT_EQ(CopyObject(&source, &circle), 20);
 }
 
-TEST_F(ObjectsTest, UpdateRegeneratesAndRedraws)
+TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
 {
     const auto ids = addLines(1);
     const std::vector<std::string> update = {"kddbGetKdsName", "kddbEntUpd", "kdedRedraw"};
     const Opened<KdDbEntity> line(ids[0], KdDb::kForWrite);
     EXPECT_EQ(tracedOperations([&] { EntUpdate(line.get()); }), update);
     line->erase();
-    EXPECT_EQ(tracedOperations([&] { EntUpdate(ids[0]); }), update);
-}
-
-TEST_F(ObjectsTest, UpdateDoesNothingForWhatIsNotOnTheScreen)
-{
-    const auto ids = addLines(1);
-    const Opened<KdDbEntity> line(ids[0], KdDb::kForWrite);
-    line->erase();
+    EXPECT_EQ(tracedOperations([&] { EntUpdate(ids[0]); }), update) << "the id is not looked into";
     KdDbLine free;
-    EXPECT_THAT(tracedOperations([&] {
-                    EntUpdate(line.get());
-                    EntUpdate(&free);
-                    EntUpdate(nullptr);
-                    EntUpdate(KdDbObjectId());
-                }),
-                ::testing::IsEmpty());
+    const auto nothing = tracedOperations([&] {
+        EntUpdate(line.get());
+        EntUpdate(&free);
+        EntUpdate(nullptr);
+        EntUpdate(KdDbObjectId());
+    });
+    EXPECT_THAT(nothing, ::testing::IsEmpty());
 }
 
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
@@ -185,7 +162,7 @@ TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
     EXPECT_TRUE(IsValidId(ids[0]));
     EXPECT_FALSE(IsValidId(ids[1]));
     EXPECT_FALSE(IsValidId(KdDbObjectId()));
-    EXPECT_FALSE(IsValidId(layerId()));
+    EXPECT_FALSE(IsValidId(database().clayer()));
     const Opened<KdDbEntity> writer(ids[2], KdDb::kForWrite);
     EXPECT_FALSE(IsValidId(ids[2]));
 
@@ -205,7 +182,7 @@ TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
     EXPECT_EQ(isEntityInCurrentSpaceId(here), 1);
     EXPECT_EQ(isEntityInCurrentSpaceId(there), 1);
     EXPECT_EQ(isEntityInCurrentSpaceId(nested), 0);
-    KdDbObjectId layer = layerId();
+    KdDbObjectId layer = database().clayer();
     EXPECT_EQ(isEntityInCurrentSpaceId(layer), 0);
     const Opened<KdDbEntity> line(nested, KdDb::kForRead);
     EXPECT_EQ(isEntityInCurrentSpaceId(line.get()), 0);
@@ -227,39 +204,29 @@ TEST_F(ObjectsTest, DrawOrderIgnoresTheHostsRefusalOfAnotherSpace)
     const auto operations = tracedOperations([&] { EXPECT_EQ(DrawOrderMoveToLast(nested), 1); });
     EXPECT_THAT(operations, ::testing::Contains("KdDbSortentsTable::setRelativeDrawOrder"));
     EXPECT_EQ(drawOrder(), ids);
-    EXPECT_EQ(DrawOrderMoveToLast(layerId()), 0);
+    EXPECT_EQ(DrawOrderMoveToLast(database().clayer()), 0);
 }
 
 TEST_F(ObjectsTest, LeaveNothingOpenWhateverFails)
 {
-    const auto lines = [] { return addLines(3); };
     using Lines = std::vector<KdDbObjectId>;
-    sweepFaults<Lines>(lines, [](const Lines& ids) { EraseObject(arrayOf(ids)); });
-    sweepFaults<Lines>(lines, [](const Lines& ids) { DrawOrderMoveToLast(ids[1]); });
-    sweepFaults<Lines>(lines, [](const Lines& ids) {
-        KdDbObjectId id = ids[0];
-        IsValidId(id);
-        isEntityInCurrentSpaceId(id);
-        EntUpdate(id);
-    });
-    sweepFaults<Lines>(lines, [](const Lines& ids) {
-        const Opened<KdDbEntity> line(ids[0], KdDb::kForWrite);
-        KdDbLine source;
-        CopyEntity(&source, line.get());
-        EntUpdate(line.get());
-    });
-    const auto nothing = [] { return 0; };
-    const auto working = [] { return kddbHostApplicationServices()->workingDatabase(); };
-    sweepFaults<int>(nothing, [=](int) {
-        KdDbLine* line = newLine();
-        addToDb(line, working());
-        giveUp(line);
-    });
-    sweepFaults<int>(nothing, [=](int) {
-        KdDbLine* line = newLine();
-        if (postToDb(line, working()) != Kdapi::eOk)
-            giveUp(line);
-    });
+    sweepFaults<Lines>([] { return addLines(3); },
+                       [](const Lines& ids) {
+                           DrawOrderMoveToLast(ids[1]);
+                           KdDbObjectId id = ids[0];
+                           IsValidId(id);
+                           isEntityInCurrentSpaceId(id);
+                           EntUpdate(id);
+                           {
+                               const Opened<KdDbEntity> line(id, KdDb::kForWrite);
+                               KdDbLine source;
+                               CopyEntity(&source, line.get());
+                               EntUpdate(line.get());
+                           }
+                           EraseObject(arrayOf(ids));
+                           storeLine(false);
+                           storeLine(true);
+                       });
 }
 
 } // namespace

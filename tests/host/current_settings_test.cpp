@@ -5,88 +5,74 @@
 
 #include "kd/gi.h"
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include <numbers>
 
 using korra::drawingText;
 using korra::TableKind;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace tests {
 namespace {
 
+using Layer = Open<KdDbLayerTableRecord>;
+using TextStyle = Open<KdDbTextStyleTableRecord>;
+
+KdCmColor indexed(std::uint16_t index)
+{
+    KdCmColor color;
+    color.setColorIndex(index);
+    return color;
+}
+
 class CurrentSettings : public HostTest {
 protected:
-    template <class Table, class Record>
-    KdDbObjectId add(const wchar_t* name)
-    {
-        Table* table = nullptr;
-        EXPECT_EQ(database().getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
-        auto* record = new Record;
-        EXPECT_EQ(record->setName(name), Kdapi::eOk);
-        KdDbObjectId id;
-        EXPECT_EQ(table->add(id, record), Kdapi::eOk);
-        record->close();
-        table->close();
-        return id;
-    }
-
-    template <class Record>
-    static Record* record(KdDbObjectId id, KdDb::OpenMode mode = KdDb::kForWrite)
-    {
-        Record* opened = nullptr;
-        EXPECT_EQ(kddbOpenObject(opened, id, mode), Kdapi::eOk);
-        return opened;
-    }
-
     /// The drawing as another program would read it.
     std::unique_ptr<KdDbDatabase> reread() { return dxf::readWhole(drawingText(database())); }
 };
 
 TEST_F(CurrentSettings, NameRecordsOfThisDrawingOnly)
 {
-    const KdDbObjectId layer = add<KdDbLayerTable, KdDbLayerTableRecord>(L"Стены");
-    const KdDbObjectId text = add<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
-    const KdDbObjectId dimension = add<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Fine");
+    const KdDbObjectId layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Стены");
+    const KdDbObjectId text = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
+    const KdDbObjectId dimension = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Fine");
     EXPECT_EQ(database().setClayer(layer), Kdapi::eOk);
     EXPECT_EQ(database().setTextstyle(text), Kdapi::eOk);
     EXPECT_EQ(database().setDimstyle(dimension), Kdapi::eOk);
-    EXPECT_EQ(database().clayer(), layer);
-    EXPECT_EQ(database().textstyle(), text);
-    EXPECT_EQ(database().dimstyle(), dimension);
 
     EXPECT_EQ(database().setClayer({}), Kdapi::eNullObjectId);
     EXPECT_EQ(database().setClayer(text), Kdapi::eNotThatKindOfClass);
     KdDbDatabase other;
     EXPECT_EQ(other.setClayer(layer), Kdapi::eWrongDatabase);
-    EXPECT_EQ(database().clayer(), layer);
-    EXPECT_EQ(reread()->clayer().handle().value(), layer.handle().value());
+    const auto again = reread();
+    EXPECT_EQ(again->clayer().handle().value(), layer.handle().value());
+    EXPECT_EQ(again->textstyle().handle().value(), text.handle().value());
+    EXPECT_EQ(again->dimstyle().handle().value(), dimension.handle().value());
 }
 
 TEST_F(CurrentSettings, ColorAndLineWeightOfNewEntities)
 {
     EXPECT_EQ(database().cecolor(), KdCmColor());
     EXPECT_EQ(database().celweight(), KdDb::kLnWtByLayer);
-    KdCmColor green;
-    green.setColorIndex(3);
-    EXPECT_EQ(database().setCecolor(green), Kdapi::eOk);
+    EXPECT_EQ(database().setCecolor(indexed(3)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(35)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(36)), Kdapi::eInvalidInput);
     const auto again = reread();
-    EXPECT_EQ(again->cecolor(), green);
+    EXPECT_EQ(again->cecolor(), indexed(3));
     EXPECT_EQ(again->celweight(), 35);
 }
 
 TEST_F(CurrentSettings, DimensionVariablesGoIntoARecordAndBackExactly)
 {
-    auto* record = new KdDbDimStyleTableRecord;
-    const KdDbObjectId text = add<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
-    record->setDimscale(25.0);
-    record->setDimdec(1);
-    record->setDimtxsty(text);
-    KdCmColor red;
-    red.setColorIndex(1);
-    record->setDimclrt(red);
-    EXPECT_EQ(database().setDimstyleData(record), Kdapi::eOk);
+    KdDbDimStyleTableRecord record;
+    record.setDimscale(25.0);
+    record.setDimdec(1);
+    record.setDimtxsty(addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes"));
+    record.setDimclrt(indexed(1));
+    EXPECT_EQ(database().setDimstyleData(&record), Kdapi::eOk);
     EXPECT_EQ(database().dimstyle(),
               database().contents().record(TableKind::dimStyle, L"Standard"));
 
@@ -94,18 +80,14 @@ TEST_F(CurrentSettings, DimensionVariablesGoIntoARecordAndBackExactly)
     EXPECT_EQ(reread()->getDimstyleData(&current), Kdapi::eOk);
     EXPECT_EQ(current.dimscale(), 25.0);
     EXPECT_EQ(current.dimdec(), 1);
-    EXPECT_EQ(current.dimclrt(), red);
-    EXPECT_EQ(database().getDimstyleData(&current), Kdapi::eOk);
-    EXPECT_EQ(current.dimtxsty(), text);
+    EXPECT_EQ(current.dimclrt(), indexed(1));
 
     const KdDbDimStyleTableRecord standard;
     EXPECT_EQ(database().setDimstyleData(&standard), Kdapi::eOk);
-    EXPECT_EQ(database().setDimstyleData(&current), Kdapi::eOk);
-    KdDbDimStyleTableRecord restored;
-    database().getDimstyleData(&restored);
-    EXPECT_EQ(korra::ObjectAccess::values(restored), korra::ObjectAccess::values(current));
+    EXPECT_EQ(database().setDimstyleData(&record), Kdapi::eOk);
+    EXPECT_EQ(database().getDimstyleData(&current), Kdapi::eOk);
+    EXPECT_EQ(korra::ObjectAccess::values(current), korra::ObjectAccess::values(record));
     EXPECT_EQ(database().getDimstyleData(nullptr), Kdapi::eNullObjectPointer);
-    delete record;
 }
 
 TEST_F(CurrentSettings, DimensionVariablesIncludeTheOverridesThatTheHeaderCarries)
@@ -126,7 +108,6 @@ TEST_F(CurrentSettings, AStyleSetsThePlacesThatItsFitMeans)
 {
     KdDbDimStyleTableRecord style;
     EXPECT_EQ(style.setDimfit(2), Kdapi::eOk);
-    EXPECT_EQ(style.dimfit(), 2);
     EXPECT_EQ(style.dimatfit(), 2);
     EXPECT_EQ(style.setDimfit(5), Kdapi::eOk);
     EXPECT_EQ(style.dimatfit(), 3);
@@ -137,64 +118,52 @@ TEST_F(CurrentSettings, AStyleSetsThePlacesThatItsFitMeans)
 
 TEST_F(CurrentSettings, LayersSurviveAFile)
 {
-    const KdDbObjectId id = add<KdDbLayerTable, KdDbLayerTableRecord>(L"A");
-    auto* layer = record<KdDbLayerTableRecord>(id);
-    EXPECT_EQ(layer->color().colorIndex(), 7);
-    EXPECT_EQ(layer->linetypeObjectId(), database().continuousLinetype());
-    layer->setVPDFLT(true);
-    layer->setIsOff(true);
-    layer->setIsPlottable(false);
-    EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(211)), Kdapi::eOk);
-    EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(7)), Kdapi::eInvalidInput);
-    layer->close();
-
+    const KdDbObjectId id = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"A");
+    {
+        const Layer layer(id);
+        EXPECT_EQ(layer->linetypeObjectId(), database().continuousLinetype());
+        layer->setVPDFLT(true);
+        layer->setIsOff(true);
+        layer->setIsPlottable(false);
+        EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(211)), Kdapi::eOk);
+        EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(7)), Kdapi::eInvalidInput);
+    }
     const auto again = reread();
-    layer = record<KdDbLayerTableRecord>(again->contents().record(TableKind::layer, L"A"));
+    const Layer layer(again->contents().record(TableKind::layer, L"A"));
     EXPECT_TRUE(layer->VPDFLT());
     EXPECT_FALSE(layer->isFrozen());
     EXPECT_TRUE(layer->isOff());
     EXPECT_FALSE(layer->isPlottable());
     EXPECT_EQ(layer->lineWeight(), 211);
     EXPECT_EQ(layer->color().colorIndex(), 7);
-    layer->close();
 }
 
-struct StyleFont {
-    std::wstring typeface;
-    bool bold = false;
-    bool italic = false;
-    int characterSet = 0;
-    int pitch = 0;
-    int family = 0;
+/// Typeface, bold, italic, character set, pitch and family.
+using Font = std::tuple<std::wstring, bool, bool, int, int, int>;
 
-    explicit StyleFont(const KdDbTextStyleTableRecord& style)
-    {
-        style.font(typeface, bold, italic, characterSet, pitch, family);
-    }
-};
+Font fontOf(const KdDbTextStyleTableRecord& style)
+{
+    Font font;
+    auto& [typeface, bold, italic, characterSet, pitch, family] = font;
+    style.font(typeface, bold, italic, characterSet, pitch, family);
+    return font;
+}
 
 TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFile)
 {
-    const KdDbObjectId id = add<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"A");
-    auto* style = record<KdDbTextStyleTableRecord>(id);
-    style->setBigFontFileName(L"big.shx");
-    EXPECT_EQ(style->setFont(L"宋体", true, false, 134, 2, 0x20), Kdapi::eOk);
-    EXPECT_EQ(style->setFont(std::wstring(32, L'x').c_str(), false, false, 0, 2, 0),
-              Kdapi::eInvalidInput);
-    EXPECT_EQ(style->setFont(nullptr, false, false, 0, 2, 0), Kdapi::eInvalidInput);
-    style->close();
-
+    const KdDbObjectId id = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"A");
+    {
+        const TextStyle style(id);
+        style->setBigFontFileName(L"big.shx");
+        EXPECT_EQ(style->setFont(L"宋体", true, false, 134, 2, 0x20), Kdapi::eOk);
+        const std::wstring tooLong(32, L'x');
+        EXPECT_EQ(style->setFont(tooLong.c_str(), false, false, 0, 2, 0), Kdapi::eInvalidInput);
+        EXPECT_EQ(style->setFont(nullptr, false, false, 0, 2, 0), Kdapi::eInvalidInput);
+    }
     const auto again = reread();
-    style = record<KdDbTextStyleTableRecord>(again->contents().record(TableKind::textStyle, L"A"));
+    const TextStyle style(again->contents().record(TableKind::textStyle, L"A"));
     EXPECT_EQ(style->bigFontFileName(), L"big.shx");
-    const StyleFont font(*style);
-    EXPECT_EQ(font.typeface, L"宋体");
-    EXPECT_TRUE(font.bold);
-    EXPECT_FALSE(font.italic);
-    EXPECT_EQ(font.characterSet, 134);
-    EXPECT_EQ(font.pitch, 2);
-    EXPECT_EQ(font.family, 0x20);
-    style->close();
+    EXPECT_EQ(fontOf(*style), Font(L"宋体", true, false, 134, 2, 0x20));
 }
 
 TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
@@ -207,19 +176,16 @@ TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
 0 ENDSEC
 0 EOF
 )"));
-    auto* style =
-        record<KdDbTextStyleTableRecord>(drawing->contents().record(TableKind::textStyle, L"A"));
-    EXPECT_EQ(StyleFont(*style).typeface, L"Arial");
-    EXPECT_EQ(StyleFont(*style).family, 0x20);
+    const KdDbObjectId id = drawing->contents().record(TableKind::textStyle, L"A");
     KdGiTextStyle drawn;
-    EXPECT_EQ(fromKdDbTextStyle(drawn, style->objectId()), Kdapi::eWasOpenForWrite);
-    EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk);
-    const KdDbObjectId id = style->objectId();
-    style->close();
+    {
+        const TextStyle style(id);
+        EXPECT_EQ(fontOf(*style), Font(L"Arial", false, false, 0, 2, 0x20));
+        EXPECT_EQ(fromKdDbTextStyle(drawn, id), Kdapi::eWasOpenForWrite);
+        EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk);
+    }
     const std::string text = drawingText(*drawing);
-    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr("Arial")));
-    EXPECT_THAT(text, ::testing::HasSubstr("kept"));
-    EXPECT_THAT(text, ::testing::HasSubstr("1070\n5\n"));
+    EXPECT_THAT(text, AllOf(Not(HasSubstr("Arial")), HasSubstr("kept"), HasSubstr("1070\n5\n")));
 
     EXPECT_EQ(fromKdDbTextStyle(drawn, id), Kdapi::eOk);
     EXPECT_EQ(drawn.fileName(), L"arial.ttf");

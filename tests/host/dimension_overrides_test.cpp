@@ -1,9 +1,11 @@
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include "db/dimension_overrides.h"
 #include "db/dimension_variables.h"
 
 #include <limits>
+#include <sstream>
 
 using namespace tests;
 using korra::ObjectAccess;
@@ -13,173 +15,130 @@ namespace {
 
 using Nodes = std::vector<TypedValue>;
 
-TypedValue application(const wchar_t* name)
+/// Extended data from one line: @ an application, i an integer, r a real, { and }; else a text.
+Nodes nodes(const std::string& line)
 {
-    return {1001, std::wstring(name)};
-}
-
-TypedValue text(const wchar_t* value)
-{
-    return {1000, std::wstring(value)};
-}
-
-TypedValue open()
-{
-    return {1002, std::wstring(L"{")};
-}
-
-TypedValue shut()
-{
-    return {1002, std::wstring(L"}")};
-}
-
-TypedValue code(short value)
-{
-    return {1070, value};
-}
-
-TypedValue real(double value)
-{
-    return {1040, value};
-}
-
-class DimensionOverridesTest : public HostTest {
-protected:
-    DimensionOverridesTest() = default;
-
-    KdDbObjectId add(const Nodes& data)
-    {
-        auto* dimension = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
-        ObjectAccess::extras(*dimension).xData = data;
-        return addEntity(dimension);
+    Nodes result;
+    std::istringstream tokens(line);
+    for (std::string token; tokens >> token;) {
+        const std::wstring text(token.begin(), token.end());
+        if (token[0] == '@')
+            result.push_back({1001, text.substr(1)});
+        else if (token[0] == 'i')
+            result.push_back({1070, static_cast<short>(std::stoi(token.substr(1)))});
+        else if (token[0] == 'r')
+            result.push_back({1040, std::stod(token.substr(1))});
+        else if (token == "{" || token == "}")
+            result.push_back({1002, text});
+        else
+            result.push_back({1000, text});
     }
+    return result;
+}
 
-    template <class Change>
-    static Nodes changed(KdDbObjectId id, Change change)
-    {
-        KdDbDimension* dimension = nullptr;
-        EXPECT_EQ(kddbOpenObject(dimension, id, KdDb::kForWrite), Kdapi::eOk);
-        EXPECT_EQ(change(*dimension), Kdapi::eOk);
-        dimension->close();
-        return ObjectAccess::extras(*dimension).xData;
-    }
-};
+KdDbObjectId addDimension(const std::string& data)
+{
+    auto* dimension = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
+    ObjectAccess::extras(*dimension).xData = nodes(data);
+    return addEntity(dimension);
+}
+
+const Nodes& dataOf(KdDbDimension& dimension)
+{
+    return ObjectAccess::extras(dimension).xData;
+}
+
+class DimensionOverridesTest : public HostTest {};
 
 TEST_F(DimensionOverridesTest, SetterReplacesTheFirstPairElseAppendsToTheFirstSection)
 {
-    const TypedValue acad = application(L"ACAD");
-    const TypedValue section = text(L"DSTYLE");
-
-    struct Case {
-        const char* what;
-        Nodes before;
-        Nodes after;
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"no data", "", "@ACAD DSTYLE { i147 r2.5 }"},
+        {"another application's data", "@OTHER DSTYLE { i147 r1 }",
+         "@OTHER DSTYLE { i147 r1 } @ACAD DSTYLE { i147 r2.5 }"},
+        {"no section", "@ACAD note @OTHER i7", "@ACAD note DSTYLE { i147 r2.5 } @OTHER i7"},
+        {"a pair", "@ACAD DSTYLE { i147 r1 i40 r9 }", "@ACAD DSTYLE { i147 r2.5 i40 r9 }"},
+        {"two pairs", "@ACAD DSTYLE { i147 r1 i147 r3 }", "@ACAD DSTYLE { i147 r2.5 i147 r3 }"},
+        {"a pair in the second section", "@ACAD DSTYLE { } DSTYLE { i147 r3 }",
+         "@ACAD DSTYLE { } DSTYLE { i147 r2.5 }"},
+        {"two sections without it", "@ACAD DSTYLE { i40 r9 } DSTYLE { }",
+         "@ACAD DSTYLE { i40 r9 i147 r2.5 } DSTYLE { }"},
+        {"no closing node", "@ACAD DSTYLE { i40 r9", "@ACAD DSTYLE { i40 r9 i147 r2.5"},
+        {"no closing node before another application", "@ACAD DSTYLE { @OTHER i7",
+         "@ACAD DSTYLE { i147 r2.5 @OTHER i7"},
+        {"nothing behind the name", "@ACAD DSTYLE", "@ACAD DSTYLE { i147 r2.5"},
+        {"a value that looks like the code", "@ACAD DSTYLE { i271 i147 i40 r9 }",
+         "@ACAD DSTYLE { i271 i147 i40 r9 i147 r2.5 }"},
+        {"a code without its value", "@ACAD DSTYLE { i40 r9 i147 }",
+         "@ACAD DSTYLE { i40 r9 i147 r2.5 i147 }"},
+        {"a pair that nobody knows, name in small letters", "@ACAD dstyle { i999 x }",
+         "@ACAD dstyle { i999 x i147 r2.5 }"},
     };
-
-    const Case cases[] = {
-        {"no data", {}, {acad, section, open(), code(147), real(2.5), shut()}},
-        {"another application's data",
-         {application(L"OTHER"), section, open(), code(147), real(1), shut()},
-         {application(L"OTHER"), section, open(), code(147), real(1), shut(), acad, section, open(),
-          code(147), real(2.5), shut()}},
-        {"no section",
-         {acad, text(L"note"), application(L"OTHER"), code(7)},
-         {acad, text(L"note"), section, open(), code(147), real(2.5), shut(), application(L"OTHER"),
-          code(7)}},
-        {"a pair",
-         {acad, section, open(), code(147), real(1), code(40), real(9), shut()},
-         {acad, section, open(), code(147), real(2.5), code(40), real(9), shut()}},
-        {"two pairs",
-         {acad, section, open(), code(147), real(1), code(147), real(3), shut()},
-         {acad, section, open(), code(147), real(2.5), code(147), real(3), shut()}},
-        {"a pair in the second section",
-         {acad, section, open(), shut(), section, open(), code(147), real(3), shut()},
-         {acad, section, open(), shut(), section, open(), code(147), real(2.5), shut()}},
-        {"two sections without it",
-         {acad, section, open(), code(40), real(9), shut(), section, open(), shut()},
-         {acad, section, open(), code(40), real(9), code(147), real(2.5), shut(), section, open(),
-          shut()}},
-        {"no closing node",
-         {acad, section, open(), code(40), real(9)},
-         {acad, section, open(), code(40), real(9), code(147), real(2.5)}},
-        {"no closing node before another application",
-         {acad, section, open(), application(L"OTHER"), code(7)},
-         {acad, section, open(), code(147), real(2.5), application(L"OTHER"), code(7)}},
-        {"nothing behind the name", {acad, section}, {acad, section, open(), code(147), real(2.5)}},
-        {"a value that looks like the code",
-         {acad, section, open(), code(271), code(147), code(40), real(9), shut()},
-         {acad, section, open(), code(271), code(147), code(40), real(9), code(147), real(2.5),
-          shut()}},
-        {"a code without its value",
-         {acad, section, open(), code(40), real(9), code(147), shut()},
-         {acad, section, open(), code(40), real(9), code(147), real(2.5), code(147), shut()}},
-        {"a pair that nobody knows, name in small letters",
-         {acad, text(L"dstyle"), open(), code(999), text(L"x"), shut()},
-         {acad, text(L"dstyle"), open(), code(999), text(L"x"), code(147), real(2.5), shut()}},
-    };
-    for (const Case& each : cases) {
-        const auto id = add(each.before);
-        EXPECT_EQ(changed(id, [](auto& dimension) { return dimension.setDimgap(2.5); }), each.after)
-            << each.what;
-        KdDbDimension* dimension = nullptr;
-        ASSERT_EQ(kddbOpenObject(dimension, id, KdDb::kForRead), Kdapi::eOk);
-        EXPECT_EQ(dimension->dimgap(), 2.5) << each.what;
-        dimension->close();
+    for (const auto& [what, before, after] : cases) {
+        const Open<KdDbDimension> dimension(addDimension(before));
+        EXPECT_EQ(dimension->setDimgap(2.5), Kdapi::eOk) << what;
+        EXPECT_EQ(dataOf(*dimension), nodes(after)) << what;
+        EXPECT_EQ(dimension->dimgap(), 2.5) << what;
     }
 }
 
-TEST_F(DimensionOverridesTest, ValuesHaveTheTypeOfTheirKind)
+TEST_F(DimensionOverridesTest, EachValueHasTheCodeAndTypeOfItsVariable)
 {
-    const auto id = add({});
-    const Nodes nodes = changed(id, [](KdDbDimension& dimension) {
-        dimension.setDimdec(3);
-        dimension.setDimtix(true);
-        return dimension.setDimscale(2.0);
-    });
-    const Nodes expected = {application(L"ACAD"),
-                            text(L"DSTYLE"),
-                            open(),
-                            code(271),
-                            code(3),
-                            code(174),
-                            code(1),
-                            code(40),
-                            real(2.0),
-                            shut()};
-    EXPECT_EQ(nodes, expected);
+    const Open<KdDbDimension> dimension(addDimension(""));
+    dimension->setDimdec(3);
+    dimension->setDimadec(-1);
+    dimension->setDimtdec(2);
+    dimension->setDimtix(true);
+    dimension->setDimtoh(false);
+    dimension->setDimtih(false);
+    dimension->setDimtofl(true);
+    dimension->setDimatfit(1);
+    dimension->setDimtad(3);
+    dimension->setDimtvp(-0.5);
+    dimension->setDimse1(true);
+    dimension->setDimse2(true);
+    dimension->setDimsd1(true);
+    dimension->setDimsd2(true);
+    dimension->setDimjust(2);
+    dimension->setDimlfac(-2.0);
+    dimension->setDimscale(2.0);
+    EXPECT_EQ(dataOf(*dimension),
+              nodes("@ACAD DSTYLE { i271 i3 i179 i-1 i272 i2 i174 i1 i74 i0 i73 i0 i172 i1 i289 i1 "
+                    "i77 i3 i145 r-0.5 i75 i1 i76 i1 i281 i1 i282 i1 i280 i2 i144 r-2 i40 r2 }"));
+    EXPECT_EQ(dimension->dimadec(), -1);
+    EXPECT_FALSE(dimension->dimtih());
+    EXPECT_EQ(dimension->dimtvp(), -0.5);
 }
 
 TEST_F(DimensionOverridesTest, OutOfRangeValuesAreRefusedAndChangeNothing)
 {
-    const auto id = add({});
-    KdDbDimension* dimension = nullptr;
-    ASSERT_EQ(kddbOpenObject(dimension, id, KdDb::kForWrite), Kdapi::eOk);
     const double infinite = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(dimension->setDimdec(9), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimdec(-1), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimadec(-1), Kdapi::eOk);
-    EXPECT_EQ(dimension->setDimatfit(4), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimtad(5), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimjust(-1), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimlfac(0.0), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimscale(-1.0), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimgap(infinite), Kdapi::eInvalidInput);
-    EXPECT_EQ(dimension->setDimgap(-1.0), Kdapi::eOk);
-    dimension->downgradeOpen();
-    EXPECT_EQ(dimension->setDimgap(1.0), Kdapi::eNotOpenForWrite);
-    EXPECT_EQ(dimension->dimgap(), -1.0);
-    EXPECT_EQ(dimension->dimdec(), 4);
-    dimension->close();
+    const KdDbObjectId id = addDimension("");
+    {
+        const Open<KdDbDimension> dimension(id);
+        EXPECT_EQ(dimension->setDimdec(9), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimdec(-1), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimatfit(4), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimtad(5), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimjust(-1), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimlfac(0.0), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimscale(-1.0), Kdapi::eInvalidInput);
+        EXPECT_EQ(dimension->setDimgap(infinite), Kdapi::eInvalidInput);
+        EXPECT_EQ(dataOf(*dimension), Nodes());
+        EXPECT_EQ(dimension->setDimgap(-1.0), Kdapi::eOk);
+    }
+    const Open<KdDbDimension> reader(id, KdDb::kForRead);
+    EXPECT_EQ(reader->setDimgap(1.0), Kdapi::eNotOpenForWrite);
+    EXPECT_EQ(reader->dimgap(), -1.0);
 }
 
-TEST_F(DimensionOverridesTest, EveryKnownVariableIsReadBackFromStyleAndOverride)
+TEST_F(DimensionOverridesTest, VariablesAreFoundByCodeAndNameAndHoldTheirDefault)
 {
-    const KdDbDimStyleTableRecord style;
     for (const korra::DimensionVariable& variable : korra::dimensionVariables()) {
         const int byCode = korra::dimensionVariableIndex(variable.code);
         ASSERT_GE(byCode, 0) << variable.code;
-        EXPECT_EQ(korra::dimensionVariables()[static_cast<std::size_t>(byCode)].code,
-                  variable.code);
+        EXPECT_EQ(&korra::dimensionVariables()[static_cast<std::size_t>(byCode)], &variable)
+            << variable.code;
         EXPECT_TRUE(korra::accepts(variable, variable.byDefault) ||
                     variable.kind == korra::DimensionKind::text ||
                     variable.kind == korra::DimensionKind::reference)
@@ -187,54 +146,15 @@ TEST_F(DimensionOverridesTest, EveryKnownVariableIsReadBackFromStyleAndOverride)
     }
     EXPECT_EQ(korra::dimensionVariableIndex(L"dimgap"), korra::dimensionVariableIndex(147));
     EXPECT_EQ(korra::dimensionVariableIndex(L"nothing"), -1);
-    EXPECT_EQ(style.dimdec(), 4);
-    EXPECT_TRUE(style.dimtih());
-    EXPECT_DOUBLE_EQ(style.dimgap(), 0.09);
-
-    const auto id = add({});
-    changed(id, [](KdDbDimension& dimension) {
-        dimension.setDimadec(1);
-        dimension.setDimtdec(2);
-        dimension.setDimtoh(false);
-        dimension.setDimtih(false);
-        dimension.setDimtofl(true);
-        dimension.setDimatfit(1);
-        dimension.setDimtad(3);
-        dimension.setDimtvp(-0.5);
-        dimension.setDimse1(true);
-        dimension.setDimse2(true);
-        dimension.setDimsd1(true);
-        dimension.setDimsd2(true);
-        dimension.setDimjust(2);
-        return dimension.setDimlfac(-2.0);
-    });
-    KdDbDimension* dimension = nullptr;
-    ASSERT_EQ(kddbOpenObject(dimension, id, KdDb::kForRead), Kdapi::eOk);
-    EXPECT_EQ(dimension->dimadec(), 1);
-    EXPECT_EQ(dimension->dimtdec(), 2);
-    EXPECT_FALSE(dimension->dimtoh());
-    EXPECT_FALSE(dimension->dimtih());
-    EXPECT_TRUE(dimension->dimtofl());
-    EXPECT_EQ(dimension->dimatfit(), 1);
-    EXPECT_EQ(dimension->dimtad(), 3);
-    EXPECT_EQ(dimension->dimtvp(), -0.5);
-    EXPECT_TRUE(dimension->dimse1() && dimension->dimse2());
-    EXPECT_TRUE(dimension->dimsd1() && dimension->dimsd2());
-    EXPECT_EQ(dimension->dimjust(), 2);
-    EXPECT_EQ(dimension->dimlfac(), -2.0);
-    dimension->close();
 }
 
 TEST_F(DimensionOverridesTest, OverridesOfTheWrongTypeAreNotTaken)
 {
-    const auto id = add({application(L"ACAD"), text(L"DSTYLE"), open(), code(271), text(L"six"),
-                         code(147), code(2), code(77), code(99), shut()});
-    KdDbDimension* dimension = nullptr;
-    ASSERT_EQ(kddbOpenObject(dimension, id, KdDb::kForRead), Kdapi::eOk);
+    const Open<KdDbDimension> dimension(addDimension("@ACAD DSTYLE { i271 six i147 i2 i77 i99 }"),
+                                        KdDb::kForRead);
     EXPECT_EQ(dimension->dimdec(), 4);
     EXPECT_EQ(dimension->dimgap(), 2.0); // a whole number will do for a real
     EXPECT_EQ(dimension->dimtad(), 0);
-    dimension->close();
 }
 
 } // namespace

@@ -11,21 +11,21 @@ namespace {
 
 TEST(TextEncodingTest, DecodesAndEncodesItsCodePage)
 {
-    struct Case {
+    const struct {
         const char* codePage;
         const char* bytes;
         const wchar_t* text;
+    } cases[] = {
+        {"UTF-8", "\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80", L"ä中😀"},
+        {"ANSI_1251", "\xCF\xF0\xE8\xE2\xE5\xF2", L"Привет"},
+        {"ansi_1252", "\xC4\x80\x9C", L"Ä€œ"},
+        {"ANSI_936", "\xD6\xD0\x81\x5C\x81\x5Ex", L"中乗乛x"}, // second bytes \ and ^
+        {"ANSI_932", "\x93\xFA\x83\x5C", L"日ソ"},
+        {"DOS850", "\x84", L"ä"},
+        {"unheard-of", "\xE4", L"ä"},
     };
 
-    for (const Case& each : {
-             Case{"UTF-8", "\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80", L"ä中😀"},
-             Case{"ANSI_1251", "\xCF\xF0\xE8\xE2\xE5\xF2", L"Привет"},
-             Case{"ansi_1252", "\xC4\x80\x9C", L"Ä€œ"},
-             Case{"ANSI_936", "\xD6\xD0\x81\x5C\x81\x5Ex", L"中乗乛x"}, // second bytes \ and ^
-             Case{"ANSI_932", "\x93\xFA\x83\x5C", L"日ソ"},
-             Case{"DOS850", "\x84", L"ä"},
-             Case{"unheard-of", "\xE4", L"ä"},
-         }) {
+    for (const auto& each : cases) {
         const TextEncoding encoding(each.codePage);
         EXPECT_EQ(encoding.codePage(), each.codePage);
         EXPECT_EQ(encoding.decode(each.bytes), each.text) << each.codePage;

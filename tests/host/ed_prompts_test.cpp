@@ -25,7 +25,6 @@ protected:
             korra::queueInput(line);
     }
 
-    /// The status of a number prompt, and what it then printed.
     static int askReal(double& value) { return kdedGetReal(L"\nHow much: ", &value); }
 };
 
@@ -36,20 +35,14 @@ TEST_F(PromptsTest, AnInputIsEchoedBehindItsPromptAndEndsTheLine)
     wchar_t text[80];
     EXPECT_EQ(kdedGetReal(L"\nFactor: ", &number), RTNORM);
     EXPECT_EQ(kdedGetString(1, L"\nText: ", text, 80), RTNORM);
-    kdutPrintf(L"\nresult %d", 7);
+    kdutPrintf(L"\nresult %s", L"\x7EBF");
     kdutPrintf(L"\nnext\n");
-    EXPECT_EQ(printed(), "\nFactor: 2.5\nText: line one\nresult 7\nnext\n");
+    EXPECT_EQ(printed(), "\nFactor: 2.5\nText: line one\nresult \xE7\xBA\xBF\nnext\n");
     EXPECT_EQ(number, 2.5);
     EXPECT_STREQ(text, L"line one");
 }
 
-TEST_F(PromptsTest, WideTextIsPrintedAsUtf8)
-{
-    kdutPrintf(L"%s %S", L"\x7EBF\xFF01", "\xC3\xA4");
-    EXPECT_EQ(printed(), "\xE7\xBA\xBF\xEF\xBC\x81 \xC3\xA4");
-}
-
-TEST_F(PromptsTest, WhatIsWrongIsAskedForAgain)
+TEST_F(PromptsTest, WhatIsWrongIsAskedForAgainAndAFailureTakesNoInput)
 {
     give({"abc", "\\miss 1,2", "-1", "0", "4"});
     kdedInitGet(2 | 4, nullptr);
@@ -60,6 +53,13 @@ TEST_F(PromptsTest, WhatIsWrongIsAskedForAgain)
     give({"-1"});
     EXPECT_EQ(askReal(number), RTNORM) << "the rules hold for one prompt";
     EXPECT_EQ(number, -1.0);
+
+    give({"5"});
+    platform::failCall(1, platform::Fault::status);
+    EXPECT_EQ(askReal(number), RTERROR) << "takes no input";
+    EXPECT_EQ(number, -1.0);
+    EXPECT_EQ(askReal(number), RTNORM);
+    EXPECT_EQ(number, 5.0);
 }
 
 TEST_F(PromptsTest, EachAnswerHasItsStatus)
@@ -106,34 +106,30 @@ TEST_F(PromptsTest, EachAnswerHasItsStatus)
 
 TEST_F(PromptsTest, PointsComeFromTextsAndClicks)
 {
-    const struct {
-        const char* line;
-        KdGePoint3d point;
-    } cases[] = {
+    const std::pair<const char*, KdGePoint3d> cases[] = {
         {"1,2", {1, 2, 0}},        {"-1.5, 2e1 ,.5", {-1.5, 20, 0.5}}, {"+3,4", {3, 4, 0}},
         {"\\ctrl 5,6", {5, 6, 0}}, {"\\miss 7,8,9", {7, 8, 9}},
     };
-
-    for (const auto& each : cases) {
-        give({"1;2", "1,", "1,2,3,4", "inf,1", each.line});
+    for (const auto& [line, expected] : cases) {
+        give({"1;2", "1,", "1,2,3,4", "inf,1", line});
         double point[3];
         EXPECT_EQ(kdedGetPoint(nullptr, L"\nPoint: ", point), RTNORM);
-        EXPECT_EQ(KdGePoint3d(point[0], point[1], point[2]), each.point) << each.line;
+        EXPECT_EQ(KdGePoint3d(point[0], point[1], point[2]), expected) << line;
     }
 }
 
 TEST_F(PromptsTest, ATextEndsAtABlankUnlessBlanksAreAllowed)
 {
-    wchar_t text[8];
+    wchar_t text[8] = L"unset";
+    const auto ask = [&](int blanks) {
+        EXPECT_EQ(kdedGetString(blanks, L"", text, 8), RTNORM);
+        return std::wstring(text);
+    };
     give({"two words", "two words", "\xE7\xBA\xBF", ""});
-    EXPECT_EQ(kdedGetString(0, L"", text, 8), RTNORM);
-    EXPECT_STREQ(text, L"two");
-    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
-    EXPECT_STREQ(text, L"two wor") << "cut to the buffer";
-    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
-    EXPECT_STREQ(text, L"\x7EBF");
-    EXPECT_EQ(kdedGetString(1, L"", text, 8), RTNORM);
-    EXPECT_STREQ(text, L"");
+    EXPECT_EQ(ask(0), L"two");
+    EXPECT_EQ(ask(1), L"two wor") << "cut to the buffer";
+    EXPECT_EQ(ask(1), L"\x7EBF");
+    EXPECT_EQ(ask(1), L"");
     EXPECT_EQ(kdedGetString(1, L"", text, 8), RTCAN);
 }
 
@@ -142,52 +138,46 @@ TEST_F(PromptsTest, KeysAreHeldUntilTheNextInputIsTaken)
     const struct {
         const char* line;
         int key;
+        bool swapped;
     } cases[] = {
-        {"", VK_RETURN},
-        {"\\space", VK_SPACE},
-        {"\\right", VK_RBUTTON},
-        {"\\miss", VK_LBUTTON},
-        {"1,2", VK_LBUTTON},
-        {"\\ctrl 1,2", VK_CONTROL},
-        {"\\ctrl 1,2", VK_LBUTTON},
+        {"", VK_RETURN, false},
+        {"\\space", VK_SPACE, false},
+        {"\\right", VK_RBUTTON, false},
+        {"\\right", VK_LBUTTON, true},
+        {"\\miss", VK_LBUTTON, false},
+        {"\\miss", VK_RBUTTON, true},
+        {"1,2", VK_LBUTTON, false},
+        {"\\ctrl 1,2", VK_CONTROL, false},
+        {"\\ctrl 1,2", VK_LBUTTON, false},
     };
 
     korra::ed::InputStream stream;
     for (const auto& each : cases) {
+        platform::setButtonsSwapped(each.swapped);
         stream.queueLine(each.line);
         stream.take();
         EXPECT_TRUE(isHeld(each.key)) << each.line;
+        EXPECT_FALSE(isHeld(VK_LBUTTON) && isHeld(VK_RBUTTON)) << each.line;
         stream.take();
         EXPECT_FALSE(isHeld(each.key)) << "after " << each.line;
     }
-}
-
-TEST_F(PromptsTest, SwappedButtonsAreHeldSwapped)
-{
-    platform::setButtonsSwapped(true);
-    korra::ed::InputStream stream;
-    stream.queueLine("\\miss");
-    stream.queueLine("\\right");
-    stream.take();
-    EXPECT_TRUE(isHeld(VK_RBUTTON));
-    EXPECT_FALSE(isHeld(VK_LBUTTON));
-    stream.take();
-    EXPECT_TRUE(isHeld(VK_LBUTTON));
     platform::setButtonsSwapped(false);
 }
 
-/// Kinds of the events that tracking reports, and where.
-struct Tracked {
-    int type;
-    double x;
-    friend bool operator==(const Tracked&, const Tracked&) = default;
-};
+/// Kind of an event that tracking reports, and where.
+using Tracked = std::pair<int, double>;
 
-Tracked trackOnce(int flags)
+void takePoint()
+{
+    double point[3];
+    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+}
+
+Tracked trackOnce()
 {
     int type = 0;
     resbuf result{};
-    if (kdedGrRead(flags, &type, &result) != RTNORM)
+    if (kdedGrRead(9, &type, &result) != RTNORM)
         return {0, 0};
     return {type, result.restype == RT3DPOINT ? result.resval.rpoint[0] : result.resval.rint};
 }
@@ -195,22 +185,20 @@ Tracked trackOnce(int flags)
 TEST_F(PromptsTest, TrackingTellsTheCursorThenWhatFollows)
 {
     give({"1,1", "\\move 2,2", "\\move 3,3", "4,4", "ab", "\\right"});
-    double point[3];
-    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+    takePoint();
     std::vector<Tracked> told;
-    for (int i = 0; i < 8; ++i)
-        told.push_back(trackOnce(9));
+    for (int i = 0; i < 9; ++i)
+        told.push_back(trackOnce());
     EXPECT_THAT(told, ElementsAre(Tracked{5, 2}, Tracked{5, 3}, Tracked{3, 4}, Tracked{2, L'a'},
-                                  Tracked{2, L'b'}, Tracked{2, 13}, Tracked{25, 4}, Tracked{5, 4}));
-    EXPECT_EQ(trackOnce(9), (Tracked{5, 4})) << "again and again at the end";
+                                  Tracked{2, L'b'}, Tracked{2, 13}, Tracked{25, 4}, Tracked{5, 4},
+                                  Tracked{5, 4}));
 }
 
 TEST_F(PromptsTest, TrackingTakesNoCommandInsteadOfTheCursor)
 {
     give({"1,1", "REGEN"});
-    double point[3];
-    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
-    EXPECT_EQ(trackOnce(9), (Tracked{5, 1}));
+    takePoint();
+    EXPECT_EQ(trackOnce(), (Tracked{5, 1}));
     EXPECT_TRUE(korra::runCommands());
     EXPECT_THAT(printed(), HasSubstr("Command: REGEN"));
 }
@@ -219,21 +207,9 @@ TEST_F(PromptsTest, TrackedPointsFollowTheUserSystem)
 {
     ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({10, 0, 0})), Kdapi::eOk);
     give({"1,1"});
-    double point[3];
-    ASSERT_EQ(kdedGetPoint(nullptr, L"", point), RTNORM);
+    takePoint();
     ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::kIdentity), Kdapi::eOk);
-    EXPECT_EQ(trackOnce(9), (Tracked{5, 11}));
-}
-
-TEST_F(PromptsTest, AFailedPromptTakesNoInput)
-{
-    give({"5"});
-    platform::failCall(1, platform::Fault::status);
-    double number = 1.0;
-    EXPECT_EQ(askReal(number), RTERROR);
-    EXPECT_EQ(number, 1.0);
-    EXPECT_EQ(askReal(number), RTNORM);
-    EXPECT_EQ(number, 5.0);
+    EXPECT_EQ(trackOnce(), (Tracked{5, 11}));
 }
 
 TEST(NumberText, HasUpToSixDecimals)

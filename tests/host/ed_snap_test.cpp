@@ -1,6 +1,7 @@
 #include "kd/ed.h"
 
 #include "support/host_test.h"
+#include "support/objects.h"
 
 using namespace tests;
 
@@ -8,19 +9,20 @@ namespace {
 
 constexpr const wchar_t* kAll = L"INT,MID,END,INS,NOD";
 
-/// The snapped point; the given one where nothing snaps.
-KdGePoint3d snap(const KdGePoint3d& at, const wchar_t* modes, int status = RTNORM)
+void expectSnap(const KdGePoint3d& at, const wchar_t* modes, const KdGePoint3d& to,
+                int status = RTNORM)
 {
     const double point[3] = {at.x, at.y, at.z};
     double result[3] = {99, 99, 99};
     EXPECT_EQ(kdedOsnap(point, modes, result), status) << at.x << ',' << at.y;
-    return {result[0], result[1], result[2]};
+    const KdGePoint3d snapped(result[0], result[1], result[2]);
+    EXPECT_TRUE(snapped.isEqualTo(to)) << snapped.x << ',' << snapped.y << ',' << snapped.z;
 }
 
-void expectSnap(const KdGePoint3d& at, const wchar_t* modes, const KdGePoint3d& to)
+/// Where nothing snaps the result is the point itself.
+void expectNoSnap(const KdGePoint3d& at, const wchar_t* modes)
 {
-    const KdGePoint3d snapped = snap(at, modes);
-    EXPECT_TRUE(snapped.isEqualTo(to)) << snapped.x << ',' << snapped.y << ',' << snapped.z;
+    expectSnap(at, modes, at, RTERROR);
 }
 
 class SnapTest : public HostTest {};
@@ -32,9 +34,9 @@ TEST_F(SnapTest, TheNearestCandidateOfTheGeometryUnderTheBoxWins)
     expectSnap({3.5, 0.02, 0}, kAll, {4, 0, 1});
     expectSnap({7, 0, 0}, L"end", {8, 0, 2});
     expectSnap({7, 0, 0}, L" MID ", {4, 0, 1});
-    EXPECT_EQ(snap({1, 1, 0}, kAll, RTERROR), KdGePoint3d(1, 1, 0));
-    EXPECT_EQ(snap({1, 0, 0}, L"NOD", RTERROR), KdGePoint3d(1, 0, 0));
-    EXPECT_EQ(snap({1, 0, 0}, L"END,NOSUCH", RTERROR), KdGePoint3d(1, 0, 0));
+    expectNoSnap({1, 1, 0}, kAll);
+    expectNoSnap({1, 0, 0}, L"NOD");
+    expectNoSnap({1, 0, 0}, L"END,NOSUCH");
 }
 
 TEST_F(SnapTest, TheModeNamedFirstWinsATie)
@@ -56,7 +58,7 @@ TEST_F(SnapTest, CurvesSnapByTheirPieces)
     expectSnap({2.5, 0, 0}, L"END", {4, 0, 0});
     expectSnap({6.2, -2, 0}, L"MID", {6, -2, 0});
     addEntity(new KdDbCircle({20, 20, 0}, KdGeVector3d::kZAxis, 1.0));
-    snap({21, 20, 0}, L"END,MID", RTERROR);
+    expectNoSnap({21, 20, 0}, L"END,MID");
 }
 
 TEST_F(SnapTest, CrossingsOfWhatLiesUnderTheBox)
@@ -65,7 +67,7 @@ TEST_F(SnapTest, CrossingsOfWhatLiesUnderTheBox)
     addEntity(new KdDbLine({0, 4, 0}, {4, 0, 0}));
     addEntity(new KdDbArc({2, 0, 0}, 1.9, 0.0, 3.0));
     expectSnap({2.01, 2.01, 0}, kAll, {2, 2, 0});
-    snap({1, 1, 0}, L"INT", RTERROR);
+    expectNoSnap({1, 1, 0}, L"INT");
 }
 
 TEST_F(SnapTest, NodesAndInsertionPoints)
@@ -99,13 +101,7 @@ TEST_F(SnapTest, TheModelSnapsThroughAViewport)
 {
     addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));
     ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
-    auto* const window = new KdDbViewport;
-    window->setNumber(2);
-    window->setCenterPoint({5, 5, 0});
-    window->setWidth(6);
-    window->setHeight(6);
-    window->setViewHeight(3);
-    addEntity(window);
+    addEntity(newWindow(2, {5, 5, 0}, 6, 6, 3));
     expectSnap({6.8, 5, 0}, kAll, {7, 5, 0});
 }
 

@@ -1,6 +1,7 @@
 #include "ed/system_variables.h"
 
 #include "support/host_test.h"
+#include "support/variables.h"
 
 #include <set>
 
@@ -8,67 +9,22 @@ using namespace tests;
 
 namespace {
 
-using korra::ed::SystemVariable;
-
-class SystemVariablesTest : public HostTest {
-protected:
-    /// A node that is freed with the text it holds.
-    struct Buffer {
-        explicit Buffer(int type = RTNONE) : node(kdutNewRb(type == RTNONE ? RTSHORT : type)) {}
-
-        ~Buffer() { kdutRelRb(node); }
-
-        Buffer(const Buffer&) = delete;
-        Buffer& operator=(const Buffer&) = delete;
-        resbuf* node;
-    };
-
-    static short type(const wchar_t* name)
-    {
-        Buffer buffer;
-        return kdedGetVar(name, buffer.node) == RTNORM ? buffer.node->restype : short{RTNONE};
-    }
-
-    static short number(const wchar_t* name)
-    {
-        Buffer buffer;
-        EXPECT_EQ(kdedGetVar(name, buffer.node), RTNORM);
-        return buffer.node->resval.rint;
-    }
-
-    static double real(const wchar_t* name)
-    {
-        Buffer buffer;
-        EXPECT_EQ(kdedGetVar(name, buffer.node), RTNORM);
-        return buffer.node->resval.rreal;
-    }
-
-    static KdGePoint3d point(const wchar_t* name)
-    {
-        Buffer buffer;
-        EXPECT_EQ(kdedGetVar(name, buffer.node), RTNORM);
-        const double* const p = buffer.node->resval.rpoint;
-        return {p[0], p[1], p[2]};
-    }
-
-    static std::wstring text(const wchar_t* name)
-    {
-        Buffer buffer;
-        EXPECT_EQ(kdedGetVar(name, buffer.node), RTNORM);
-        return buffer.node->resval.rstring;
-    }
-};
+class SystemVariablesTest : public HostTest {};
 
 TEST_F(SystemVariablesTest, EveryVariableReadsAsItsType)
 {
     std::set<std::wstring> names;
-    for (const SystemVariable& variable : korra::ed::systemVariables()) {
-        EXPECT_EQ(type(variable.name.c_str()), variable.type) << korra::takePrintedText();
-        EXPECT_TRUE(names.insert(variable.name).second) << "twice in the table";
+    for (const korra::ed::SystemVariable& each : korra::ed::systemVariables()) {
+        resbuf value{};
+        EXPECT_EQ(kdedGetVar(each.name.c_str(), &value), RTNORM) << korra::takePrintedText();
+        EXPECT_EQ(value.restype, each.type) << korra::takePrintedText();
+        if (value.restype == RTSTR)
+            kdapi_free(value.resval.rstring);
+        EXPECT_TRUE(names.insert(each.name).second) << "twice in the table";
     }
     EXPECT_GT(names.size(), 50u);
-    EXPECT_EQ(type(L"cmdecho"), RTSHORT);
-    EXPECT_EQ(type(L"NOSUCHNAME"), RTNONE);
+    EXPECT_EQ(variable(L"cmdecho"), "1");
+    EXPECT_EQ(variable(L"NOSUCHNAME"), "none");
     EXPECT_EQ(kdedGetVar(nullptr, nullptr), RTERROR);
 }
 
@@ -96,30 +52,24 @@ TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)
         EXPECT_EQ(korra::setVariable(each.name, each.value), each.taken)
             << each.name << " = " << each.value;
 
-    EXPECT_EQ(number(L"CMDECHO"), 0);
-    EXPECT_EQ(number(L"OSMODE"), -1);
-    EXPECT_EQ(real(L"LTSCALE"), 2.5);
-    EXPECT_EQ(point(L"LIMMIN"), KdGePoint3d(3, 4, 0));
-    EXPECT_EQ(point(L"INSBASE"), KdGePoint3d(1, 2, 3));
-    EXPECT_EQ(text(L"CECOLOR"), L"255");
+    EXPECT_EQ(variable(L"CMDECHO"), "0");
+    EXPECT_EQ(variable(L"OSMODE"), "-1");
+    EXPECT_EQ(variable(L"LTSCALE"), "2.5");
+    EXPECT_EQ(variable(L"LIMMIN"), "3,4,0");
+    EXPECT_EQ(variable(L"INSBASE"), "1,2,3");
+    EXPECT_EQ(variable(L"CECOLOR"), "255");
 }
 
-TEST_F(SystemVariablesTest, AWriteOfAnotherTypeIsRefused)
+TEST_F(SystemVariablesTest, AWriteIsOfTheVariablesOwnType)
 {
-    Buffer buffer(RTREAL);
-    buffer.node->resval.rreal = 1.0;
-    EXPECT_EQ(kdedSetVar(L"CMDECHO", buffer.node), RTERROR);
-    EXPECT_EQ(kdedSetVar(L"LTSCALE", buffer.node), RTNORM);
-    EXPECT_EQ(number(L"CMDECHO"), 1);
-}
+    resbuf real{nullptr, RTREAL, {1.0}};
+    EXPECT_EQ(kdedSetVar(L"CMDECHO", &real), RTERROR);
+    EXPECT_EQ(kdedSetVar(L"LTSCALE", &real), RTNORM);
+    EXPECT_EQ(variable(L"CMDECHO"), "1");
 
-TEST_F(SystemVariablesTest, ThePlaneOfAPlanePointHasNoZ)
-{
-    Buffer buffer(RTPOINT);
-    for (double& coordinate : buffer.node->resval.rpoint)
-        coordinate = 7.0;
-    EXPECT_EQ(kdedSetVar(L"LIMMAX", buffer.node), RTNORM);
-    EXPECT_EQ(point(L"LIMMAX"), KdGePoint3d(7, 7, 0));
+    resbuf plane{nullptr, RTPOINT, {.rpoint = {7, 7, 7}}};
+    EXPECT_EQ(kdedSetVar(L"LIMMAX", &plane), RTNORM);
+    EXPECT_EQ(variable(L"LIMMAX"), "7,7,0") << "the plane of a plane point has no z";
 }
 
 TEST_F(SystemVariablesTest, TheDrawingsOwnChangeWithTheDocumentTheHostsDoNot)
@@ -127,51 +77,51 @@ TEST_F(SystemVariablesTest, TheDrawingsOwnChangeWithTheDocumentTheHostsDoNot)
     ASSERT_TRUE(korra::setVariable("LTSCALE", "3"));
     ASSERT_TRUE(korra::setVariable("PICKBOX", "7"));
     KdApDocument* const second = korra::newDocument();
-    EXPECT_EQ(real(L"LTSCALE"), 1.0);
-    EXPECT_EQ(number(L"PICKBOX"), 7);
+    EXPECT_EQ(variable(L"LTSCALE"), "1");
+    EXPECT_EQ(variable(L"PICKBOX"), "7");
     korra::closeDocument(*second);
-    EXPECT_EQ(real(L"LTSCALE"), 3.0);
+    EXPECT_EQ(variable(L"LTSCALE"), "3");
 }
 
 TEST_F(SystemVariablesTest, SheetsKeepTheirOwnValues)
 {
     ASSERT_TRUE(korra::setVariable("INSBASE", "1,2,3"));
     ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
-    EXPECT_EQ(point(L"INSBASE"), KdGePoint3d());
+    EXPECT_EQ(variable(L"INSBASE"), "0,0,0");
     ASSERT_TRUE(korra::setVariable("INSBASE", "4,5,6"));
     ASSERT_TRUE(korra::setVariable("TILEMODE", "1"));
-    EXPECT_EQ(point(L"INSBASE"), KdGePoint3d(1, 2, 3));
+    EXPECT_EQ(variable(L"INSBASE"), "1,2,3");
 }
 
 TEST_F(SystemVariablesTest, ViewVariablesFollowTheView)
 {
-    EXPECT_EQ(number(L"CVPORT"), 2);
-    EXPECT_EQ(text(L"CTAB"), L"Model");
-    EXPECT_EQ(point(L"SCREENSIZE"), KdGePoint3d(800, 600, 0));
+    EXPECT_EQ(variable(L"CVPORT"), "2");
+    EXPECT_EQ(variable(L"CTAB"), "Model");
+    EXPECT_EQ(variable(L"SCREENSIZE"), "800,600,0");
     korra::queueInput("2,2");
     korra::queueInput("4,3");
     ASSERT_TRUE(korra::runCommand("ZOOM"));
     // Two units wide on a screen of 4:3 are higher than the one unit asked for.
-    EXPECT_DOUBLE_EQ(real(L"VIEWSIZE"), 1.5);
-    EXPECT_TRUE(point(L"VIEWCTR").isEqualTo({3, 2.5, 0}));
-    EXPECT_EQ(point(L"VIEWDIR"), KdGePoint3d(0, 0, 1));
+    EXPECT_EQ(variable(L"VIEWSIZE"), "1.5");
+    EXPECT_EQ(variable(L"VIEWCTR"), "3,2.5,0");
+    EXPECT_EQ(variable(L"VIEWDIR"), "0,0,1");
 }
 
 TEST_F(SystemVariablesTest, ExtentsAreThoseOfWhatIsShown)
 {
-    EXPECT_GT(point(L"EXTMIN").x, point(L"EXTMAX").x) << "nothing is shown";
+    EXPECT_EQ(variable(L"EXTMIN"), "1e+20,1e+20,1e+20") << "nothing is shown";
     addEntity(new KdDbCircle({5, 5, 1}, KdGeVector3d::kZAxis, 2.0));
-    EXPECT_TRUE(point(L"EXTMIN").isEqualTo({3, 3, 1}));
-    EXPECT_TRUE(point(L"EXTMAX").isEqualTo({7, 7, 1}));
+    EXPECT_EQ(variable(L"EXTMIN"), "3,3,1");
+    EXPECT_EQ(variable(L"EXTMAX"), "7,7,1");
 }
 
 TEST_F(SystemVariablesTest, WithoutADocumentOnlyTheHostsOwnCanBeRead)
 {
     korra::stopHost();
     korra::startHost();
-    EXPECT_EQ(type(L"CMDECHO"), RTSHORT);
-    EXPECT_EQ(type(L"LTSCALE"), RTNONE);
-    EXPECT_EQ(type(L"VIEWSIZE"), RTNONE);
+    EXPECT_EQ(variable(L"CMDECHO"), "1");
+    EXPECT_EQ(variable(L"LTSCALE"), "none");
+    EXPECT_EQ(variable(L"VIEWSIZE"), "none");
     EXPECT_FALSE(korra::setVariable("LTSCALE", "2"));
 }
 

@@ -1,13 +1,12 @@
-#include "host/recording_sink.h"
+#include "support/ge_samples.h"
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include <cmath>
 
 using namespace tests;
 
 namespace {
-
-constexpr double kPi = 3.14159265358979323846;
 
 class EntityCurvesTest : public HostTest {};
 
@@ -21,12 +20,13 @@ std::unique_ptr<KdDbPolyline> roundedCorner()
     return polyline;
 }
 
-/// A similarity that turns, scales, mirrors and leaves the drawing plane.
-KdGeMatrix3d mirroredTurn()
+template <class Polyline>
+std::unique_ptr<KdDbCurve> ofVertices(std::initializer_list<std::pair<KdGePoint3d, double>> bulges)
 {
-    return KdGeMatrix3d::translation({3, -7, 2}) *
-           KdGeMatrix3d::rotation(0.7, KdGeVector3d(1, 2, 3)) *
-           KdGeMatrix3d::scaling(KdGeScale3d(-2.5, 2.5, 2.5));
+    auto polyline = std::make_unique<Polyline>();
+    for (const auto& [point, bulge] : bulges)
+        polyline->appendVertex(new KdDbVertex(point, bulge));
+    return polyline;
 }
 
 std::vector<std::unique_ptr<KdDbCurve>> sampleCurves()
@@ -38,94 +38,60 @@ std::vector<std::unique_ptr<KdDbCurve>> sampleCurves()
     curves.push_back(std::make_unique<KdDbArc>(KdGePoint3d(1, 2, 3), tilted, 3.0, 0.5, 4.0));
     curves.push_back(std::make_unique<KdDbCircle>(KdGePoint3d(1, 2, 3), tilted, 3.0));
     curves.push_back(roundedCorner());
-    auto old = std::make_unique<KdDb2dPolyline>();
-    old->appendVertex(new KdDbVertex(KdGePoint3d(0, 0, 0), 0.4));
-    old->appendVertex(new KdDbVertex(KdGePoint3d(5, 0, 0), 0.0));
-    old->appendVertex(new KdDbVertex(KdGePoint3d(5, 5, 0), -0.8));
-    old->appendVertex(new KdDbVertex(KdGePoint3d(0, 9, 0), 0.0));
-    curves.push_back(std::move(old));
-    auto spatial = std::make_unique<KdDb3dPolyline>();
-    for (const KdGePoint3d& point :
-         {KdGePoint3d(0, 0, 0), KdGePoint3d(5, 1, 2), KdGePoint3d(3, 3, 9)})
-        spatial->appendVertex(new KdDbVertex(point, 0.0));
-    curves.push_back(std::move(spatial));
+    curves.push_back(ofVertices<KdDb2dPolyline>(
+        {{{0, 0, 0}, 0.4}, {{5, 0, 0}, 0.0}, {{5, 5, 0}, -0.8}, {{0, 9, 0}, 0.0}}));
+    curves.push_back(
+        ofVertices<KdDb3dPolyline>({{{0, 0, 0}, 0.0}, {{5, 1, 2}, 0.0}, {{3, 3, 9}, 0.0}}));
     return curves;
 }
 
 TEST_F(EntityCurvesTest, TransformMovesEveryPointOfTheCurve)
 {
-    const KdGeMatrix3d matrix = mirroredTurn();
-    for (const auto& curve : sampleCurves()) {
-        SCOPED_TRACE(testing::Message() << std::string(typeid(*curve).name()));
-        const auto before = curve->geometry();
-        ASSERT_EQ(curve->transformBy(matrix), Kdapi::eOk);
-        const auto after = curve->geometry();
-        for (int i = 0; i <= 20; ++i) {
-            const double part = i / 20.0;
-            const double param =
-                before->startParam() + part * (before->endParam() - before->startParam());
-            const KdGePoint3d moved = matrix * before->evalPoint(param);
-            EXPECT_NEAR(after->distanceTo(moved), 0.0, 1e-9) << "part " << part;
+    // Turns, scales, mirrors and leaves the drawing plane.
+    const KdGeMatrix3d matrix = KdGeMatrix3d::translation({3, -7, 2}) *
+                                KdGeMatrix3d::rotation(0.7, KdGeVector3d(1, 2, 3)) *
+                                KdGeMatrix3d::scaling(KdGeScale3d(-2.5, 2.5, 2.5));
+    for (const auto& curve : sampleCurves())
+        for (const char* when : {"once", "again, out of another plane"}) {
+            SCOPED_TRACE(std::string(typeid(*curve).name()) + " " + when);
+            const auto before = curve->geometry();
+            ASSERT_EQ(curve->transformBy(matrix), Kdapi::eOk);
+            const auto after = curve->geometry();
+            for (int i = 0; i <= 20; ++i) {
+                const double param = std::lerp(before->startParam(), before->endParam(), i / 20.0);
+                const KdGePoint3d moved = matrix * before->evalPoint(param);
+                EXPECT_NEAR(after->distanceTo(moved), 0.0, 1e-9) << "point " << i << " of 20";
+            }
+            EXPECT_TRUE(after->startPoint().isEqualTo(matrix * before->startPoint(),
+                                                      KdGeTol().setEqualPoint(1e-9)) ||
+                        KdDbCircle::cast(curve.get()));
+            EXPECT_NEAR(after->length(), 2.5 * before->length(), 1e-8);
         }
-        EXPECT_TRUE(after->startPoint().isEqualTo(matrix * before->startPoint(),
-                                                  KdGeTol().setEqualPoint(1e-9)) ||
-                    KdDbCircle::cast(curve.get()));
-        EXPECT_NEAR(after->length(), 2.5 * before->length(), 1e-8);
-    }
-}
-
-TEST_F(EntityCurvesTest, TransformAndItsInverseGiveTheCurveBack)
-{
-    for (const auto& curve : sampleCurves()) {
-        KdDbExtents before;
-        KdDbExtents after;
-        ASSERT_EQ(curve->getGeomExtents(before), Kdapi::eOk);
-        ASSERT_EQ(curve->transformBy(mirroredTurn()), Kdapi::eOk);
-        ASSERT_EQ(curve->transformBy(mirroredTurn().inverse()), Kdapi::eOk);
-        ASSERT_EQ(curve->getGeomExtents(after), Kdapi::eOk);
-        EXPECT_LT(before.minPoint().distanceTo(after.minPoint()), 1e-9);
-        EXPECT_LT(before.maxPoint().distanceTo(after.maxPoint()), 1e-9);
-    }
 }
 
 TEST_F(EntityCurvesTest, UnequalScalingIsRefusedWhereTheKindCannotCarryIt)
 {
-    const KdGeMatrix3d stretch = KdGeMatrix3d::scaling(KdGeScale3d(2, 1, 1));
-    const std::vector<bool> carries = {true, false, false, false, false, false, true};
-    const auto curves = sampleCurves();
-    ASSERT_EQ(curves.size(), carries.size());
-    for (std::size_t i = 0; i < curves.size(); ++i) {
-        const auto before = curves[i]->geometry();
-        EXPECT_EQ(curves[i]->transformBy(stretch),
-                  carries[i] ? Kdapi::eOk : Kdapi::eCannotScaleNonUniformly)
-            << "curve " << i;
-        if (!carries[i]) {
-            EXPECT_TRUE(curves[i]->geometry()->endPoint().isEqualTo(before->endPoint()));
-        }
-        EXPECT_EQ(curves[i]->transformBy(KdGeMatrix3d::scaling(KdGeScale3d(1, 1, 0))),
+    for (const auto& curve : sampleCurves()) {
+        SCOPED_TRACE(typeid(*curve).name());
+        const bool carries = KdDbLine::cast(curve.get()) || KdDb3dPolyline::cast(curve.get());
+        const KdGePoint3d before = curve->geometry()->endPoint();
+        EXPECT_EQ(curve->transformBy(KdGeMatrix3d::scaling(KdGeScale3d(2, 1, 1))),
+                  carries ? Kdapi::eOk : Kdapi::eCannotScaleNonUniformly);
+        EXPECT_NE(curve->geometry()->endPoint().isEqualTo(before), carries);
+        EXPECT_EQ(curve->transformBy(KdGeMatrix3d::scaling(KdGeScale3d(1, 1, 0))),
                   Kdapi::eInvalidInput);
     }
 }
 
-TEST_F(EntityCurvesTest, ExtentsTouchTheTrueCurveAndHoldAllOfIt)
+TEST_F(EntityCurvesTest, ExtentsAreThoseOfTheTrueCurve)
 {
     for (const auto& curve : sampleCurves()) {
+        SCOPED_TRACE(typeid(*curve).name());
         KdDbExtents box;
         ASSERT_EQ(curve->getGeomExtents(box), Kdapi::eOk);
-        const auto geometry = curve->geometry();
-        KdGeExtents3d sampled;
-        constexpr int kSteps = 20000;
-        for (int i = 0; i <= kSteps; ++i)
-            sampled.addPoint(
-                geometry->evalPoint(geometry->startParam() +
-                                    (geometry->endParam() - geometry->startParam()) * i / kSteps));
-        // Between samples a curve of this size rises by less than a millionth.
-        EXPECT_LT(box.minPoint().distanceTo(sampled.minPoint()), 1e-6);
-        EXPECT_LT(box.maxPoint().distanceTo(sampled.maxPoint()), 1e-6);
-        for (unsigned int axis = 0; axis < 3; ++axis) {
-            EXPECT_LE(box.minPoint()[axis], sampled.minPoint()[axis] + 1e-12);
-            EXPECT_GE(box.maxPoint()[axis], sampled.maxPoint()[axis] - 1e-12);
-        }
+        const KdGeExtents3d exact = curve->geometry()->extents();
+        EXPECT_LE(box.minPoint().distanceTo(exact.minPoint()), 1e-12);
+        EXPECT_LE(box.maxPoint().distanceTo(exact.maxPoint()), 1e-12);
     }
 }
 
@@ -168,7 +134,6 @@ TEST_F(EntityCurvesTest, ArcSegmentStartsAtItsFirstVertexAndANegativeBulgeTurnsT
     KdGeCircArc3d arc;
     ASSERT_EQ(polyline->getArcSegAt(1, arc), Kdapi::eOk);
     EXPECT_TRUE(arc.startPoint().isEqualTo({10, 0, 0}));
-    EXPECT_TRUE(arc.endPoint().isEqualTo({15, 5, 0}));
     EXPECT_TRUE(arc.center().isEqualTo({10, 5, 0}));
     EXPECT_GT(arc.normal().z, 0.0);
 
@@ -205,12 +170,12 @@ TEST_F(EntityCurvesTest, PointOnASegmentTellsWhereAlongIt)
 
 TEST_F(EntityCurvesTest, EdgesOfAPolylineAreLinesAndArcs)
 {
-    const KdDbObjectId id = addEntity(roundedCorner().release());
-    KdDbPolyline* polyline = nullptr;
-    ASSERT_EQ(kddbOpenObject(polyline, id, KdDb::kForRead), Kdapi::eOk);
+    const Open<KdDbPolyline> polyline(addEntity(roundedCorner().release()), KdDb::kForRead);
     KdArray<KdDbFullSubentPath> paths;
-    ASSERT_EQ(polyline->getSubentPathsAtGsMarker(KdDb::kEdgeSubentType, 3, {}, {}, paths),
-              Kdapi::eOk);
+    const auto pathsAt = [&](KdDb::SubentType type, int marker) {
+        return polyline->getSubentPathsAtGsMarker(type, marker, {}, {}, paths);
+    };
+    ASSERT_EQ(pathsAt(KdDb::kEdgeSubentType, 3), Kdapi::eOk);
     ASSERT_EQ(paths.length(), 1);
     const std::unique_ptr<KdDbEntity> edge(polyline->subentPtr(paths[0]));
     const KdDbArc* arc = KdDbArc::cast(edge.get());
@@ -219,37 +184,11 @@ TEST_F(EntityCurvesTest, EdgesOfAPolylineAreLinesAndArcs)
     EXPECT_NEAR(arc->geometry()->distanceTo({12, 8, 0}), 0.0, 1e-12);
     EXPECT_EQ(edge->layerId(), polyline->layerId());
 
-    ASSERT_EQ(polyline->getSubentPathsAtGsMarker(KdDb::kEdgeSubentType, 4, {}, {}, paths),
-              Kdapi::eOk);
+    EXPECT_EQ(pathsAt(KdDb::kEdgeSubentType, 4), Kdapi::eOk);
     EXPECT_TRUE(paths.isEmpty());
-    EXPECT_EQ(polyline->getSubentPathsAtGsMarker(KdDb::kFaceSubentType, 1, {}, {}, paths),
-              Kdapi::eNotApplicable);
-    EXPECT_EQ(polyline->subentPtr(
-                  KdDbFullSubentPath(polyline->blockId(), KdDbSubentId(KdDb::kEdgeSubentType, 1))),
-              nullptr);
-    polyline->close();
-}
-
-TEST_F(EntityCurvesTest, VerticesBelongToTheirPolyline)
-{
-    auto* polyline = new KdDb3dPolyline;
-    polyline->appendVertex(new KdDbVertex(KdGePoint3d(0, 0, 0), 0.0));
-    polyline->appendVertex(new KdDbVertex(KdGePoint3d(4, 0, 0), 0.0));
-    addEntity(polyline);
-    const KdDbObjectId vertexId = polyline->vertices()[1]->objectId();
-    ASSERT_FALSE(vertexId.isNull());
-
-    KdDbVertex* vertex = nullptr;
-    ASSERT_EQ(kddbOpenObject(vertex, vertexId, KdDb::kForRead), Kdapi::eOk);
-    EXPECT_EQ(vertex->ownerId(), polyline->objectId());
-    vertex->close();
-
-    // A copy has vertices of its own.
-    const std::unique_ptr<KdDb3dPolyline> copy(static_cast<KdDb3dPolyline*>(polyline->clone()));
-    ASSERT_EQ(copy->transformBy(KdGeMatrix3d::translation({0, 9, 0})), Kdapi::eOk);
-    EXPECT_EQ(copy->vertices().size(), 2u);
-    EXPECT_EQ(polyline->vertices()[1]->position().y, 0.0);
-    EXPECT_EQ(copy->vertices()[1]->position().y, 9.0);
+    EXPECT_EQ(pathsAt(KdDb::kFaceSubentType, 1), Kdapi::eNotApplicable);
+    const KdDbSubentId first(KdDb::kEdgeSubentType, 1);
+    EXPECT_EQ(polyline->subentPtr(KdDbFullSubentPath(polyline->blockId(), first)), nullptr);
 }
 
 } // namespace

@@ -6,168 +6,113 @@
 #include "platform/modules.h"
 #include "platform/text.h"
 #include "support/host_test.h"
-
-#include <filesystem>
-#include <fstream>
+#include "support/objects.h"
+#include "support/support_folder.h"
 
 using ::testing::ElementsAre;
 
 namespace tests {
 namespace {
 
-constexpr wchar_t kFile[] = L";; comment\n"
-                            L"*DASHED, Dashed __ __ \n"
-                            L"\n"
-                            L" A , .5 , -.25 ; behind\n"
-                            L"*DOT\r\n"
-                            L"a,0,-.25\r\n"
-                            L"*CUT,no pattern\n"
-                            L"*FENCE,with a shape\n"
-                            L"A,.25,-.1,[CIRC1,shapes,x=-.1,s=.1],-.1,1\n"
-                            L"*WORD\n"
-                            L"A,1,-1e\n"
-                            L"*COMMA\n"
-                            L"A,0,5,0,25\n"
-                            L"*ALIGNED\n"
-                            L"B,1,-1\n"
-                            L"*GAPFIRST\n"
-                            L"A,-1,1\n"
-                            L"*SHORT\n"
-                            L"A,1\n"
-                            L"*OPEN\n"
-                            L"A,1,-1,\n"
-                            L"*LONG\n"
-                            L"A,1,-1,1,-1,1,-1,1,-1,1,-1,1,-1,1\n"
-                            L"*DASHED,again\n"
-                            L"A,9,-9\n"
-                            L"*LAST";
-
 TEST(LinetypeFile, FindsTheFirstDefinitionOfANameInAnyCase)
 {
+    const wchar_t* file = L";; comment\n"
+                          L"*DASHED, Dashed __ __ \n"
+                          L"\n"
+                          L" A , .5 , -.25 ; behind\n"
+                          L"*DOT\r\na,0,-.25\r\n"
+                          L"*DASHED,again\nA,9,-9\n";
     korra::LinetypeDefinition found;
-    ASSERT_EQ(korra::findLinetype(kFile, L"dashed", found), Kdapi::eOk);
+    ASSERT_EQ(korra::findLinetype(file, L"dashed", found), Kdapi::eOk);
     EXPECT_EQ(found.name, L"DASHED");
     EXPECT_EQ(found.comments, L"Dashed __ __");
     EXPECT_THAT(found.dashes, ElementsAre(0.5, -0.25));
-    ASSERT_EQ(korra::findLinetype(kFile, L"DOT", found), Kdapi::eOk);
+    ASSERT_EQ(korra::findLinetype(file, L"DOT", found), Kdapi::eOk);
     EXPECT_THAT(found.dashes, ElementsAre(0.0, -0.25));
-    EXPECT_EQ(korra::findLinetype(kFile, L"DASH", found), Kdapi::eUndefinedLineType);
-    EXPECT_EQ(static_cast<int>(Kdapi::eUndefinedLineType), 162);
+    EXPECT_EQ(korra::findLinetype(file, L"DASH", found), Kdapi::eUndefinedLineType);
 }
 
 TEST(LinetypeFile, RefusesDamagedAndComplexDefinitions)
 {
-    for (const wchar_t* name : {L"CUT", L"FENCE", L"WORD", L"COMMA", L"ALIGNED", L"GAPFIRST",
-                                L"SHORT", L"OPEN", L"LONG", L"LAST"}) {
+    for (const std::wstring pattern :
+         {L"", L"*NEXT\nA,1,-1", L"A,.25,-.1,[CIRC1,shapes,x=-.1,s=.1],-.1,1", L"A,1,-1e",
+          L"A,0,5,0,25", L"B,1,-1", L"A,-1,1", L"A,1", L"A,1,-1,",
+          L"A,1,-1,1,-1,1,-1,1,-1,1,-1,1,-1,1"}) {
         korra::LinetypeDefinition found;
-        EXPECT_EQ(korra::findLinetype(kFile, name, found), Kdapi::eBadLineTypeDefinition)
-            << platform::toUtf8(name);
+        EXPECT_EQ(korra::findLinetype(L"*BAD,x\n" + pattern, L"BAD", found),
+                  Kdapi::eBadLineTypeDefinition)
+            << platform::toUtf8(pattern);
         EXPECT_TRUE(found.dashes.empty());
     }
 }
 
 class LinetypeLoading : public HostTest {
 protected:
-    void SetUp() override
+    std::wstring write(const char* name, const std::string& bytes) const
     {
-        HostTest::SetUp();
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("linetypes" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::create_directories(folder_);
+        folder_.write(name, bytes);
+        return platform::fromUtf8(folder_.pathOf(name));
     }
 
-    void TearDown() override
+    Kdapi::ErrorStatus load(const wchar_t* name, const std::wstring& file) const
     {
-        std::filesystem::remove_all(folder_);
-        HostTest::TearDown();
-    }
-
-    std::wstring write(const char* name, const std::string& bytes)
-    {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-        return platform::fromUtf8((folder_ / name).native());
-    }
-
-    static std::wstring supportFile(const char* name)
-    {
-        return platform::fromUtf8(platform::programFolder() + "/support/" + name);
+        return database().loadLineTypeFile(name, file.c_str());
     }
 
     static std::vector<double> pattern(KdDbDatabase& drawing, const wchar_t* name)
     {
+        const Open<KdDbLinetypeTableRecord> record(
+            drawing.contents().record(korra::TableKind::linetype, name), KdDb::kForRead);
         std::vector<double> dashes;
-        KdDbLinetypeTableRecord* record = nullptr;
-        kddbOpenObject(record, drawing.contents().record(korra::TableKind::linetype, name),
-                       KdDb::kForRead);
-        for (int i = 0; record && i < record->numDashes(); ++i)
+        for (int i = 0; i < record->numDashes(); ++i)
             dashes.push_back(record->dashLengthAt(i));
-        if (record)
-            record->close();
         return dashes;
     }
 
-    std::filesystem::path folder_;
+    SupportFolder folder_;
 };
 
-TEST_F(LinetypeLoading, LoadsTheHostsOwnFilesInTheirUnits)
+TEST_F(LinetypeLoading, EveryDefinitionOfTheHostsFilesIsSoundAndInItsUnits)
 {
-    EXPECT_EQ(database().loadLineTypeFile(L"dashed", supportFile("korra.lin").c_str()), Kdapi::eOk);
-    EXPECT_THAT(pattern(database(), L"DASHED"), ElementsAre(0.5, -0.25));
-    EXPECT_EQ(database().loadLineTypeFile(L"DASHED", supportFile("korraiso.lin").c_str()),
-              Kdapi::eOk);
-    EXPECT_THAT(pattern(database(), L"DASHED"), ElementsAre(12.7, -6.35));
-    auto again = dxf::readWhole(korra::drawingText(database()));
-    EXPECT_THAT(pattern(*again, L"DASHED"), ElementsAre(12.7, -6.35));
-}
-
-TEST_F(LinetypeLoading, EveryDefinitionOfTheHostsFilesIsSound)
-{
-    for (const char* name : {"korra.lin", "korraiso.lin"}) {
-        std::ifstream file(platform::toUtf8(supportFile(name)));
+    for (const auto& [name, unit] :
+         {std::pair("korra.lin", 1.0), std::pair("korraiso.lin", 25.4)}) {
+        const std::string path = platform::programFolder() + "/support/" + name;
+        std::ifstream file(path);
         int count = 0;
         for (std::string line; std::getline(file, line);) {
             if (!line.starts_with('*'))
                 continue;
             const std::wstring linetype = platform::fromUtf8(line.substr(1, line.find(',') - 1));
-            EXPECT_EQ(database().loadLineTypeFile(linetype.c_str(), supportFile(name).c_str()),
-                      Kdapi::eOk)
-                << line;
+            EXPECT_EQ(load(linetype.c_str(), platform::fromUtf8(path)), Kdapi::eOk) << line;
             ++count;
         }
         EXPECT_GE(count, 24) << name;
+        auto again = dxf::readWhole(korra::drawingText(database()));
+        EXPECT_THAT(pattern(*again, L"dashed"), ElementsAre(0.5 * unit, -0.25 * unit));
     }
 }
 
 TEST_F(LinetypeLoading, TellsWhatIsWrongAndChangesNothing)
 {
-    const std::wstring file = write("a.lin", "*DASHED,x\nA,1,-1\n*BAD\nA,1,x\n");
-    ASSERT_EQ(database().loadLineTypeFile(L"DASHED", file.c_str()), Kdapi::eOk);
-    write("a.lin", "*DASHED,x\nA,2,oops\n");
-    EXPECT_EQ(database().loadLineTypeFile(L"DASHED", file.c_str()), Kdapi::eBadLineTypeDefinition);
-    EXPECT_THAT(pattern(database(), L"DASHED"), ElementsAre(1.0, -1.0));
-    EXPECT_EQ(database().loadLineTypeFile(L"NONE", file.c_str()), Kdapi::eUndefinedLineType);
-    EXPECT_EQ(database().loadLineTypeFile(L"DASHED", L"/nowhere/a.lin"), Kdapi::eFileNotFound);
-    EXPECT_EQ(database().loadLineTypeFile(L"DASHED", platform::fromUtf8(folder_.native()).c_str()),
-              Kdapi::eFileAccess);
-    EXPECT_EQ(database().loadLineTypeFile(nullptr, file.c_str()), Kdapi::eInvalidInput);
-}
-
-TEST_F(LinetypeLoading, ARecordThatIsOpenIsNotRedefined)
-{
     const std::wstring file = write("a.lin", "*DASHED,x\nA,1,-1\n");
-    ASSERT_EQ(database().loadLineTypeFile(L"DASHED", file.c_str()), Kdapi::eOk);
-    KdDbLinetypeTableRecord* record = nullptr;
-    kddbOpenObject(record, database().contents().record(korra::TableKind::linetype, L"DASHED"),
-                   KdDb::kForRead);
-    EXPECT_EQ(database().loadLineTypeFile(L"DASHED", file.c_str()), Kdapi::eWasOpenForRead);
-    record->close();
+    ASSERT_EQ(load(L"DASHED", file), Kdapi::eOk);
+    {
+        const Open<KdDbLinetypeTableRecord> reader(
+            database().contents().record(korra::TableKind::linetype, L"DASHED"), KdDb::kForRead);
+        EXPECT_EQ(load(L"DASHED", file), Kdapi::eWasOpenForRead);
+    }
+    write("a.lin", "*DASHED,x\nA,2,oops\n");
+    EXPECT_EQ(load(L"DASHED", file), Kdapi::eBadLineTypeDefinition);
+    EXPECT_THAT(pattern(database(), L"DASHED"), ElementsAre(1.0, -1.0));
+    EXPECT_EQ(load(L"NONE", file), Kdapi::eUndefinedLineType);
+    EXPECT_EQ(load(L"DASHED", L"/nowhere/a.lin"), Kdapi::eFileNotFound);
+    EXPECT_EQ(load(L"DASHED", platform::fromUtf8(folder_.pathOf(""))), Kdapi::eFileAccess);
+    EXPECT_EQ(load(nullptr, file), Kdapi::eInvalidInput);
 }
 
 TEST_F(LinetypeLoading, ReadsNamesOfOtherScriptsInUtf8AndInTheDrawingsCodePage)
 {
-    const std::wstring utf8 = write("a.lin", "\xEF\xBB\xBF*虚线,x\nA,1,-1\n");
-    EXPECT_EQ(database().loadLineTypeFile(L"虚线", utf8.c_str()), Kdapi::eOk);
+    EXPECT_EQ(load(L"虚线", write("a.lin", "\xEF\xBB\xBF*虚线,x\nA,1,-1\n")), Kdapi::eOk);
     auto early = dxf::readWhole(dxf::file("0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1009; "
                                           "9 $DWGCODEPAGE; 3 ANSI_1251; 0 ENDSEC; 0 EOF\n"));
     const std::wstring cyrillic = write("b.lin", "*\xEE\xF1\xFC,x\nA,2,-1\n");

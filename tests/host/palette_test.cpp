@@ -4,13 +4,17 @@
 
 #include "db/palette.h"
 #include "support/host_test.h"
+#include "support/objects.h"
 
 using korra::drawingText;
 using korra::nearestPaletteIndex;
-using korra::ObjectAccess;
 using korra::paletteColor;
 using korra::Rgb;
 using korra::TableKind;
+using ::testing::AllOf;
+using ::testing::AnyOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace tests {
 namespace {
@@ -41,7 +45,6 @@ TEST(Palette, TakesTheNearestColorAndOfEqualOnesTheLowest)
 TEST(Color, KeepsAnIndexAsItIsAndRedGreenAndBlueBesideTheirNearest)
 {
     KdCmColor color;
-    EXPECT_EQ(color.colorMethod(), KdCmColor::kByLayer);
     color.setColorIndex(65533);
     EXPECT_EQ(color.colorIndex(), 65533);
     EXPECT_EQ(color.red(), 0);
@@ -55,15 +58,12 @@ TEST(Color, KeepsAnIndexAsItIsAndRedGreenAndBlueBesideTheirNearest)
     EXPECT_EQ(color.colorMethod(), KdCmColor::kByIndex);
 }
 
-class ColorInFiles : public HostTest {
-protected:
-    static KdDbLayerTableRecord* layer(KdDbDatabase& drawing, const wchar_t* name)
-    {
-        KdDbLayerTableRecord* record = nullptr;
-        kddbOpenObject(record, drawing.contents().record(TableKind::layer, name), KdDb::kForWrite);
-        return record;
-    }
-};
+class ColorInFiles : public HostTest {};
+
+Open<KdDbLayerTableRecord> layer(KdDbDatabase& drawing, const wchar_t* name)
+{
+    return Open<KdDbLayerTableRecord>(drawing.contents().record(TableKind::layer, name));
+}
 
 constexpr std::string_view kLayerSample = R"(0 SECTION; 2 TABLES
 0 TABLE; 2 LAYER; 70 1
@@ -76,34 +76,25 @@ constexpr std::string_view kLayerSample = R"(0 SECTION; 2 TABLES
 TEST_F(ColorInFiles, RedGreenAndBlueGoBeforeTheIndexAndStayWithAnotherChange)
 {
     auto drawing = dxf::readWhole(dxf::file(kLayerSample));
-    auto* record = layer(*drawing, L"A");
-    EXPECT_EQ(record->color().colorIndex(), 1);
-    EXPECT_TRUE(record->isOff());
-    record->setIsLocked(true);
-    record->close();
-    const std::string text = drawingText(*drawing);
-    EXPECT_THAT(text, ::testing::HasSubstr("-30\n"));
-    EXPECT_THAT(text, ::testing::HasSubstr("BOOK$RED"));
+    EXPECT_EQ(layer(*drawing, L"A")->color().colorIndex(), 1);
+    EXPECT_TRUE(layer(*drawing, L"A")->isOff());
+    layer(*drawing, L"A")->setIsLocked(true);
+    EXPECT_THAT(drawingText(*drawing), AllOf(HasSubstr("-30\n"), HasSubstr("BOOK$RED")));
 }
 
 TEST_F(ColorInFiles, AnIndexTakesRedGreenAndBlueOutOfTheFile)
 {
     auto drawing = dxf::readWhole(dxf::file(kLayerSample));
-    auto* record = layer(*drawing, L"A");
     KdCmColor red;
     red.setColorIndex(1);
-    record->setColor(red);
-    record->setIsOff(false);
-    record->close();
+    layer(*drawing, L"A")->setColor(red);
+    layer(*drawing, L"A")->setIsOff(false);
     const std::string text = drawingText(*drawing);
-    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr("16711680")));
-    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr("BOOK$RED")));
+    EXPECT_THAT(text, Not(AnyOf(HasSubstr("16711680"), HasSubstr("BOOK$RED"))));
 
     auto again = dxf::readWhole(text);
-    record = layer(*again, L"A");
-    EXPECT_EQ(record->color(), red);
-    EXPECT_FALSE(record->isOff());
-    record->close();
+    EXPECT_EQ(layer(*again, L"A")->color(), red);
+    EXPECT_FALSE(layer(*again, L"A")->isOff());
 }
 
 TEST_F(ColorInFiles, WhatIsSetComesBack)
@@ -115,17 +106,12 @@ TEST_F(ColorInFiles, WhatIsSetComesBack)
     const KdDbObjectId id = addEntity(line);
     KdCmColor beyond;
     beyond.setColorIndex(65533);
-    auto* record = layer(database(), L"0");
-    record->setColor(beyond);
-    record->close();
+    layer(database(), L"0")->setColor(beyond);
 
     auto again = dxf::readWhole(drawingText(database()));
-    KdDbObject* read = again->contents().byHandle.at(id.handle().value())->object;
-    EXPECT_EQ(KdDbEntity::cast(read)->color(), color);
-    record = layer(*again, L"0");
-    EXPECT_EQ(record->color().colorIndex(), 65533);
-    EXPECT_FALSE(record->isOff());
-    record->close();
+    EXPECT_EQ(dxf::find<KdDbEntity>(*again, id.handle().value())->color(), color);
+    EXPECT_EQ(layer(*again, L"0")->color().colorIndex(), 65533);
+    EXPECT_FALSE(layer(*again, L"0")->isOff());
 }
 
 } // namespace

@@ -27,7 +27,7 @@ public:
         curves.back()->transformBy(transform());
     }
 
-    void point(const KdGePoint3d& point) override { points.push_back(transform() * point); }
+    void point(const KdGePoint3d&) override {}
 
     void text(const korra::TextRun& run) override
     {
@@ -37,7 +37,6 @@ public:
 
     std::vector<Segment> segments;
     std::vector<std::unique_ptr<KdGeCurve3d>> curves;
-    std::vector<KdGePoint3d> points;
     std::vector<korra::TextRun> texts;
 };
 
@@ -46,6 +45,14 @@ inline RecordingSink drawn(const KdDbEntity& entity)
 {
     RecordingSink sink;
     korra::ObjectAccess::draw(entity, sink);
+    return sink;
+}
+
+/// What a block or a space shows.
+inline RecordingSink drawnBlock(KdDbObjectId block)
+{
+    RecordingSink sink;
+    korra::drawBlockContents(block, sink);
     return sink;
 }
 

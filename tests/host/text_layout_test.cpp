@@ -1,4 +1,6 @@
+#include "support/ge_samples.h"
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include "db/object_access.h"
 #include "gi/fonts.h"
@@ -10,95 +12,64 @@
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
 
-#include <cmath>
 #include <fstream>
 
 using namespace tests;
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-
-/// Advance and capital height straight from the font file, in units of the em.
-class FontFileMeasure {
-public:
-    explicit FontFileMeasure(const std::string& file)
-    {
-        FT_Init_FreeType(&library_);
-        EXPECT_EQ(FT_New_Face(library_, file.c_str(), 0, &face_), 0);
+/// The width of a text straight from the font file, in heights of a capital.
+double widthInCapitals(const std::string& file, std::wstring_view text)
+{
+    FT_Library library = nullptr;
+    FT_Face face = nullptr;
+    FT_Init_FreeType(&library);
+    EXPECT_EQ(FT_New_Face(library, file.c_str(), 0, &face), 0);
+    FT_Fixed sum = 0;
+    for (const wchar_t character : text) {
+        FT_Fixed advance = 0;
+        FT_Get_Advance(face, FT_Get_Char_Index(face, static_cast<FT_ULong>(character)),
+                       FT_LOAD_NO_SCALE, &advance);
+        sum += advance;
     }
-
-    ~FontFileMeasure()
-    {
-        FT_Done_Face(face_);
-        FT_Done_FreeType(library_);
-    }
-
-    double width(std::wstring_view text) const
-    {
-        FT_Fixed sum = 0;
-        for (const wchar_t character : text) {
-            FT_Fixed advance = 0;
-            FT_Get_Advance(face_, FT_Get_Char_Index(face_, static_cast<FT_ULong>(character)),
-                           FT_LOAD_NO_SCALE, &advance);
-            sum += advance;
-        }
-        return static_cast<double>(sum);
-    }
-
-    double capitalHeight() const
-    {
-        FT_Load_Char(face_, 'H', FT_LOAD_NO_SCALE);
-        return static_cast<double>(face_->glyph->metrics.horiBearingY);
-    }
-
-private:
-    FT_Library library_ = nullptr;
-    FT_Face face_ = nullptr;
-};
+    FT_Load_Char(face, 'H', FT_LOAD_NO_SCALE);
+    const auto capital = static_cast<double>(face->glyph->metrics.horiBearingY);
+    FT_Done_FreeType(library); // with the face
+    return static_cast<double>(sum) / capital;
+}
 
 class TextLayoutTest : public HostTest {
 protected:
-    KdDbObjectId style(const wchar_t* name, const wchar_t* font)
+    static KdDbObjectId style(const wchar_t* font)
     {
-        KdDbTextStyleTable* table = nullptr;
-        database().getSymbolTable(table, KdDb::kForWrite);
-        auto* record = new KdDbTextStyleTableRecord;
-        record->setName(name);
-        record->setFileName(font);
-        KdDbObjectId id;
-        EXPECT_EQ(table->add(id, record), Kdapi::eOk);
-        record->close();
-        table->close();
+        const auto id = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(font);
+        Open<KdDbTextStyleTableRecord>(id)->setFileName(font);
         return id;
     }
 };
 
 TEST_F(TextLayoutTest, WidthIsThatOfTheFontItself)
 {
-    const KdDbObjectId serif = style(L"Serif", L"DejaVu Serif");
+    const KdDbObjectId serif = style(L"DejaVu Serif");
     const std::string& file = korra::fontOfStyle(serif).file();
     ASSERT_NE(file.find("Serif"), std::string::npos);
-    const FontFileMeasure measure(file);
-    for (const wchar_t* text : {L"H", L"Welle Ø30", L" i  W", L"Чертёж"}) {
-        EXPECT_NEAR(korra::textWidth(text, serif, 3.5, 0.8),
-                    measure.width(text) / measure.capitalHeight() * 3.5 * 0.8, 1e-9);
-    }
-    EXPECT_EQ(korra::textWidth(L"", serif, 3.5, 1.0), 0.0);
+    for (const wchar_t* text : {L"", L"H", L"Welle Ø30", L" i  W", L"Чертёж"})
+        EXPECT_DOUBLE_EQ(korra::textWidth(text, serif, 3.5, 0.8),
+                         widthInCapitals(file, text) * 3.5 * 0.8);
 }
 
 TEST_F(TextLayoutTest, FontsThatAreNotThereHaveASubstitute)
 {
     const std::string substitute = korra::fontOfStyle(KdDbObjectId()).file();
     ASSERT_TRUE(std::ifstream(substitute).good());
-    EXPECT_EQ(korra::fontOfStyle(style(L"A", L"no such family")).file(), substitute);
-    EXPECT_EQ(korra::fontOfStyle(style(L"B", L"txt.shx")).file(), substitute);
-    EXPECT_EQ(korra::fontOfStyle(style(L"C", L"dejavu serif.shx")).file(), substitute);
+    for (const wchar_t* font : {L"no such family", L"txt.shx", L"dejavu serif.shx"})
+        EXPECT_EQ(korra::fontOfStyle(style(font)).file(), substitute);
 
     const std::string serif = korra::findInstalledFont(L"DejaVu Serif").file;
     const std::string name = serif.substr(serif.find_last_of('/') + 1);
-    const std::wstring upper(name.begin(), name.end());
-    EXPECT_EQ(korra::findInstalledFont(L"c:\\fonts\\" + upper).file, serif);
+    EXPECT_EQ(
+        korra::findInstalledFont(L"c:\\fonts\\" + std::wstring(name.begin(), name.end())).file,
+        serif);
 }
 
 TEST_F(TextLayoutTest, ControlCodesBecomeCharacters)
@@ -114,43 +85,37 @@ TEST_F(TextLayoutTest, ControlCodesBecomeCharacters)
 
 TEST_F(TextLayoutTest, AlignmentPutsTheSaidPlaceOnThePoint)
 {
-    struct Case {
-        short horizontal;
-        short vertical;
-        double x; ///< of the width
-        double y; ///< of the height
-    };
-
+    // Horizontal and vertical mode, then the place in parts of width and height.
+    const std::tuple<short, short, double, double> cases[] = {{0, 2, 0, 0.5}, {1, 0, 0.5, 0},
+                                                              {2, 0, 1, 0},   {4, 0, 0.5, 0.5},
+                                                              {2, 3, 1, 1},   {1, 2, 0.5, 0.5}};
     const KdGePoint3d at(10, 20, 0);
-    for (const Case& each : {Case{0, 2, 0, 0.5}, Case{1, 0, 0.5, 0}, Case{2, 0, 1, 0},
-                             Case{4, 0, 0.5, 0.5}, Case{2, 3, 1, 1}, Case{1, 2, 0.5, 0.5}}) {
+    for (const auto& [horizontal, vertical, x, y] : cases) {
         KdDbText text({0, 0, 0}, L"Aligned", 2.5, 0.7);
-        text.setHorizontalMode(each.horizontal);
-        text.setVerticalMode(each.vertical);
+        text.setHorizontalMode(horizontal);
+        text.setVerticalMode(vertical);
         text.setAlignmentPoint(at);
         text.setWidthFactor(0.8);
         const korra::TextRun run = korra::layOutText(text);
-        const KdGePoint3d place =
-            run.frame * KdGePoint3d(run.width * each.x, run.height * each.y, 0);
-        EXPECT_LT(place.distanceTo(at), 1e-12) << each.horizontal << each.vertical;
+        const KdGePoint3d place = run.frame * KdGePoint3d(run.width * x, run.height * y, 0);
+        EXPECT_LT(place.distanceTo(at), 1e-12) << horizontal << ", " << vertical;
         EXPECT_TRUE(text.position().isEqualTo(run.frame * KdGePoint3d()));
     }
 }
 
 TEST_F(TextLayoutTest, FitAndAlignedTextRunsFromPointToPoint)
 {
-    for (const short mode : {short{3}, short{5}}) {
+    constexpr short kAligned = 3;
+    constexpr short kFit = 5;
+    const double alignedHeight = 13.0 / korra::textWidth(L"between", {}, 1.0, 1.0);
+    for (const auto& [mode, height] : {std::pair(kAligned, alignedHeight), std::pair(kFit, 2.0)}) {
         KdDbText text({1, 1, 0}, L"between", 2.0);
         text.setHorizontalMode(mode);
         text.setAlignmentPoint({13, 6, 0});
         const auto corners = korra::layOutText(text).corners();
-        EXPECT_LT(corners[0].distanceTo({1, 1, 0}), 1e-12);
-        EXPECT_LT(corners[1].distanceTo({13, 6, 0}), 1e-12);
-        const double height = corners[3].distanceTo(corners[0]);
-        if (mode == 5)
-            EXPECT_NEAR(height, 2.0, 1e-12);
-        else
-            EXPECT_NEAR(13.0 / height, korra::textWidth(L"between", {}, 1.0, 1.0), 1e-9);
+        EXPECT_LT(corners[0].distanceTo({1, 1, 0}), 1e-12) << mode;
+        EXPECT_LT(corners[1].distanceTo({13, 6, 0}), 1e-12) << mode;
+        EXPECT_NEAR(corners[3].distanceTo(corners[0]), height, 1e-12) << mode;
     }
 }
 
@@ -170,7 +135,6 @@ TEST_F(TextLayoutTest, FormCodesOfMultilineTextAreRead)
     using Lines = std::vector<std::wstring>;
     const std::pair<const wchar_t*, Lines> cases[] = {
         {L"a\\Pb", {L"a", L"b"}},
-        {L"{A}", {L"A"}},
         {L"\\{x\\}\\\\", {L"{x}\\"}},
         {L"a\\~b", {L"a\u00A0b"}},
         {L"{\\fArial|b0;\\H2.5;bold}", {L"bold"}},
@@ -188,14 +152,16 @@ TEST_F(TextLayoutTest, FormCodesOfMultilineTextAreRead)
 
 TEST_F(TextLayoutTest, LinesAreBrokenAtBlanksWithinTheFrame)
 {
-    const auto letters = [](std::wstring_view text) { return static_cast<double>(text.size()); };
     using Lines = std::vector<std::wstring>;
-    EXPECT_EQ(korra::wrapped(L"one two three", 7, letters), (Lines{L"one two", L"three"}));
-    EXPECT_EQ(korra::wrapped(L"one two three", 0, letters), (Lines{L"one two three"}));
-    EXPECT_EQ(korra::wrapped(L"incomprehensible it is", 5, letters),
-              (Lines{L"incomprehensible", L"it is"}));
-    EXPECT_EQ(korra::wrapped(L"", 5, letters), (Lines{L""}));
-    EXPECT_EQ(korra::wrapped(L"ab  ", 3, letters), (Lines{L"ab  "}));
+    const auto letters = [](std::wstring_view text) { return static_cast<double>(text.size()); };
+    const std::tuple<const wchar_t*, double, Lines> cases[] = {
+        {L"one two three", 7, {L"one two", L"three"}},
+        {L"one two three", 0, {L"one two three"}},
+        {L"incomprehensible it is", 5, {L"incomprehensible", L"it is"}},
+        {L"", 5, {L""}},
+        {L"ab  ", 3, {L"ab  "}}};
+    for (const auto& [text, width, lines] : cases)
+        EXPECT_EQ(korra::wrapped(text, width, letters), lines);
 }
 
 TEST_F(TextLayoutTest, AttachmentPutsTheSaidPlaceOfTheBoxOnTheLocation)
@@ -222,17 +188,16 @@ TEST_F(TextLayoutTest, AttachmentPutsTheSaidPlaceOfTheBoxOnTheLocation)
 
 TEST_F(TextLayoutTest, MultilineTextMeasuresItsLongestLineWithBlanks)
 {
+    // Contents, longest line and height.
+    const std::tuple<const wchar_t*, const wchar_t*, double> cases[] = {
+        {L"AB", L"AB", 3.0}, {L" AB\\PA", L" AB", 3.0 + 5.0}, {L"", L"", 0.0}};
     KdDbMText text;
     text.setTextHeight(3.0);
-    text.setContents(L"AB");
-    EXPECT_NEAR(text.actualWidth(), korra::textWidth(L"AB", {}, 3.0, 1.0), 1e-12);
-    EXPECT_NEAR(text.actualHeight(), 3.0, 1e-12);
-    text.setContents(L" AB\\PA");
-    EXPECT_NEAR(text.actualWidth(), korra::textWidth(L" AB", {}, 3.0, 1.0), 1e-12);
-    EXPECT_NEAR(text.actualHeight(), 3.0 + 5.0, 1e-12);
-    text.setContents(L"");
-    EXPECT_EQ(text.actualWidth(), 0.0);
-    EXPECT_EQ(text.actualHeight(), 0.0);
+    for (const auto& [contents, longest, height] : cases) {
+        text.setContents(contents);
+        EXPECT_DOUBLE_EQ(text.actualWidth(), korra::textWidth(longest, {}, 3.0, 1.0));
+        EXPECT_DOUBLE_EQ(text.actualHeight(), height);
+    }
     KdDbExtents box;
     EXPECT_EQ(text.getGeomExtents(box), Kdapi::eInvalidExtents);
 }

@@ -1,6 +1,7 @@
 // Transactions: what they open, what they close, what they take back.
 
 #include "support/host_test.h"
+#include "support/objects.h"
 
 #include "kd/ap.h"
 
@@ -14,19 +15,23 @@ protected:
         return *kdDocManagerPtr()->curDocument()->transactionManager();
     }
 
-    KdDbLayerTableRecord* layer(KdDb::OpenMode mode)
+    template <class T>
+    static T* get(KdDbObjectId id, KdDb::OpenMode mode)
     {
         KdDbObject* object = nullptr;
-        EXPECT_EQ(manager().getObject(object, database().clayer(), mode), Kdapi::eOk);
-        return KdDbLayerTableRecord::cast(object);
+        EXPECT_EQ(manager().getObject(object, id, mode), Kdapi::eOk);
+        return T::cast(object);
     }
 
+    KdDbObject* readLayer() { return get<KdDbObject>(database().clayer(), KdDb::kForRead); }
+
+    /// What opening the layer for writing comes to.
     Kdapi::ErrorStatus openForWriting()
     {
-        KdDbLayerTableRecord* record = nullptr;
-        const auto status = kddbOpenObject(record, database().clayer(), KdDb::kForWrite);
-        if (record)
-            record->close();
+        KdDbObject* layer = nullptr;
+        const auto status = kddbOpenObject(layer, database().clayer(), KdDb::kForWrite);
+        if (layer)
+            layer->close();
         return status;
     }
 };
@@ -39,9 +44,10 @@ TEST_F(TransactionTest, ClosesWhatItOpenedAtItsEnd)
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(manager().endTransaction(), Kdapi::eNotApplicable);
     ASSERT_NE(manager().startTransaction(), nullptr);
+    EXPECT_THAT(korra::audit(), ::testing::ElementsAre("1 transaction"));
     EXPECT_EQ(manager().getObject(object, {}, KdDb::kForRead), Kdapi::eNullObjectId);
-    layer(KdDb::kForRead);
-    layer(KdDb::kForRead);
+    readLayer();
+    readLayer();
     EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead);
     EXPECT_EQ(manager().endTransaction(), Kdapi::eOk);
     EXPECT_EQ(openForWriting(), Kdapi::eOk);
@@ -50,12 +56,12 @@ TEST_F(TransactionTest, ClosesWhatItOpenedAtItsEnd)
 
 TEST_F(TransactionTest, LeavesOpeningsOfOthersAloneWhenItsOwnWereClosedBefore)
 {
-    KdDbLayerTableRecord* ours = nullptr;
+    KdDbObject* ours = nullptr;
     ASSERT_EQ(kddbOpenObject(ours, database().clayer(), KdDb::kForRead), Kdapi::eOk);
     manager().startTransaction();
-    layer(KdDb::kForRead);
+    readLayer();
     manager().startTransaction();
-    EXPECT_EQ(layer(KdDb::kForRead)->close(), Kdapi::eOk);
+    EXPECT_EQ(readLayer()->close(), Kdapi::eOk);
     manager().endTransaction();
     EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead);
     manager().endTransaction();
@@ -67,40 +73,25 @@ TEST_F(TransactionTest, AbortingGivesFieldsDataAndErasingBack)
 {
     const KdDbObjectId lineId = addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));
     manager().startTransaction();
-    layer(KdDb::kForWrite)->setIsOff(true);
-    KdDbObject* object = nullptr;
-    ASSERT_EQ(manager().getObject(object, lineId, KdDb::kForWrite), Kdapi::eOk);
-    KdDbLine::cast(object)->setEndPoint({5, 0, 0});
-    object->erase();
+    get<KdDbLayerTableRecord>(database().clayer(), KdDb::kForWrite)->setIsOff(true);
+    auto* line = get<KdDbLine>(lineId, KdDb::kForWrite);
+    line->setEndPoint({5, 0, 0});
+    line->erase();
     EXPECT_EQ(manager().abortTransaction(), Kdapi::eOk);
 
     EXPECT_FALSE(lineId.isErased());
-    KdDbLine* line = nullptr;
-    ASSERT_EQ(kddbOpenObject(line, lineId, KdDb::kForRead), Kdapi::eOk);
-    EXPECT_EQ(line->endPoint(), KdGePoint3d(1, 0, 0));
-    line->close();
-    KdDbLayerTableRecord* record = nullptr;
-    kddbOpenObject(record, database().clayer(), KdDb::kForRead);
-    EXPECT_FALSE(record->isOff());
-    record->close();
-}
-
-TEST_F(TransactionTest, AuditTellsOfOneThatRuns)
-{
-    manager().startTransaction();
-    EXPECT_THAT(korra::audit(), ::testing::ElementsAre("1 transaction"));
-    manager().endTransaction();
+    EXPECT_EQ(Open<KdDbLine>(lineId, KdDb::kForRead)->endPoint(), KdGePoint3d(1, 0, 0));
+    EXPECT_FALSE(Open<KdDbLayerTableRecord>(database().clayer(), KdDb::kForRead)->isOff());
 }
 
 TEST_F(TransactionTest, NothingStaysOpenWhateverFails)
 {
     sweepFaults<int>([] { return 0; },
                      [](int&) {
-                         auto& database = *kddbHostApplicationServices()->workingDatabase();
                          if (!manager().startTransaction())
                              return;
                          KdDbObject* object = nullptr;
-                         manager().getObject(object, database.clayer(), KdDb::kForWrite);
+                         manager().getObject(object, drawing()->clayer(), KdDb::kForWrite);
                          if (object)
                              object->close();
                          manager().endTransaction();

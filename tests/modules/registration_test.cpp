@@ -9,7 +9,6 @@
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class RegistrationTest : public tests::HostTest {};
 
@@ -23,10 +22,6 @@ TEST_F(RegistrationTest, ClassesGoChildrenFirst)
     const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
     EXPECT_THAT(tests::only(loading, {"kdrxBuildClassHierarchy"}),
                 ElementsAre("kdrxBuildClassHierarchy()"));
-    korra::stopHost();
-    korra::startHost();
-
-    korra::loadModule("probe_registering");
     const auto unloading = tests::tracedCalls([] { korra::stopHost(); });
     EXPECT_THAT(tests::only(unloading, {"deleteKdRxClass"}),
                 ElementsAre("deleteKdRxClass(\"ProbeDerived\")", "deleteKdRxClass(\"ProbeBase\")"));
@@ -40,8 +35,7 @@ TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
         for (const char* name : {"ProbeOne", "one", "PROBETWO", "Two"})
             EXPECT_TRUE(korra::runCommand(name)) << name;
     });
-    EXPECT_THAT(tests::only(run, {"command"}),
-                ElementsAre("command()", "command()", "command()", "command()"));
+    EXPECT_THAT(tests::only(run, {"command"}), ::testing::SizeIs(4));
     EXPECT_EQ(commandStack().addCommand(L"probe", L"probeone", nullptr, 0, [] {}),
               Kdapi::eDuplicateKey);
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -34,20 +35,13 @@ std::vector<LOGFONTW> fonts(const wchar_t* family)
 
 TEST(Fonts, EachFamilyIsToldOfOnceByItsUprightRegularStyle)
 {
-    std::vector<CString> names;
-    bool sansFound = false;
-    for (const LOGFONTW& font : fonts(nullptr)) {
-        const CString name(font.lfFaceName);
-        EXPECT_EQ(std::ranges::count(names, name), 0);
-        names.push_back(name);
-        if (name == L"DejaVu Sans") {
-            sansFound = true;
-            EXPECT_EQ(font.lfItalic, 0);
-            EXPECT_EQ(font.lfWeight, 400);
-            EXPECT_EQ(font.lfCharSet, ANSI_CHARSET);
-        }
-    }
-    EXPECT_TRUE(sansFound);
+    std::map<std::wstring, LOGFONTW> byName;
+    for (const LOGFONTW& font : fonts(nullptr))
+        EXPECT_TRUE(byName.emplace(CString(font.lfFaceName).GetString(), font).second);
+    const LOGFONTW& sans = byName.at(L"DejaVu Sans");
+    EXPECT_EQ(sans.lfItalic, 0);
+    EXPECT_EQ(sans.lfWeight, 400);
+    EXPECT_EQ(sans.lfCharSet, ANSI_CHARSET);
 }
 
 TEST(Fonts, AFamilyTellsItsStylesItalicOnesIncluded)

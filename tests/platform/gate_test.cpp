@@ -2,6 +2,7 @@
 #include "platform/input.h"
 #include "platform/tally.h"
 #include "platform/window.h"
+#include "support/modules.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,16 +43,13 @@ TEST(Gate, ThrowsOnlyWhereTheOperationCan)
 
 TEST(Gate, TraceKeepsCallsWithTheirArguments)
 {
-    startTrace();
-    gate("get", L"CMDECHO\n", 1.5, -2, static_cast<const void*>(nullptr));
-    note("set", "narrow", static_cast<const wchar_t*>(nullptr), std::wstring(L"线"), this);
-    const auto calls = stopTrace();
+    const auto calls = tests::tracedCalls([this] {
+        gate("get", L"CMDECHO\n", 1.5, -2, static_cast<const void*>(nullptr));
+        note("set", "narrow", static_cast<const wchar_t*>(nullptr), std::wstring(L"线"), this);
+    });
     note("after");
-
-    ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[0].operation, "get");
-    EXPECT_EQ(calls[0].arguments, R"("CMDECHO\n", 1.5, -2, null)");
-    EXPECT_EQ(calls[1].arguments, R"("narrow", null, "线", object)");
+    EXPECT_THAT(calls, ::testing::ElementsAre(R"(get("CMDECHO\n", 1.5, -2, null))",
+                                              R"(set("narrow", null, "线", object))"));
     EXPECT_TRUE((startTrace(), stopTrace()).empty());
 }
 

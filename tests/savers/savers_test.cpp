@@ -1,64 +1,54 @@
 #include "orvex/savers.h"
 #include "orvex/system_variables.h"
 
+#include "support/drawing.h"
 #include "support/host_test.h"
-#include "support/opened.h"
+#include "support/objects.h"
 
 #include "kd/ap.h"
 
 using namespace tests;
-using support::Opened;
+using ::testing::ElementsAre;
 
 namespace {
 
-int variable(const wchar_t* name)
+/// CMDECHO and OSMODE.
+std::vector<int> variables()
 {
-    int value = -1;
-    EXPECT_TRUE(CSysVar::GetVar(name, value));
-    return value;
+    std::vector<int> values(2, -1);
+    EXPECT_TRUE(CSysVar::GetVar(L"CMDECHO", values[0]));
+    EXPECT_TRUE(CSysVar::GetVar(L"OSMODE", values[1]));
+    return values;
 }
 
-void setVariable(const wchar_t* name, int value)
+void setVariables(int commandEcho, int snapModes)
 {
-    EXPECT_TRUE(CSysVar::SetVar(name, value));
-}
-
-KdDbDatabase* workingDatabase()
-{
-    return kddbHostApplicationServices()->workingDatabase();
-}
-
-KdDbObjectId activeViewport()
-{
-    const Opened<KdDbViewportTable> table([](KdDbViewportTable*& opened) {
-        return workingDatabase()->getSymbolTable(opened, KdDb::kForRead);
-    });
-    KdDbObjectId id;
-    EXPECT_EQ(table->getAt(L"*ACTIVE", id), Kdapi::eOk);
-    return id;
+    EXPECT_TRUE(CSysVar::SetVar(L"CMDECHO", commandEcho));
+    EXPECT_TRUE(CSysVar::SetVar(L"OSMODE", snapModes));
 }
 
 /// Adds a named coordinate system with its origin at (x, 0, 0) and makes it current.
 KdDbObjectId useNamedUcs(double x)
 {
-    KdDbObjectId id;
-    {
-        const Opened<KdDbUCSTable> table([](KdDbUCSTable*& opened) {
-            return workingDatabase()->getSymbolTable(opened, KdDb::kForWrite);
-        });
-        auto* record = new KdDbUCSTableRecord;
-        record->setName(L"Named");
-        record->setOrigin({x, 0, 0});
-        EXPECT_EQ(table->add(id, record), Kdapi::eOk);
-        record->close();
-    }
-    Opened<KdDbViewportTableRecord>(activeViewport(), KdDb::kForWrite)->setUcs(id);
-    return id;
+    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
+    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
+    KdDbObjectId viewport;
+    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
+    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+    return ucs;
 }
 
 KdGeMatrix3d movedBy(double x)
 {
     return KdGeMatrix3d::translation({x, 0, 0});
+}
+
+void useUcs(bool named, double x)
+{
+    if (named)
+        useNamedUcs(x);
+    else
+        kdedSetCurrentUCS(movedBy(x));
 }
 
 KdGeMatrix3d currentUcs()
@@ -68,67 +58,50 @@ KdGeMatrix3d currentUcs()
     return matrix;
 }
 
-/// Runs with the next reading of the current coordinate system failing.
-template <class Scenario>
-void withUnreadableUcs(Scenario scenario)
-{
-    platform::failCall(1, platform::Fault::status);
-    scenario();
-    EXPECT_TRUE(platform::faultDelivered());
-    platform::releaseCalls();
-}
-
-class SaversTest : public HostTest {};
+class SaversTest : public HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        setVariables(1, 37);
+    }
+};
 
 TEST_F(SaversTest, SystemVariablesComeBackFromEveryScope)
 {
-    setVariable(L"CMDECHO", 1);
-    setVariable(L"OSMODE", 37);
     try {
         const CQM_CmdechoServer echo(0);
         const CQM_OsnapServer snap(512);
-        EXPECT_EQ(variable(L"CMDECHO"), 0);
-        EXPECT_EQ(variable(L"OSMODE"), 512);
+        EXPECT_THAT(variables(), ElementsAre(0, 512));
         const CQM_OsnapServer nested(65536 + 3);
-        EXPECT_EQ(variable(L"OSMODE"), 3) << "the low 16 bits";
+        EXPECT_THAT(variables(), ElementsAre(0, 3)) << "the low 16 bits";
         throw 1;
     } catch (int) {
     }
-    EXPECT_EQ(variable(L"CMDECHO"), 1);
-    EXPECT_EQ(variable(L"OSMODE"), 37);
+    EXPECT_THAT(variables(), ElementsAre(1, 37));
+    {
+        const CCmdEcho quiet;
+        EXPECT_THAT(variables(), ElementsAre(0, 37));
+    }
+    EXPECT_THAT(variables(), ElementsAre(1, 37));
 }
 
 TEST_F(SaversTest, SaversWithoutAValueOnlyPutBack)
 {
-    setVariable(L"CMDECHO", 1);
-    setVariable(L"OSMODE", 37);
     {
         const CQM_CmdechoServer echo;
         const CQM_OsnapServer snap;
         const CQM_OrthomodeServer ortho;
-        EXPECT_EQ(variable(L"OSMODE"), 37);
-        setVariable(L"CMDECHO", 0);
-        setVariable(L"OSMODE", 5);
+        EXPECT_THAT(variables(), ElementsAre(1, 37));
+        setVariables(0, 5);
         database().setOrthomode(true);
     }
-    EXPECT_EQ(variable(L"CMDECHO"), 1);
-    EXPECT_EQ(variable(L"OSMODE"), 37);
+    EXPECT_THAT(variables(), ElementsAre(1, 37));
     EXPECT_FALSE(database().orthomode());
-}
-
-TEST_F(SaversTest, CommandEchoIsOffForAScope)
-{
-    setVariable(L"CMDECHO", 1);
-    {
-        const CCmdEcho quiet;
-        EXPECT_EQ(variable(L"CMDECHO"), 0);
-    }
-    EXPECT_EQ(variable(L"CMDECHO"), 1);
 }
 
 TEST_F(SaversTest, ACopyRestoresTheSameValueOnceMoreAndCopyingSetsNothing)
 {
-    setVariable(L"CMDECHO", 1);
     const CQM_CmdechoServer echo(0);
     std::unique_ptr<CQM_CmdechoServer> copy;
     EXPECT_THAT(tracedOperations([&] {
@@ -137,7 +110,7 @@ TEST_F(SaversTest, ACopyRestoresTheSameValueOnceMoreAndCopyingSetsNothing)
                 }),
                 ::testing::IsEmpty());
     copy.reset();
-    EXPECT_EQ(variable(L"CMDECHO"), 1);
+    EXPECT_THAT(variables(), ElementsAre(1, 37));
 }
 
 TEST_F(SaversTest, OrthoModeCanChangeMeanwhile)
@@ -186,50 +159,25 @@ TEST_F(SaversTest, WithoutADocumentNothingIsLocked)
     EXPECT_EQ(kdDocManagerPtr()->curDocument(), nullptr);
 }
 
-TEST_F(SaversTest, TheWorkingDatabaseComesBack)
+TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
 {
-    KdDbDatabase* const before = workingDatabase();
+    KdDbDatabase* const before = drawing();
     KdDbDatabase other;
     {
         const CQM_DatabaseServer server(&other);
-        EXPECT_EQ(workingDatabase(), &other);
+        EXPECT_EQ(drawing(), &other);
     }
-    EXPECT_EQ(workingDatabase(), before);
-}
+    EXPECT_EQ(drawing(), before);
 
-TEST_F(SaversTest, NullAndTheWorkingDatabaseItselfRestoreNothing)
-{
-    KdDbDatabase* const before = workingDatabase();
-    KdDbDatabase other;
     for (KdDbDatabase* given : {static_cast<KdDbDatabase*>(nullptr), before}) {
         {
             const CQM_DatabaseServer server(given);
-            EXPECT_EQ(workingDatabase(), before);
+            EXPECT_EQ(drawing(), before);
             kddbHostApplicationServices()->setWorkingDatabase(&other);
         }
-        EXPECT_EQ(workingDatabase(), &other);
+        EXPECT_EQ(drawing(), &other) << "nothing is restored";
         kddbHostApplicationServices()->setWorkingDatabase(before);
     }
-}
-
-TEST_F(SaversTest, TheWorldSystemIsNeverReplaced)
-{
-    {
-        const CQM_UcsServer server(movedBy(10));
-        EXPECT_EQ(currentUcs(), KdGeMatrix3d::kIdentity);
-        kdedSetCurrentUCS(movedBy(5));
-    }
-    EXPECT_EQ(currentUcs(), movedBy(5)) << "nothing is restored";
-}
-
-TEST_F(SaversTest, ASystemWithoutANameComesBackByItsMatrix)
-{
-    kdedSetCurrentUCS(movedBy(5));
-    {
-        const CQM_UcsServer server(movedBy(10));
-        EXPECT_EQ(currentUcs(), movedBy(10));
-    }
-    EXPECT_EQ(currentUcs(), movedBy(5));
 }
 
 TEST_F(SaversTest, ANamedSystemComesBackThroughTheActiveViewport)
@@ -237,42 +185,47 @@ TEST_F(SaversTest, ANamedSystemComesBackThroughTheActiveViewport)
     const KdDbObjectId named = useNamedUcs(5);
     ASSERT_EQ(database().ucsname(), named);
     const auto operations = tracedOperations([] {
-        CQM_UcsServer server(movedBy(10));
-        EXPECT_EQ(currentUcs(), movedBy(10));
-        EXPECT_TRUE(workingDatabase()->ucsname().isNull());
+        const CQM_UcsServer server(movedBy(10));
+        EXPECT_TRUE(drawing()->ucsname().isNull());
     });
     EXPECT_THAT(operations, ::testing::Contains("KdDbViewportTableRecord::setUcs").Times(1));
-    EXPECT_EQ(currentUcs(), movedBy(5));
     EXPECT_EQ(database().ucsname(), named);
 }
 
-TEST_F(SaversTest, ANamedSystemIsReplacedEvenWhenTheMatrixCannotBeRead)
+TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
 {
-    useNamedUcs(5);
-    withUnreadableUcs([] {
-        const CQM_UcsServer server(movedBy(10));
-        EXPECT_EQ(currentUcs(), movedBy(10));
-    });
-    EXPECT_EQ(currentUcs(), movedBy(5));
-}
+    struct {
+        const char* what;
+        double before;
+        bool named, readable;
+        double during, after;
+    } const cases[] = {{"the world", 0, false, true, 0, 20},
+                       {"a matrix", 5, false, true, 10, 5},
+                       {"a matrix that cannot be read", 5, false, false, 5, 20},
+                       {"a name", 5, true, true, 10, 5},
+                       {"a name, with a matrix that cannot be read", 5, true, false, 10, 5}};
 
-TEST_F(SaversTest, AnUnreadableSystemWithoutANameIsLeft)
-{
-    kdedSetCurrentUCS(movedBy(5));
-    withUnreadableUcs([] {
-        const CQM_UcsServer server(movedBy(10));
-        EXPECT_EQ(currentUcs(), movedBy(5));
-    });
-    EXPECT_EQ(currentUcs(), movedBy(5));
+    for (const auto& [what, before, named, readable, during, after] : cases) {
+        SCOPED_TRACE(what);
+        startFreshHost();
+        useUcs(named, before);
+        if (!readable)
+            platform::failCall(1, platform::Fault::status);
+        {
+            const CQM_UcsServer server(movedBy(10));
+            EXPECT_TRUE(readable || platform::faultDelivered());
+            platform::releaseCalls();
+            EXPECT_EQ(currentUcs(), movedBy(during));
+            kdedSetCurrentUCS(movedBy(20));
+        }
+        EXPECT_EQ(currentUcs(), movedBy(after));
+    }
 }
 
 TEST_F(SaversTest, RecoverRestoresOnce)
 {
     for (const bool named : {false, true}) {
-        if (named)
-            useNamedUcs(5);
-        else
-            kdedSetCurrentUCS(movedBy(5));
+        useUcs(named, 5);
         {
             CQM_UcsServer server(movedBy(10));
             server.Recover();
@@ -292,10 +245,10 @@ TEST_F(SaversTest, LeaveNothingOpenWhateverFails)
     sweepFaults<int>(nothing, [](int) { const CQM_OsnapServer saver(1); });
     sweepFaults<int>(nothing, [](int) { const CQM_OrthomodeServer saver(true); });
     sweepFaults<int>(nothing, [](int) { const CQM_DocLockServer saver; });
-    sweepFaults<int>([] { return useNamedUcs(5), 0; },
-                     [](int) { const CQM_UcsServer saver(movedBy(10)); });
-    sweepFaults<int>([] { return kdedSetCurrentUCS(movedBy(5)), 0; },
-                     [](int) { const CQM_UcsServer saver(movedBy(10)); });
+    for (const bool named : {false, true}) {
+        sweepFaults<int>([=] { return useUcs(named, 5), 0; },
+                         [](int) { const CQM_UcsServer saver(movedBy(10)); });
+    }
 }
 
 } // namespace

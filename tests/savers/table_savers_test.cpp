@@ -1,73 +1,61 @@
-#include "orvex/dim_styles.h"
-#include "orvex/layers.h"
 #include "orvex/savers.h"
-#include "orvex/text_styles.h"
 
 #include "support/host_test.h"
 #include "support/modules.h"
+#include "support/named_records.h"
 
 #include <memory>
 
 using namespace tests;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 namespace {
 
-KdDbDatabase* working()
+/// The current layer, text style and dimension style.
+std::vector<std::string> current()
 {
-    return kddbHostApplicationServices()->workingDatabase();
+    return {narrow(QmLayerMgr::GetCurrentLayer(drawing())),
+            narrow(TxtStyleMgr::GetCurrentTextStyle(drawing())),
+            narrow(DimStyleMgr::GetCurrentDimStyle(drawing()))};
 }
 
-CString layer()
+void setCurrent(const wchar_t* name)
 {
-    return QmLayerMgr::GetCurrentLayer(working());
-}
-
-CString textStyle()
-{
-    return TxtStyleMgr::GetCurrentTextStyle(working());
-}
-
-CString dimStyle()
-{
-    return DimStyleMgr::GetCurrentDimStyle(working());
-}
-
-/// Height of dimension texts by the current variables.
-double textHeight()
-{
-    KdDbDimStyleTableRecord variables;
-    EXPECT_EQ(working()->getDimstyleData(&variables), Kdapi::eOk);
-    return variables.dimtxt();
+    EXPECT_EQ(QmLayerMgr::SetCurrentLayer(name, drawing()), 1);
+    EXPECT_EQ(TxtStyleMgr::SetCurrentTextStyle(name, drawing()), 1);
+    EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(name, 1, nullptr), 1);
 }
 
 /// Sets the current variable aside from the current style.
 void setTextHeight(double height)
 {
     KdDbDimStyleTableRecord variables;
-    working()->getDimstyleData(&variables);
+    drawing()->getDimstyleData(&variables);
     variables.setDimtxt(height);
-    working()->setDimstyleData(&variables);
+    drawing()->setDimstyleData(&variables);
 }
 
-/// Adds what the savers switch to: a layer, a text style and a dimension style for each name.
+/// Adds what the savers switch to.
 void addTables()
 {
-    for (const wchar_t* name : {L"First", L"Second"}) {
-        QmLayerMgr::LAYERINFO info;
-        info.name = name;
-        EXPECT_EQ(QmLayerMgr::CreateLayer(info, working()), 1);
-        EXPECT_EQ(TxtStyleMgr::CreateTextStyle(name, 1, 0, 1, L"", L"", L"DejaVu Sans", working()),
-                  1);
-    }
-    EXPECT_EQ(DimStyleMgr::CreateDimStyle(L"First", L"", 1, 0, 2, 0, 2, 1, 0, 1, nullptr), 1);
-    EXPECT_EQ(DimStyleMgr::CreateDimStyle(L"Second", L"", 2, 0, 2, 0, 2, 1, 0, 1, nullptr), 1);
-    QmLayerMgr::SetCurrentLayer(L"First", working());
-    TxtStyleMgr::SetCurrentTextStyle(L"First", working());
-    DimStyleMgr::SetCurrentDimStyle(L"First", 1, nullptr);
+    addNamedRecords(L"First", 1);
+    addNamedRecords(L"Second", 2);
+    setCurrent(L"First");
     korra::takePrintedText();
 }
+
+/// One saver of each kind.
+struct Savers {
+    Savers() = default;
+
+    explicit Savers(const wchar_t* name) : layer(name), textStyle(name), dimStyle(name) {}
+
+    CQM_LayerServer layer;
+    CQM_TextStyleServer textStyle;
+    CQM_DimStyleServer dimStyle;
+};
 
 class TableSaversTest : public HostTest {
 protected:
@@ -78,63 +66,35 @@ protected:
     }
 };
 
-void expectCurrent(const wchar_t* name)
-{
-    EXPECT_EQ(layer(), name);
-    EXPECT_EQ(textStyle(), name);
-    EXPECT_EQ(dimStyle(), name);
-}
-
 TEST_F(TableSaversTest, NestedSaversEndWithWhatTheOutermostFound)
 {
     setTextHeight(7.5);
     try {
-        const CQM_LayerServer layers(L"Second");
-        const CQM_TextStyleServer texts(L"Second");
-        const CQM_DimStyleServer dimensions(L"Second");
-        expectCurrent(L"Second");
-        EXPECT_DOUBLE_EQ(textHeight(), 2);
-        const CQM_LayerServer innerLayers(L"0");
-        const CQM_TextStyleServer innerTexts(L"Standard");
-        const CQM_DimStyleServer innerDimensions(L"Standard");
-        EXPECT_EQ(layer(), L"0");
+        const Savers outer(L"Second");
+        EXPECT_THAT(current(), Each("Second"));
+        EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 2);
+        const Savers inner(L"First");
+        EXPECT_THAT(current(), Each("First"));
         throw 1;
     } catch (int) {
     }
-    expectCurrent(L"First");
-    EXPECT_DOUBLE_EQ(textHeight(), 7.5) << "what differs from the style";
+    EXPECT_THAT(current(), Each("First"));
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 7.5) << "what differs from the style";
 }
 
-TEST_F(TableSaversTest, UnknownNamesChangeNothingAndComeBackAllTheSame)
-{
-    {
-        const CQM_LayerServer layers(L"Lost");
-        const CQM_TextStyleServer texts(L"Lost");
-        const CQM_DimStyleServer dimensions(L"Lost");
-        expectCurrent(L"First");
-        QmLayerMgr::SetCurrentLayer(L"Second", working());
-        TxtStyleMgr::SetCurrentTextStyle(L"Second", working());
-        DimStyleMgr::SetCurrentDimStyle(L"Second", 1, nullptr);
-    }
-    expectCurrent(L"First");
-    EXPECT_DOUBLE_EQ(textHeight(), 1);
-}
-
-TEST_F(TableSaversTest, SaversWithoutANameOnlyPutBack)
+TEST_F(TableSaversTest, SaversWithoutANameAndWithAnUnknownOneOnlyPutBack)
 {
     setTextHeight(7.5);
-    {
-        const CQM_LayerServer layers;
-        const CQM_TextStyleServer texts;
-        const CQM_DimStyleServer dimensions;
-        expectCurrent(L"First");
-        EXPECT_DOUBLE_EQ(textHeight(), 7.5);
-        QmLayerMgr::SetCurrentLayer(L"Second", working());
-        TxtStyleMgr::SetCurrentTextStyle(L"Second", working());
-        DimStyleMgr::SetCurrentDimStyle(L"Second", 1, nullptr);
+    for (const wchar_t* name : {static_cast<const wchar_t*>(nullptr), L"Lost"}) {
+        {
+            const Savers savers = name ? Savers(name) : Savers();
+            EXPECT_THAT(current(), Each("First"));
+            EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 7.5);
+            setCurrent(L"Second");
+        }
+        EXPECT_THAT(current(), Each("First"));
+        EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 7.5);
     }
-    expectCurrent(L"First");
-    EXPECT_DOUBLE_EQ(textHeight(), 7.5);
 }
 
 TEST_F(TableSaversTest, RestoreIntoTheDatabaseThatIsWorkingThen)
@@ -147,22 +107,20 @@ TEST_F(TableSaversTest, RestoreIntoTheDatabaseThatIsWorkingThen)
         addTables();
         QmLayerMgr::SetCurrentLayer(L"0", &other);
     }
-    EXPECT_EQ(layer(), L"First");
+    EXPECT_EQ(current().front(), "First");
     kddbHostApplicationServices()->setWorkingDatabase(&first);
-    EXPECT_EQ(layer(), L"Second");
+    EXPECT_EQ(current().front(), "Second");
 }
 
 TEST_F(TableSaversTest, WithoutADatabaseNothingHappens)
 {
-    KdDbDatabase* const before = working();
+    KdDbDatabase* const before = drawing();
     kddbHostApplicationServices()->setWorkingDatabase(nullptr);
     {
-        const CQM_LayerServer layers(L"Second");
-        const CQM_TextStyleServer texts(L"Second");
-        const CQM_DimStyleServer dimensions(L"Second");
+        const Savers savers(L"Second");
     }
     kddbHostApplicationServices()->setWorkingDatabase(before);
-    expectCurrent(L"First");
+    EXPECT_THAT(current(), Each("First"));
 }
 
 TEST_F(TableSaversTest, DimensionStylesAreKeptAndRestoredInOneOrder)
@@ -190,15 +148,15 @@ TEST_F(TableSaversTest, CopiesRestoreOnceMoreAndChangeNothingThemselves)
                       "KdDbDatabase::getDimstyleData"}),
                 ::testing::IsEmpty());
     original.reset();
-    EXPECT_DOUBLE_EQ(textHeight(), 7.5);
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 7.5);
     assigned = std::make_unique<CQM_DimStyleServer>();
     *assigned = *copy;
     *assigned = *assigned;
     for (auto* saver : {&copy, &assigned}) {
-        DimStyleMgr::SetCurrentDimStyle(L"Second", 1, nullptr);
+        setCurrent(L"Second");
         saver->reset();
-        EXPECT_EQ(dimStyle(), L"First");
-        EXPECT_DOUBLE_EQ(textHeight(), 7.5);
+        EXPECT_EQ(current().back(), "First");
+        EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 7.5);
     }
 }
 
@@ -210,7 +168,7 @@ TEST_F(TableSaversTest, VariablesThatCouldNotBeReadAreNotWrittenBack)
         const CQM_DimStyleServer saver;
         EXPECT_TRUE(platform::faultDelivered());
     }
-    EXPECT_DOUBLE_EQ(textHeight(), 1) << "the style's own";
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 1) << "the style's own";
 }
 
 TEST_F(TableSaversTest, LeaveNothingOpenWhateverFails)

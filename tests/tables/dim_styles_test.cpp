@@ -1,8 +1,9 @@
 #include "orvex/dim_styles.h"
-#include "orvex/text_styles.h"
 
+#include "support/drawing.h"
 #include "support/host_test.h"
 #include "support/modules.h"
+#include "support/objects.h"
 #include "support/opened.h"
 #include "tables/messages.h"
 
@@ -16,11 +17,6 @@ using ::testing::IsEmpty;
 using Style = KdDbDimStyleTableRecord;
 
 namespace {
-
-KdDbDatabase* drawing()
-{
-    return kddbHostApplicationServices()->workingDatabase();
-}
 
 /// One call of a service that makes or changes a style.
 struct Call {
@@ -55,65 +51,31 @@ int change(const Call& call)
     return run(DimStyleMgr::ModifyDimStyle, call);
 }
 
-KdDbObjectId styleId(const wchar_t* name = L"House")
+KdDbObjectId styleId()
 {
-    return DimStyleMgr::GetDimStyleId(name, drawing());
+    return DimStyleMgr::GetDimStyleId(L"House", drawing());
 }
 
 /// What depends on the caller, as one line: DIMTXT DIMASZ DIMDEC DIMTFAC DIMEXE DIMGAP DIMTIH
-/// DIMTOH DIMTDEC.
-std::string sizesText(const wchar_t* name = L"House")
-{
-    const Opened<Style> style(styleId(name), KdDb::kForRead);
-    if (!style)
-        return "none";
-    CString text;
-    text.Format(L"%g %g %d %g %g %g %d %d %d", style->dimtxt(), style->dimasz(), style->dimdec(),
-                style->dimtfac(), style->dimexe(), style->dimgap(), style->dimtih(),
-                style->dimtoh(), style->dimtdec());
-    return narrow(text);
-}
-
-/// What is always the same: DIMCLRD DIMCLRE DIMCLRT DIMDLI DIMEXO DIMJUST DIMTAD DIMAUNIT DIMTOFL
-/// DIMTOLJ DIMFIT.
-std::string fixedText()
+/// DIMTOH DIMTDEC; then what is always the same: DIMCLRD DIMCLRE DIMCLRT DIMDLI DIMEXO DIMJUST
+/// DIMTAD DIMAUNIT DIMTOFL DIMTOLJ DIMFIT.
+std::string styleText()
 {
     const Opened<Style> style(styleId(), KdDb::kForRead);
     CString text;
-    text.Format(L"%d %d %d %g %g %d %d %d %d %d %d", style->dimclrd().colorIndex(),
-                style->dimclre().colorIndex(), style->dimclrt().colorIndex(), style->dimdli(),
-                style->dimexo(), style->dimjust(), style->dimtad(), style->dimaunit(),
-                style->dimtofl(), style->dimtolj(), style->dimfit());
+    text.Format(L"%g %g %d %g %g %g %d %d %d, %d %d %d %g %g %d %d %d %d %d %d", style->dimtxt(),
+                style->dimasz(), style->dimdec(), style->dimtfac(), style->dimexe(),
+                style->dimgap(), style->dimtih(), style->dimtoh(), style->dimtdec(),
+                style->dimclrd().colorIndex(), style->dimclre().colorIndex(),
+                style->dimclrt().colorIndex(), style->dimdli(), style->dimexo(), style->dimjust(),
+                style->dimtad(), style->dimaunit(), style->dimtofl(), style->dimtolj(),
+                style->dimfit());
     return narrow(text);
 }
 
-constexpr const char* kFixed = "256 256 256 8 0 0 3 1 1 0 2";
-
-/// Sets everything that is always the same to something else.
-void disturbFixedValues()
+KdDbObjectId addTextStyle(const wchar_t* name)
 {
-    const Opened<Style> style(styleId(), KdDb::kForWrite);
-    KdCmColor red;
-    red.setColorIndex(1);
-    style->setDimclrd(red);
-    style->setDimclre(red);
-    style->setDimclrt(red);
-    style->setDimdli(1);
-    style->setDimexo(1);
-    style->setDimjust(1);
-    style->setDimtad(0);
-    style->setDimaunit(0);
-    style->setDimtofl(false);
-    style->setDimtolj(1);
-    style->setDimfit(0);
-}
-
-void makeTextStyle(const wchar_t* name, bool ofShapes)
-{
-    ASSERT_EQ(TxtStyleMgr::CreateTextStyle(name, 1, 0, 1, L"", L"", L"DejaVu Sans", drawing()), 1);
-    const Opened<KdDbTextStyleTableRecord> style(TxtStyleMgr::GetTxtStyleId(name, drawing()),
-                                                 KdDb::kForWrite);
-    style->setIsShapeFile(ofShapes);
+    return addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(name);
 }
 
 std::string textStyleOf(const wchar_t* name)
@@ -127,58 +89,41 @@ class DimStylesTest : public HostTest {};
 
 // Making and changing -----------------------------------------------------------------------------
 
-TEST_F(DimStylesTest, MakingFillsInWhatIsZero)
+TEST_F(DimStylesTest, MakingFillsInWhatIsZeroAndChangingLeavesIt)
 {
+    const Call zeros{.decimals = 0,
+                     .extensionBeyond = 0,
+                     .textGap = 0,
+                     .insideHorizontal = -2,
+                     .outsideHorizontal = 0};
+    const Call sizes{.textHeight = 6,
+                     .arrowSize = 7,
+                     .toleranceFactor = 0.00009,
+                     .extensionBeyond = 8,
+                     .textGap = 9};
+
     struct {
+        bool making;
         Call call;
-        const char* sizes;
+        std::string text;
     } const cases[] = {
-        {{}, "5 2.5 2 0.707 2 1 0 1 3"},
-        {{.textHeight = 3, .arrowSize = 4, .toleranceFactor = 0.5}, "3 4 2 0.5 2 1 0 1 3"},
-        {{.toleranceFactor = 0.00009}, "5 2.5 2 0.707 2 1 0 1 3"},
-        {{.toleranceFactor = -1}, "5 2.5 2 0.707 2 1 0 1 3"},
-        {{.toleranceFactor = 0.0001}, "5 2.5 2 0.0001 2 1 0 1 3"},
-        {{.decimals = 0,
-          .extensionBeyond = 0,
-          .textGap = 0,
-          .insideHorizontal = -2,
-          .outsideHorizontal = 0},
-         "5 2.5 0 0.707 0 0 1 0 3"},
+        {true, {}, "5 2.5 2 0.707 2 1 0 1 3"},
+        {true, {.toleranceFactor = 0.0001}, "5 2.5 2 0.0001 2 1 0 1 3"},
+        {true, {.toleranceFactor = -1}, "5 2.5 2 0.707 2 1 0 1 3"},
+        {true, zeros, "5 2.5 0 0.707 0 0 1 0 3"},
+        {true, sizes, "6 7 2 0.707 8 9 0 1 3"},
+        {false, zeros, "0.18 0.18 0 1 0.18 0.09 1 0 4"},
+        {false, sizes, "6 7 2 9e-05 8 9 0 1 4"},
     };
 
-    for (const auto& [call, sizes] : cases) {
+    for (const auto& [making, call, text] : cases) {
         startFreshHost();
-        EXPECT_EQ(make(call), 1);
-        EXPECT_EQ(sizesText(), sizes);
-        EXPECT_EQ(fixedText(), kFixed);
-        EXPECT_EQ(printed(), "");
-    }
-}
-
-TEST_F(DimStylesTest, ChangingLeavesWhatIsZero)
-{
-    make({.textHeight = 3, .arrowSize = 4, .toleranceFactor = 0.5});
-
-    struct {
-        Call call;
-        const char* sizes;
-    } const cases[] = {
-        {{.decimals = 5, .extensionBeyond = 0, .textGap = 0}, "3 4 5 0.5 2 1 0 1 4"},
-        {{.textHeight = 6,
-          .arrowSize = 7,
-          .toleranceFactor = 0.00001,
-          .extensionBeyond = 8,
-          .textGap = 9,
-          .insideHorizontal = 3,
-          .outsideHorizontal = 0},
-         "6 7 2 1e-05 8 9 1 0 4"},
-    };
-
-    for (const auto& [call, sizes] : cases) {
-        disturbFixedValues();
-        EXPECT_EQ(change(call), 1);
-        EXPECT_EQ(sizesText(), sizes);
-        EXPECT_EQ(fixedText(), kFixed);
+        if (!making) {
+            const auto house = addRecord<KdDbDimStyleTable, Style>(L"House");
+            Opened<Style>(house, KdDb::kForWrite)->setDimjust(1);
+        }
+        EXPECT_EQ(making ? make(call) : change(call), 1);
+        EXPECT_EQ(styleText(), text + ", 256 256 256 8 0 0 3 1 1 0 2");
         EXPECT_EQ(printed(), "");
     }
 }
@@ -198,10 +143,9 @@ TEST_F(DimStylesTest, OtherDatabasesAreServedToo)
 
 TEST_F(DimStylesTest, TextStylesOfShapesAndUnknownOnesAreTheCurrentOne)
 {
-    makeTextStyle(L"Notes", false);
-    makeTextStyle(L"Shapes", true);
-    makeTextStyle(L"Current", false);
-    TxtStyleMgr::SetCurrentTextStyle(L"Current", drawing());
+    const KdDbObjectId notes = addTextStyle(L"Notes");
+    Open<KdDbTextStyleTableRecord>(addTextStyle(L"Shapes"))->setIsShapeFile(true);
+    drawing()->setTextstyle(addTextStyle(L"Current"));
 
     struct {
         const wchar_t* given;
@@ -218,8 +162,7 @@ TEST_F(DimStylesTest, TextStylesOfShapesAndUnknownOnesAreTheCurrentOne)
             EXPECT_EQ(textStyleOf(given), used);
         }
     }
-    const Opened<KdDbObject> writer(TxtStyleMgr::GetTxtStyleId(L"Notes", drawing()),
-                                    KdDb::kForWrite);
+    const Opened<KdDbObject> writer(notes, KdDb::kForWrite);
     EXPECT_EQ(change({.textStyle = L"Notes"}), 1);
     EXPECT_EQ(textStyleOf(L"House"), "Current") << "the other one cannot be read";
 }
@@ -227,7 +170,7 @@ TEST_F(DimStylesTest, TextStylesOfShapesAndUnknownOnesAreTheCurrentOne)
 TEST_F(DimStylesTest, MakingAndChangingSayWhichNameIsWrong)
 {
     make({});
-    const std::string before = sizesText();
+    const std::string before = styleText();
     EXPECT_EQ(make({.name = L"HOUSE", .textHeight = 9}), 0);
     EXPECT_EQ(printed(), localised(106, L"HOUSE"));
     EXPECT_EQ(change({.name = L"Lost"}), 0);
@@ -235,12 +178,9 @@ TEST_F(DimStylesTest, MakingAndChangingSayWhichNameIsWrong)
     EXPECT_EQ(make({.name = L""}), 0);
     EXPECT_EQ(change({.name = L""}), 0);
     EXPECT_EQ(printed(), "");
-    EXPECT_EQ(sizesText(), before);
+    EXPECT_EQ(styleText(), before);
 
-    const auto house = [] { make({}); };
-    EXPECT_THAT(outcomesOfFailures(house, [] { return make({}); }),
-                Contains("0\n当前数据库中已经存在 \"House\"的字体样式!"));
-    EXPECT_THAT(outcomesOfFailures(house, [] { return change({.name = L"Lost"}); }),
+    EXPECT_THAT(outcomesOfFailures([] {}, [] { return change({.name = L"Lost"}); }),
                 Contains("0\n当前数据库中不存在 \"Lost\" 的标注样式!"));
 }
 
@@ -258,105 +198,49 @@ TEST_F(DimStylesTest, MakingAndChangingNeedTheTableAndTheStyleForWriting)
 
 // The current style -------------------------------------------------------------------------------
 
-double currentTextHeight()
-{
-    Style variables;
-    EXPECT_EQ(drawing()->getDimstyleData(&variables), Kdapi::eOk);
-    return variables.dimtxt();
-}
-
 TEST_F(DimStylesTest, TheCurrentVariablesChangeOnlyWhenTold)
 {
-    const double before = currentTextHeight();
+    const double before = currentDimensionTextHeight();
     make({.textHeight = 9});
     EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(L"HOUSE", 0, nullptr), 1);
     EXPECT_EQ(DimStyleMgr::GetCurrentDimStyle(drawing()), L"House");
-    EXPECT_DOUBLE_EQ(currentTextHeight(), before);
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), before);
     EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(L"House", -1, drawing()), 1);
-    EXPECT_DOUBLE_EQ(currentTextHeight(), 9);
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 9);
 
-    EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(L"Lost", 1, drawing()), 0);
     EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(L"", 1, drawing()), 0);
     EXPECT_EQ(DimStyleMgr::GetCurrentDimStyle(drawing()), L"House");
 }
 
 TEST_F(DimStylesTest, AStyleThatCannotBeReadBecomesCurrentAllTheSame)
 {
-    const double before = currentTextHeight();
+    const double before = currentDimensionTextHeight();
     make({.textHeight = 9});
     const KdDbObjectId house = styleId();
     const Opened<KdDbObject> writer(house, KdDb::kForWrite);
     EXPECT_EQ(DimStyleMgr::SetCurrentDimStyle(L"House", 1, drawing()), 0);
     EXPECT_EQ(drawing()->dimstyle(), house);
-    EXPECT_DOUBLE_EQ(currentTextHeight(), before);
-    EXPECT_EQ(DimStyleMgr::GetCurrentDimStyle(drawing()), L"");
+    EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), before);
 }
 
-TEST_F(DimStylesTest, MakingCurrentCopiesBeforeItClosesTheStyle)
-{
-    make({});
-    EXPECT_THAT(only(tracedCalls([] { DimStyleMgr::SetCurrentDimStyle(L"House", 1, nullptr); }),
-                     {"KdDbSymbolTable::getAt", "KdDbDatabase::setDimstyle",
-                      "KdDbDatabase::setDimstyleData"}),
-                ElementsAre(::testing::StartsWith("KdDbSymbolTable::getAt"),
-                            ::testing::StartsWith("KdDbDatabase::setDimstyle("),
-                            ::testing::StartsWith("KdDbDatabase::setDimstyleData(")));
-}
-
-// Look-ups ----------------------------------------------------------------------------------------
-
-TEST_F(DimStylesTest, LooksUpByNameInAnyCase)
-{
-    make({});
-    const KdDbObjectId house = styleId();
-    KdDbObjectId id = house;
-    EXPECT_EQ(DimStyleMgr::GetDimStyleId(id, nullptr, drawing()), 0);
-    EXPECT_EQ(id, house) << "untouched";
-    EXPECT_EQ(DimStyleMgr::GetDimStyleId(id, L"HOUSE", drawing()), 1);
-    EXPECT_EQ(id, house);
-    EXPECT_EQ(DimStyleMgr::GetDimStyleId(id, L"Lost", drawing()), 0);
-    EXPECT_TRUE(id.isNull());
-    EXPECT_EQ(DimStyleMgr::FindDimStyle(L"house", drawing()), 1);
-    EXPECT_EQ(DimStyleMgr::DimISExist(L"Lost", drawing()), 0);
-    const Opened<KdDbObject> writer(house, KdDb::kForWrite);
-    EXPECT_EQ(DimStyleMgr::DimISExist(L"house", drawing()), 1);
-    EXPECT_TRUE(DimStyleMgr::GetDimStyleId(L"House", drawing()).isNull()) << "cannot be read";
-}
-
-TEST_F(DimStylesTest, ListsEveryNameBehindWhatIsThere)
-{
-    make({.name = L"标注"});
-    CStringArray names;
-    names.Add(L"first");
-    EXPECT_EQ(DimStyleMgr::GetDimStyleNameFromDrawing(names, nullptr), 0);
-    EXPECT_EQ(DimStyleMgr::GetDimStyleNameFromDrawing(names, drawing()), 1);
-    ASSERT_EQ(names.GetSize(), 3);
-    EXPECT_EQ(names[0], L"first");
-    EXPECT_EQ(names[2], L"标注");
-}
+// Single values -----------------------------------------------------------------------------------
 
 TEST_F(DimStylesTest, SingleValuesHaveDefaultsOfTheirOwn)
 {
     make({.textHeight = 9});
-    KdCmColor red;
-    red.setColorIndex(1);
-    Opened<Style>(styleId(), KdDb::kForWrite)->setDimclrt(red);
-    unsigned short color = 0;
-    double height = 0;
-    EXPECT_EQ(DimStyleMgr::GetDimStyleTextColor(L"House", color, drawing()), 1);
-    EXPECT_EQ(DimStyleMgr::GetDimStyleTextHeight(L"House", height, drawing()), 1);
-    EXPECT_EQ(color, 1);
-    EXPECT_DOUBLE_EQ(height, 9);
-
+    Opened<Style>(styleId(), KdDb::kForWrite)->setDimclrt(colorOf(1));
+    const auto colorAndHeight = [](const wchar_t* name, int result) {
+        unsigned short color = 0;
+        double height = 0;
+        EXPECT_EQ(DimStyleMgr::GetDimStyleTextColor(name, color, drawing()), result);
+        EXPECT_EQ(DimStyleMgr::GetDimStyleTextHeight(name, height, drawing()), result);
+        return std::pair(int(color), height);
+    };
+    EXPECT_EQ(colorAndHeight(L"House", 1), std::pair(1, 9.0));
     const Opened<KdDbObject> writer(styleId(), KdDb::kForWrite);
-    for (const wchar_t* name : {L"House", L"Lost", L""}) {
-        EXPECT_EQ(DimStyleMgr::GetDimStyleTextColor(name, color, drawing()), 0);
-        EXPECT_EQ(DimStyleMgr::GetDimStyleTextHeight(name, height, drawing()), 0);
-        EXPECT_EQ(color, 7);
-        EXPECT_DOUBLE_EQ(height, 3.5);
-        color = 0;
-        height = 0;
-    }
+    for (const wchar_t* name : {L"House", L"Lost", L""})
+        EXPECT_EQ(colorAndHeight(name, 0), std::pair(7, 3.5));
+
     CString textStyle = L"kept";
     for (const wchar_t* name : {L"House", L"Lost", static_cast<const wchar_t*>(nullptr)})
         EXPECT_EQ(DimStyleMgr::GetTextStyleFromDim(textStyle, name, drawing()), 0);
@@ -367,28 +251,23 @@ TEST_F(DimStylesTest, LineColorsOfUnknownStylesAreNoFailure)
 {
     make({});
     DimStyleMgr::SetCurrentDimStyle(L"House", 0, nullptr);
-    KdCmColor red, blue;
-    red.setColorIndex(1);
-    blue.setColorIndex(5);
     {
         const Opened<Style> style(styleId(), KdDb::kForWrite);
-        style->setDimclrd(red);
-        style->setDimclre(blue);
+        style->setDimclrd(colorOf(1));
+        style->setDimclre(colorOf(5));
     }
-    for (const wchar_t* name : {L"House", L""}) {
-        unsigned short color = 99;
-        EXPECT_EQ(DimStyleMgr::GetCurrentDimclrd(color, name, drawing()), 1);
-        EXPECT_EQ(color, 1);
-        EXPECT_EQ(DimStyleMgr::GetCurrentDimclre(color, name, drawing()), 1);
-        EXPECT_EQ(color, 5);
-    }
-    unsigned short color = 99;
-    EXPECT_EQ(DimStyleMgr::GetCurrentDimclrd(color, L"Lost", drawing()), 1);
-    EXPECT_EQ(DimStyleMgr::GetCurrentDimclre(color, L"Lost", drawing()), 1);
+    const auto lineColors = [](const wchar_t* name, int result) {
+        std::vector<unsigned short> colors{99, 99};
+        EXPECT_EQ(DimStyleMgr::GetCurrentDimclrd(colors[0], name, drawing()), result);
+        EXPECT_EQ(DimStyleMgr::GetCurrentDimclre(colors[1], name, drawing()), result);
+        return colors;
+    };
+    EXPECT_THAT(lineColors(L"House", 1), ElementsAre(1, 5));
+    EXPECT_THAT(lineColors(L"", 1), ElementsAre(1, 5));
+    EXPECT_THAT(lineColors(L"Lost", 1), ElementsAre(99, 99));
     const Opened<KdDbObject> writer(styleId(), KdDb::kForWrite);
-    EXPECT_EQ(DimStyleMgr::GetCurrentDimclrd(color, L"House", drawing()), 0);
-    EXPECT_EQ(DimStyleMgr::GetCurrentDimclre(color, L"", drawing()), 0);
-    EXPECT_EQ(color, 99);
+    EXPECT_THAT(lineColors(L"House", 0), ElementsAre(99, 99));
+    EXPECT_THAT(lineColors(L"", 0), ElementsAre(99, 99));
 
     CString font = L"kept";
     EXPECT_EQ(DimStyleMgr::GetCurrentDimTextstyleFontName(font, L"House", drawing()), 1);
@@ -405,27 +284,29 @@ int runningTransactions()
 TEST_F(DimStylesTest, TheScaleIsReadAndSetInATransaction)
 {
     make({});
-    const std::vector<std::string_view> steps = {
-        "KdDbTransactionManager::startTransaction", "KdDbSymbolTable::getAt",
-        "KdDbTransactionManager::getObject", "KdDbTransactionManager::endTransaction"};
+    const std::string start = "KdDbTransactionManager::startTransaction";
+    const std::string lookUp = "KdDbSymbolTable::getAt";
+    const std::string open = "KdDbTransactionManager::getObject";
+    const std::string end = "KdDbTransactionManager::endTransaction";
     const auto operations = [&](const std::function<void()>& scenario) {
-        std::vector<std::string> names;
-        for (const std::string& call : only(tracedCalls(scenario), steps))
-            names.push_back(call.substr(call.find("::") + 2, call.find('(') - call.find("::") - 2));
+        std::vector<std::string> names = tracedOperations(scenario);
+        std::erase_if(names, [&](const std::string& name) {
+            return name != start && name != lookUp && name != open && name != end;
+        });
         return names;
     };
     EXPECT_THAT(operations([] { DimStyleMgr::SetDimScale(L"House", 2.5, drawing()); }),
-                ElementsAre("getAt", "startTransaction", "getObject", "endTransaction"));
+                ElementsAre(lookUp, start, open, end));
     EXPECT_THAT(operations([] {
                     EXPECT_DOUBLE_EQ(DimStyleMgr::GetDimStyleDimScale(L"HOUSE", drawing()), 2.5);
                 }),
-                ElementsAre("startTransaction", "getAt", "getObject", "endTransaction"));
+                ElementsAre(start, lookUp, open, end));
     EXPECT_THAT(operations([] {
                     EXPECT_DOUBLE_EQ(DimStyleMgr::GetDimStyleDimScale(L"Lost", drawing()), 1.0);
                 }),
-                ElementsAre("startTransaction", "getAt", "endTransaction"));
+                ElementsAre(start, lookUp, end));
     EXPECT_THAT(operations([] { EXPECT_EQ(DimStyleMgr::SetDimScale(L"Lost", 2.5, drawing()), 0); }),
-                ElementsAre("getAt"));
+                ElementsAre(lookUp));
     EXPECT_EQ(runningTransactions(), 0);
     EXPECT_THAT(korra::fatalStops(), IsEmpty());
 }
@@ -433,24 +314,15 @@ TEST_F(DimStylesTest, TheScaleIsReadAndSetInATransaction)
 TEST_F(DimStylesTest, AScaleThatCannotBeReachedStopsTheHost)
 {
     make({});
-    const auto stop = [](int line, Kdapi::ErrorStatus status) {
-        CString text;
-        text.Format(L"!orvex_until@%d: %s", line, kdapiErrorStatusText(status));
-        return std::wstring(text.GetString());
-    };
-    {
-        const Opened<KdDbObject> writer(drawing()->dimStyleTableId(), KdDb::kForWrite);
+    for (const KdDbObjectId locked : {drawing()->dimStyleTableId(), styleId()}) {
+        const Opened<KdDbObject> writer(locked, KdDb::kForWrite);
         EXPECT_DOUBLE_EQ(DimStyleMgr::GetDimStyleDimScale(L"House", drawing()), 1.0);
         EXPECT_EQ(DimStyleMgr::SetDimScale(L"House", 2.5, drawing()), 0);
     }
-    const Opened<KdDbObject> writer(styleId(), KdDb::kForWrite);
-    EXPECT_DOUBLE_EQ(DimStyleMgr::GetDimStyleDimScale(L"House", drawing()), 1.0);
-    EXPECT_EQ(DimStyleMgr::SetDimScale(L"House", 2.5, drawing()), 0);
-
-    EXPECT_THAT(korra::fatalStops(), ElementsAre(stop(1911, Kdapi::eWasOpenForWrite),
-                                                 stop(1946, Kdapi::eWasOpenForWrite),
-                                                 stop(1928, Kdapi::eWasOpenForWrite),
-                                                 stop(1963, Kdapi::eWasOpenForWrite)));
+    const std::wstring reason = std::wstring(L": ") + kdapiErrorStatusText(Kdapi::eWasOpenForWrite);
+    EXPECT_THAT(korra::fatalStops(),
+                ElementsAre(L"!orvex_until@1911" + reason, L"!orvex_until@1946" + reason,
+                            L"!orvex_until@1928" + reason, L"!orvex_until@1963" + reason));
     EXPECT_EQ(runningTransactions(), 0);
 }
 
@@ -458,21 +330,13 @@ TEST_F(DimStylesTest, AScaleThatCannotBeReachedStopsTheHost)
 
 TEST_F(DimStylesTest, LeaveNothingOpenWhateverFails)
 {
-    const auto nothing = [] { return 0; };
     const auto house = [] { return make({}); };
-    sweepFaults<int>(nothing, [](int) { make({.textStyle = L"Standard"}); });
+    sweepFaults<int>([] { return 0; }, [](int) { make({.textStyle = L"Standard"}); });
     sweepFaults<int>(house, [](int) {
         make({});
         change({.textStyle = L"Standard"});
         change({.name = L"Lost"});
-    });
-    sweepFaults<int>(house, [](int) {
         DimStyleMgr::SetCurrentDimStyle(L"House", 1, nullptr);
-        DimStyleMgr::GetCurrentDimStyle(drawing());
-        DimStyleMgr::FindDimStyle(L"House", drawing());
-        styleId();
-        CStringArray names;
-        DimStyleMgr::GetDimStyleNameFromDrawing(names, drawing());
     });
     sweepFaults<int>(house, [](int) {
         unsigned short color = 0;

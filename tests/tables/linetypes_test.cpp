@@ -1,10 +1,12 @@
 #include "orvex/linetypes.h"
 #include "orvex/system_variables.h"
 
+#include "support/drawing.h"
 #include "support/host_test.h"
 #include "support/modules.h"
 #include "support/opened.h"
 #include "support/support_folder.h"
+#include "tables/messages.h"
 
 using namespace tests;
 using support::Opened;
@@ -17,11 +19,6 @@ namespace {
 constexpr const char* kMetricFile = "*A,metric\nA,10,-2\n*D,damaged\nA,ten\n";
 constexpr const char* kImperialFile = "*A,imperial\nA,1,-0.5\n*B,imperial alone\nA,3,-1\n"
                                       "*D,whole\nA,1,-1\n";
-
-KdDbDatabase* drawing()
-{
-    return kddbHostApplicationServices()->workingDatabase();
-}
 
 /// The length of a linetype's pattern; -1 when the drawing lacks it.
 double patternLength(const wchar_t* name)
@@ -45,10 +42,6 @@ protected:
     {
         HostTest::SetUp();
         folder_.use();
-    }
-
-    void writeBothFiles() const
-    {
         folder_.write("korraiso.lin", kMetricFile);
         folder_.write("korra.lin", kImperialFile);
     }
@@ -75,6 +68,16 @@ TEST_F(LinetypesTest, LooksUpByNameInAnyCaseButNotTrimmed)
     EXPECT_EQ(id, continuous) << "untouched";
 }
 
+TEST_F(LinetypesTest, ListsEveryNameBehindWhatIsThere)
+{
+    CStringArray names;
+    names.Add(L"first");
+    EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, nullptr), 0);
+    EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, drawing()), 1);
+    ASSERT_EQ(names.GetSize(), 4);
+    EXPECT_EQ(names[0] + names[1] + names[2] + names[3], L"firstByBlockByLayerContinuous");
+}
+
 TEST_F(LinetypesTest, SaysWhyALinetypeHasNoId)
 {
     const KdDbObjectId continuous = drawing()->continuousLinetype();
@@ -92,30 +95,15 @@ TEST_F(LinetypesTest, SaysWhyALinetypeHasNoId)
     EXPECT_TRUE(id.isNull());
 }
 
-TEST_F(LinetypesTest, ListsEveryNameBehindWhatIsThere)
-{
-    CStringArray names;
-    names.Add(L"first");
-    EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, nullptr), 0);
-    EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, drawing()), 1);
-    EXPECT_EQ(names[0], L"first");
-    std::vector<std::string> listed;
-    for (INT_PTR i = 1; i < names.GetSize(); ++i)
-        listed.push_back(narrow(names[i].MakeUpper()));
-    EXPECT_THAT(listed, ::testing::UnorderedElementsAre("BYBLOCK", "BYLAYER", "CONTINUOUS"));
-}
-
-struct Loading {
-    const char* what;
-    const wchar_t* name;
-    KdDb::MeasurementValue measurement;
-    int result;
-    double length;
-};
-
 TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
 {
-    const Loading cases[] = {
+    struct {
+        const char* what;
+        const wchar_t* name;
+        KdDb::MeasurementValue measurement;
+        int result;
+        double length;
+    } const cases[] = {
         {"metric first", L"A", KdDb::kMetric, 1, 12},
         {"imperial first", L"A", KdDb::kEnglish, 1, 1.5},
         {"any other number is imperial", L"A", KdDb::MeasurementValue(2), 1, 1.5},
@@ -125,13 +113,13 @@ TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
         {"blanks alone", L"  ", KdDb::kMetric, 0, -1},
         {"no name", L"", KdDb::kEnglish, 0, -1},
     };
-    for (const Loading& loading : cases) {
-        SCOPED_TRACE(loading.what);
+
+    for (const auto& [what, name, measurement, result, length] : cases) {
+        SCOPED_TRACE(what);
         startFreshHost();
         folder_.use();
-        writeBothFiles();
-        EXPECT_EQ(load(loading.name, loading.measurement), loading.result);
-        EXPECT_DOUBLE_EQ(patternLength(CString(loading.name).Trim()), loading.length);
+        EXPECT_EQ(load(name, measurement), result);
+        EXPECT_DOUBLE_EQ(patternLength(CString(name).Trim()), length);
         EXPECT_EQ(printed(), "");
         EXPECT_EQ(fileDialogs(), 1);
     }
@@ -139,7 +127,6 @@ TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
 
 TEST_F(LinetypesTest, LoadsAgainOnlyWhenTold)
 {
-    writeBothFiles();
     ASSERT_EQ(load(L"A", KdDb::kMetric), 1);
     EXPECT_THAT(tracedOperations([&] { EXPECT_EQ(load(L" a ", KdDb::kEnglish), 1); }),
                 ::testing::Not(::testing::Contains("kdedFindFile")));
@@ -150,50 +137,44 @@ TEST_F(LinetypesTest, LoadsAgainOnlyWhenTold)
 
 TEST_F(LinetypesTest, SaysInWhichFilesALinetypeIsMissing)
 {
-    writeBothFiles();
+    const std::string metric = folder_.pathOf("korraiso.lin");
+    const std::string imperial = folder_.pathOf("korra.lin");
     EXPECT_EQ(load(L" Zigzag", KdDb::kMetric), 0);
-    EXPECT_EQ(printed(), "Can't load \"Zigzag\" linetype in file " +
-                             folder_.pathOf("korraiso.lin") + " or " + folder_.pathOf("korra.lin") +
-                             ", this type line type undefined !\n");
+    EXPECT_EQ(printed(), missingLinetype("Zigzag", metric, imperial));
     EXPECT_EQ(load(L"Zigzag", KdDb::kEnglish), 0);
-    EXPECT_THAT(printed(), HasSubstr("in file " + folder_.pathOf("korra.lin") + " or " +
-                                     folder_.pathOf("korraiso.lin") + ","));
+    EXPECT_EQ(printed(), missingLinetype("Zigzag", imperial, metric));
 }
 
 TEST_F(LinetypesTest, SaysWhichFileIsMissing)
 {
+    const std::string noMetricFile = "\nlineType file \"korraiso.lin\" scan not be found！";
+    startFreshHost();
     EXPECT_EQ(load(L"A", KdDb::kEnglish), 0);
-    EXPECT_EQ(printed(), "\nlineType file \"korraiso.lin\" scan not be found！"
-                         "\nlineType file \"korra.lin\" scan not be found！"
-                         "Can't load \"A\" linetype in file  or , this type line type undefined "
-                         "!\n");
+    EXPECT_EQ(printed(), noMetricFile + "\nlineType file \"korra.lin\" scan not be found！" +
+                             missingLinetype("A", "", ""));
 
-    folder_.write("korra.lin", kImperialFile);
+    const SupportFolder imperial;
+    imperial.use();
+    imperial.write("korra.lin", kImperialFile);
     EXPECT_EQ(load(L"B", KdDb::kMetric), 1);
-    EXPECT_EQ(printed(), "\nlineType file \"korraiso.lin\" scan not be found！");
+    EXPECT_EQ(printed(), noMetricFile);
 
     EXPECT_EQ(load(L"Zigzag", KdDb::kEnglish), 0);
-    EXPECT_EQ(printed(), "\nlineType file \"korraiso.lin\" scan not be found！"
-                         "Can't load \"Zigzag\" linetype in file " +
-                             folder_.pathOf("korra.lin") +
-                             " or , this type line type undefined !\n");
+    EXPECT_EQ(printed(),
+              noMetricFile + missingLinetype("Zigzag", imperial.pathOf("korra.lin"), ""));
 }
 
 TEST_F(LinetypesTest, FileDialogsAreOffWhileLoadingAlone)
 {
-    writeBothFiles();
-    const auto calls = only(tracedCalls([&] { load(L"A", KdDb::kMetric); }),
-                            {"kdedSetVar", "kdedFindFile", "KdDbDatabase::loadLineTypeFile"});
-    ASSERT_EQ(calls.size(), 5u);
-    EXPECT_THAT(calls.front(), HasSubstr("kdedSetVar(\"FILEDIA\""));
-    EXPECT_THAT(calls[1], HasSubstr("korraiso.lin"));
-    EXPECT_THAT(calls[2], HasSubstr("korra.lin"));
-    EXPECT_THAT(calls.back(), HasSubstr("kdedSetVar(\"FILEDIA\""));
+    EXPECT_THAT(only(tracedCalls([&] { load(L"A", KdDb::kMetric); }),
+                     {"kdedSetVar", "kdedFindFile", "KdDbDatabase::loadLineTypeFile"}),
+                ElementsAre(HasSubstr("kdedSetVar(\"FILEDIA\""), HasSubstr("korraiso.lin"),
+                            HasSubstr("korra.lin"), HasSubstr("loadLineTypeFile"),
+                            HasSubstr("kdedSetVar(\"FILEDIA\"")));
 }
 
 TEST_F(LinetypesTest, FileDialogsComeBackWhateverFails)
 {
-    writeBothFiles();
     platform::countCalls();
     load(L"A", KdDb::kMetric, 1);
     const std::size_t callsBeforeRestoring = platform::callsCounted() - 2;
@@ -227,7 +208,6 @@ TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
 
 TEST_F(LinetypesTest, LeaveNothingOpenWhateverFails)
 {
-    writeBothFiles();
     const auto prepare = [&] { return folder_.use(), 0; };
     sweepFaults<int>(prepare, [&](int) {
         load(L"B", KdDb::kMetric);

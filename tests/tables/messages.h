@@ -17,6 +17,14 @@ inline std::string localised(unsigned int id, const wchar_t* name)
     return narrow(text);
 }
 
+/// What is printed about a linetype that neither file defines.
+inline std::string missingLinetype(const std::string& name, const std::string& firstFile,
+                                   const std::string& secondFile)
+{
+    return "Can't load \"" + name + "\" linetype in file " + firstFile + " or " + secondFile +
+           ", this type line type undefined !\n";
+}
+
 /// Result and printed text of a scenario, once for each of its host calls with that call failing.
 /// Each run has a fresh host; `prepare` runs unharmed.
 inline std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,

@@ -35,16 +35,7 @@ Copied copyAt(const std::string& input)
     return copied;
 }
 
-class PickCopiesTest : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        scene_ = makePickScene();
-    }
-
-    PickScene scene_;
-};
+class PickCopiesTest : public PickSceneTest {};
 
 TEST_F(PickCopiesTest, ATopLevelEntityIsCopiedAsItIs)
 {
@@ -82,8 +73,8 @@ TEST_F(PickCopiesTest, TheCopyOfALightPolylineIsThePickedSegment)
     EXPECT_EQ(straight.as<KdDbLine>().endPoint(), KdGePoint3d(10, 50, 0));
 
     const Copied curved = copyAt("15,55");
-    KdGePoint3d start, end;
     const auto& arc = curved.as<KdDbArc>();
+    KdGePoint3d start, end;
     arc.getStartPoint(start);
     arc.getEndPoint(end);
     EXPECT_TRUE(start.isEqualTo({10, 50, 0}));
@@ -91,15 +82,10 @@ TEST_F(PickCopiesTest, TheCopyOfALightPolylineIsThePickedSegment)
     EXPECT_NEAR(arc.radius(), 5.0, 1e-12);
 }
 
-TEST_F(PickCopiesTest, CtrlDoesNotSnap)
-{
-    EXPECT_EQ(copyAt("\\ctrl 9.99,0").point, KdGePoint3d(9.99, 0, 0));
-}
-
-TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcs)
+TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcsAndDoNotSnap)
 {
     moveUcs(3, 0);
-    EXPECT_EQ(copyAt("1,0").point, KdGePoint3d(4, 0, 0));
+    EXPECT_EQ(copyAt("\\ctrl 6.99,0").point, KdGePoint3d(9.99, 0, 0));
 }
 
 TEST_F(PickCopiesTest, TheIdFormKeepsNoCopy)
@@ -140,19 +126,10 @@ TEST_F(PickCopiesTest, AKeywordAsksForANumber)
 
 TEST_F(PickCopiesTest, LeaveNothingOpenOrAliveWhateverFails)
 {
-    const auto onModelTab = [] { return makePickScene(); };
-    const auto onSheet = [] {
-        const PickScene scene = makePickScene();
-        goToSheet();
-        return scene;
-    };
-    const auto pickAt = [](const char* input) {
-        return [input](const PickScene&) { copyAt(input); };
-    };
-    sweepFaults<PickScene>(onModelTab, pickAt("109,0"));
-    sweepFaults<PickScene>(onModelTab, pickAt("15,55"));
-    sweepFaults<PickScene>(onSheet, pickAt("318,100"));
-    sweepFaults<PickScene>(onModelTab, [](const PickScene&) {
+    for (const char* input : {"109,0", "15,55"})
+        sweepFaults<PickScene>(makePickScene, [=](const PickScene&) { copyAt(input); });
+    sweepFaults<PickScene>(makePickSceneUnderSheet, [](const PickScene&) { copyAt("318,100"); });
+    sweepFaults<PickScene>(makePickScene, [](const PickScene&) {
         korra::queueInput("Value");
         korra::queueInput("2.5");
         KdDbObjectId id;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/host_test.h"
+#include "support/objects.h"
 
 /// What the pick tests pick in, all on the model tab:
 ///   a line from (0,0) to (10,0);
@@ -15,16 +16,6 @@ struct PickScene {
     KdDbObjectId oldPolyline;
 };
 
-inline KdDbObjectId addOldPolyline()
-{
-    auto* polyline = new KdDb2dPolyline;
-    for (const double x : {0.0, 10.0}) {
-        auto* vertex = new KdDbVertex({x, 80, 0}, 0.0);
-        polyline->appendVertex(vertex);
-    }
-    return tests::addEntity(polyline);
-}
-
 inline PickScene makePickScene()
 {
     PickScene scene;
@@ -38,7 +29,10 @@ inline PickScene makePickScene()
     polyline->addVertexAt(1, {10, 50}, 1.0);
     polyline->addVertexAt(2, {10, 60});
     scene.polyline = tests::addEntity(polyline);
-    scene.oldPolyline = addOldPolyline();
+    auto* oldPolyline = new KdDb2dPolyline;
+    for (const double x : {0.0, 10.0})
+        oldPolyline->appendVertex(new KdDbVertex({x, 80, 0}, 0.0));
+    scene.oldPolyline = tests::addEntity(oldPolyline);
     return scene;
 }
 
@@ -46,19 +40,43 @@ inline PickScene makePickScene()
 /// the sheet's (100,100).
 inline KdDbObjectId goToSheet()
 {
-    resbuf off{};
-    off.restype = RTSHORT;
-    EXPECT_EQ(kdedSetVar(L"TILEMODE", &off), RTNORM);
-    auto* viewport = new KdDbViewport;
-    viewport->setCenterPoint({100, 100, 0});
-    viewport->setWidth(600);
-    viewport->setHeight(400);
-    viewport->setViewHeight(200);
-    viewport->setNumber(2);
-    return tests::addEntity(viewport);
+    EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
+    return tests::addEntity(tests::newWindow(2, {100, 100, 0}, 600, 400, 200));
+}
+
+inline PickScene makePickSceneUnderSheet()
+{
+    const PickScene scene = makePickScene();
+    goToSheet();
+    return scene;
 }
 
 inline void moveUcs(double x, double y)
 {
     EXPECT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({x, y, 0})), Kdapi::eOk);
+}
+
+class PickSceneTest : public tests::HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        scene_ = makePickScene();
+    }
+
+    PickScene scene_;
+};
+
+/// Runs a scenario with one fallible host call after the other failing, in the end with none, and
+/// each time the check behind it.
+inline void failEachCall(const std::function<void()>& scenario, const std::function<void()>& check)
+{
+    bool delivered = true;
+    for (std::size_t call = 1; delivered; ++call) {
+        platform::failCall(call, platform::Fault::status);
+        scenario();
+        delivered = platform::faultDelivered();
+        platform::releaseCalls();
+        check();
+    }
 }

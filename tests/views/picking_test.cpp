@@ -2,7 +2,6 @@
 #include "orvex/picking.h"
 
 #include "pick_scene.h"
-#include "support/opened.h"
 #include "support/resbuf_list.h"
 
 #include "platform/input.h"
@@ -31,14 +30,8 @@ Picked pickBoth(const std::string& input)
     return picked;
 }
 
-class PickingTest : public HostTest {
+class PickingTest : public PickSceneTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        scene_ = makePickScene();
-    }
-
     void TearDown() override
     {
         platform::releaseKeys();
@@ -46,28 +39,29 @@ protected:
         platform::setMousePresent(true);
         HostTest::TearDown();
     }
-
-    PickScene scene_;
 };
 
-TEST_F(PickingTest, ATopLevelEntityIsBothOuterAndNested)
+/// Picks a line of the scene, perhaps a nested one, where it shows its own point (4,0).
+Picked pickLine(const std::string& input, KdDbObjectId id, KdDbObjectId nested,
+                KdDbObjectId viewport, const KdGePoint3d& point)
 {
-    const Picked picked = pickBoth("4,0");
+    SCOPED_TRACE(input);
+    const Picked picked = pickBoth(input);
     EXPECT_EQ(picked.status, RTNORM);
-    EXPECT_EQ(picked.id, scene_.line);
-    EXPECT_EQ(picked.nested, scene_.line);
-    EXPECT_TRUE(picked.viewport.isNull());
-    EXPECT_EQ(picked.point, KdGePoint3d(4, 0, 0));
-    EXPECT_EQ(picked.transform, KdGeMatrix3d::kIdentity);
+    EXPECT_EQ(picked.id, id);
+    EXPECT_EQ(picked.nested, nested);
+    EXPECT_EQ(picked.viewport, viewport);
+    EXPECT_EQ(picked.point, point);
+    EXPECT_TRUE((picked.transform * KdGePoint3d(4, 0, 0)).isEqualTo(point));
+    return picked;
 }
 
 TEST_F(PickingTest, ANestedEntityComesWithItsOutermostReferenceAndTransform)
 {
-    const Picked picked = pickBoth("109,0");
-    EXPECT_EQ(picked.status, RTNORM);
-    EXPECT_EQ(picked.id, scene_.reference);
-    EXPECT_EQ(picked.nested, scene_.nestedLine);
-    EXPECT_TRUE(picked.transform.isEqualTo(KdGeMatrix3d::translation({105, 0, 0})));
+    const Picked flat = pickLine("4,0", scene_.line, scene_.line, {}, {4, 0, 0});
+    EXPECT_EQ(flat.transform, KdGeMatrix3d::kIdentity);
+    const Picked nested = pickLine("109,0", scene_.reference, scene_.nestedLine, {}, {109, 0, 0});
+    EXPECT_TRUE(nested.transform.isEqualTo(KdGeMatrix3d::translation({105, 0, 0})));
 }
 
 TEST_F(PickingTest, AVertexIsNestedInItsPolyline)
@@ -75,7 +69,6 @@ TEST_F(PickingTest, AVertexIsNestedInItsPolyline)
     const Picked picked = pickBoth("4,80");
     EXPECT_EQ(picked.status, RTNORM);
     EXPECT_EQ(picked.id, scene_.oldPolyline);
-    ASSERT_NE(picked.nested.objectClass(), nullptr);
     EXPECT_EQ(picked.nested.objectClass(), KdDbVertex::desc());
 }
 
@@ -84,12 +77,11 @@ TEST_F(PickingTest, PointsAreInTheWorldWhateverTheUcs)
     moveUcs(3, 0);
     EXPECT_EQ(pickBoth("1,0").point, KdGePoint3d(4, 0, 0));
 
-    KdDbObjectId id, viewport;
-    KdGePoint3d point(5, 0, 0);
-    KdGeMatrix3d transform;
-    EXPECT_EQ(NEntSelP(L"", id, viewport, point, 1, transform), RTNORM);
-    EXPECT_EQ(id, scene_.line);
-    EXPECT_EQ(point, KdGePoint3d(5, 0, 0));
+    Picked silent;
+    silent.point.set(5, 0, 0);
+    EXPECT_EQ(NEntSelP(L"", silent.id, silent.viewport, silent.point, 1, silent.transform), RTNORM);
+    EXPECT_EQ(silent.id, scene_.line);
+    EXPECT_EQ(silent.point, KdGePoint3d(5, 0, 0));
 
     kds_name name{};
     double userPoint[3];
@@ -109,19 +101,8 @@ TEST_F(PickingTest, CtrlSnapsBeforeTheSecondPick)
 TEST_F(PickingTest, ThroughAViewportTheTopIsTheModelsEntityAndTheTransformEndsOnTheSheet)
 {
     const KdDbObjectId viewport = goToSheet();
-    const Picked flat = pickBoth("108,100"); // model (4,0)
-    EXPECT_EQ(flat.status, RTNORM);
-    EXPECT_EQ(flat.id, scene_.line);
-    EXPECT_EQ(flat.nested, scene_.line);
-    EXPECT_EQ(flat.viewport, viewport);
-    EXPECT_EQ(flat.point, KdGePoint3d(108, 100, 0));
-    EXPECT_TRUE((flat.transform * KdGePoint3d(4, 0, 0)).isEqualTo({108, 100, 0}));
-
-    const Picked nested = pickBoth("318,100"); // model (109,0)
-    EXPECT_EQ(nested.id, scene_.reference);
-    EXPECT_EQ(nested.nested, scene_.nestedLine);
-    EXPECT_EQ(nested.viewport, viewport);
-    EXPECT_TRUE((nested.transform * KdGePoint3d(4, 0, 0)).isEqualTo({318, 100, 0}));
+    pickLine("108,100", scene_.line, scene_.line, viewport, {108, 100, 0});
+    pickLine("318,100", scene_.reference, scene_.nestedLine, viewport, {318, 100, 0});
 }
 
 TEST_F(PickingTest, TheHostsPromptIsShownForAnEmptyOne)
@@ -137,25 +118,20 @@ TEST_F(PickingTest, TheHostsPromptIsShownForAnEmptyOne)
 
 TEST_F(PickingTest, AnEndWithoutAPickIsToldByTheInput)
 {
-    struct {
-        const char* input;
-        int entSel;
-        int copy;
-    } const cases[] = {{"", RTNONE, RTNONE},          {"\\space", RTNONE, RTNONE},
-                       {"\\right", RTNONE, RTNONE},   {"\\miss", RTERROR, RTERROR},
-                       {"500,500", RTERROR, RTERROR}, {"\\esc", RTCAN, RTCAN}};
-
-    for (const auto& [input, entSel, copy] : cases) {
+    const std::pair<const char*, int> cases[] = {{"", RTNONE},         {"\\space", RTNONE},
+                                                 {"\\right", RTNONE},  {"\\miss", RTERROR},
+                                                 {"500,500", RTERROR}, {"\\esc", RTCAN}};
+    for (const auto& [input, status] : cases) {
         SCOPED_TRACE(input);
         const Picked picked = pickBoth(input);
-        EXPECT_EQ(picked.status, entSel);
+        EXPECT_EQ(picked.status, status);
         EXPECT_TRUE(picked.id.isNull() && picked.nested.isNull());
         EXPECT_EQ(picked.point, KdGePoint3d(-7, -7, -7));
 
         korra::queueInput(input);
         KdDbEntity* entity = nullptr;
         KdGePoint3d point;
-        EXPECT_EQ(rx_entsel(nullptr, entity, point, nullptr), copy);
+        EXPECT_EQ(rx_entsel(nullptr, entity, point, nullptr), status);
         EXPECT_EQ(entity, nullptr);
     }
 }
@@ -232,70 +208,51 @@ TEST_F(PickingTest, TheCallerOwnsTheChainOfContainers)
 
 TEST_F(PickingTest, ANameWithoutAnIdPrintsAndLeavesTheOutputs)
 {
-    platform::countCalls();
-    KdDbObjectId id, viewport;
-    KdGePoint3d point(4, 0, 0);
-    KdGeMatrix3d transform;
-    NEntSelP(L"", id, viewport, point, 1, transform);
-    const std::size_t calls = platform::callsCounted();
+    Picked picked;
     int messages = 0;
-    for (std::size_t call = 1; call <= calls; ++call) {
-        id = viewport = KdDbObjectId();
-        point.set(4, 0, 0);
-        printed();
-        platform::failCall(call, platform::Fault::status);
-        const int status = NEntSelP(L"", id, viewport, point, 1, transform);
-        platform::releaseCalls();
+    const auto pick = [&] {
+        picked = {};
+        picked.point.set(4, 0, 0);
+        picked.status =
+            NEntSelP(L"", picked.id, picked.viewport, picked.point, 1, picked.transform);
+    };
+    failEachCall(pick, [&] {
         if (const std::string text = printed(); !text.empty()) {
             ++messages;
             EXPECT_THAT(text, ::testing::StartsWith("\nFailure: "));
-            EXPECT_EQ(status, RTNORM);
-            EXPECT_TRUE(id.isNull());
-            EXPECT_EQ(point, KdGePoint3d(4, 0, 0));
+            EXPECT_EQ(picked.status, RTNORM);
+            EXPECT_TRUE(picked.id.isNull());
+            EXPECT_EQ(picked.point, KdGePoint3d(4, 0, 0));
         }
-    }
+    });
     EXPECT_EQ(messages, 1);
 }
 
 TEST_F(PickingTest, AFailedSecondPickKeepsTheFirst)
 {
-    platform::countCalls();
-    pickBoth("4,0");
-    const std::size_t calls = platform::callsCounted();
+    Picked picked;
     int failedSecond = 0;
-    for (std::size_t call = 1; call <= calls; ++call) {
-        platform::failCall(call, platform::Fault::status);
-        const Picked picked = pickBoth("4,0");
-        platform::releaseCalls();
-        korra::queueInput("\\esc"); // what a pick that failed before its prompt has left
-        KdDbObjectId id;
-        KdGePoint3d point;
-        while (EntSel_(L"", id, point) != RTCAN) {
-        }
-        if (picked.status == RTNORM || picked.id.isNull())
-            continue;
-        ++failedSecond;
-        EXPECT_EQ(picked.id, scene_.line);
-        EXPECT_EQ(picked.nested, scene_.line) << "the first pick stands in";
-    }
+    failEachCall([&] { picked = pickBoth("4,0"); },
+                 [&] {
+                     korra::queueInput(
+                         "\\esc"); // what a pick that failed before its prompt has left
+                     while (pickBoth("4,0").status != RTCAN) {
+                     }
+                     if (picked.status == RTNORM || picked.id.isNull())
+                         return;
+                     ++failedSecond;
+                     EXPECT_EQ(picked.id, scene_.line);
+                     EXPECT_EQ(picked.nested, scene_.line) << "the first pick stands in";
+                 });
     EXPECT_GT(failedSecond, 0);
 }
 
 TEST_F(PickingTest, LeaveNothingOpenWhateverFails)
 {
-    const auto onModelTab = [] { return makePickScene(); };
-    const auto onSheet = [] {
-        const PickScene scene = makePickScene();
-        goToSheet();
-        return scene;
-    };
-    const auto pickAt = [](const char* input) {
-        return [input](const PickScene&) { pickBoth(input); };
-    };
-    sweepFaults<PickScene>(onModelTab, pickAt("\\ctrl 109,0"));
-    sweepFaults<PickScene>(onModelTab, pickAt("4,80"));
-    sweepFaults<PickScene>(onSheet, pickAt("318,100"));
-    sweepFaults<PickScene>(onModelTab, [](const PickScene&) {
+    for (const char* input : {"\\ctrl 109,0", "4,80"})
+        sweepFaults<PickScene>(makePickScene, [=](const PickScene&) { pickBoth(input); });
+    sweepFaults<PickScene>(makePickSceneUnderSheet, [](const PickScene&) { pickBoth("318,100"); });
+    sweepFaults<PickScene>(makePickScene, [](const PickScene&) {
         KdDbObjectId id, viewport, nested;
         KdGePoint3d point;
         KdGeMatrix3d transform;

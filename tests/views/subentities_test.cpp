@@ -4,6 +4,7 @@
 #include "support/resbuf_list.h"
 
 #include <memory>
+#include <utility>
 
 using namespace tests;
 using support::ResbufList;
@@ -18,6 +19,8 @@ struct Info {
     short marker = -1;
     KdGePoint3d point{-1, -1, -1};
     KdGeVector3d direction{-1, -1, -1};
+
+    bool operator==(const Info&) const = default;
 
     int read(resbuf* list)
     {
@@ -41,21 +44,10 @@ resbuf* description(int method, bool withDirection)
     return list;
 }
 
-class SubentitiesTest : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        scene_ = makePickScene();
-    }
-
-    PickScene scene_;
-};
+class SubentitiesTest : public PickSceneTest {};
 
 TEST_F(SubentitiesTest, ADescriptionGivesNameMarkerAndPickPoint)
 {
-    const KdGePoint3d untouchedPoint(-1, -1, -1);
-    const KdGeVector3d untouchedVector(-1, -1, -1);
     for (const int method : {1, 4, 0, 2, 3}) {
         for (const bool withDirection : {true, false}) {
             SCOPED_TRACE(method);
@@ -67,9 +59,9 @@ TEST_F(SubentitiesTest, ADescriptionGivesNameMarkerAndPickPoint)
             EXPECT_THAT(info.first, ::testing::ElementsAre(11, 22));
             EXPECT_THAT(info.second, ::testing::ElementsAre(11, 22));
             EXPECT_EQ(info.marker, 5);
-            EXPECT_EQ(info.point, byPick ? KdGePoint3d(1, 2, 3) : untouchedPoint);
+            EXPECT_EQ(info.point, byPick ? KdGePoint3d(1, 2, 3) : Info().point);
             EXPECT_EQ(info.direction,
-                      byPick && withDirection ? KdGeVector3d::kZAxis : untouchedVector);
+                      byPick && withDirection ? KdGeVector3d::kZAxis : Info().direction);
         }
     }
 }
@@ -81,30 +73,25 @@ TEST_F(SubentitiesTest, AnotherListIsRefusedWithoutWriting)
         const ResbufList list(nodes);
         Info info;
         EXPECT_EQ(info.read(list.get()), 0);
-        EXPECT_EQ(info.method, -1);
-        EXPECT_EQ(info.first[0], -1);
-        EXPECT_EQ(info.marker, -1);
+        EXPECT_EQ(info, Info());
     }
 }
 
-std::unique_ptr<KdDbEntity> edgeAt(KdDbObjectId id, const KdGePoint3d& point, int expectedStatus,
-                                   KdGeMatrix3d* transform = nullptr)
+std::unique_ptr<KdDbLine> edgeAt(KdDbObjectId id, const KdGePoint3d& point, int expectedStatus,
+                                 KdGeMatrix3d* transform = nullptr)
 {
     KdDbEntity* edge = nullptr;
     EXPECT_EQ(GetSubEntByPt(id, point, edge, transform), expectedStatus);
-    return std::unique_ptr<KdDbEntity>(edge);
+    EXPECT_TRUE(!edge || edge->isKindOf(KdDbLine::desc()));
+    return std::unique_ptr<KdDbLine>(static_cast<KdDbLine*>(edge));
 }
 
 TEST_F(SubentitiesTest, TheEdgeUnderAPointIsCopied)
 {
     const auto edge = edgeAt(scene_.polyline, {4, 50, 0}, RTNORM);
-    const auto* curve = KdDbCurve::cast(edge.get());
-    ASSERT_NE(curve, nullptr);
-    KdGePoint3d start, end;
-    curve->getStartPoint(start);
-    curve->getEndPoint(end);
-    EXPECT_TRUE(start.isEqualTo({0, 50, 0}));
-    EXPECT_TRUE(end.isEqualTo({10, 50, 0}));
+    ASSERT_TRUE(edge);
+    EXPECT_TRUE(edge->startPoint().isEqualTo({0, 50, 0}));
+    EXPECT_TRUE(edge->endPoint().isEqualTo({10, 50, 0}));
 }
 
 TEST_F(SubentitiesTest, TheEntityExaminedIsTheOneAtThePoint)
@@ -112,9 +99,8 @@ TEST_F(SubentitiesTest, TheEntityExaminedIsTheOneAtThePoint)
     moveUcs(100, 0);
     KdGeMatrix3d transform;
     const auto edge = edgeAt(scene_.line, {9, 0, 0}, RTNORM, &transform); // world (109,0)
-    const auto* line = KdDbLine::cast(edge.get());
-    ASSERT_NE(line, nullptr);
-    EXPECT_TRUE(line->startPoint().isEqualTo({105, 0, 0}));
+    ASSERT_TRUE(edge);
+    EXPECT_TRUE(edge->startPoint().isEqualTo({105, 0, 0}));
     EXPECT_TRUE(transform.isEqualTo(KdGeMatrix3d::translation({105, 0, 0})));
 }
 
@@ -127,18 +113,14 @@ TEST_F(SubentitiesTest, NoIdAndNoSelectionAreNone)
 TEST_F(SubentitiesTest, AFailedSilentPickIsCancelled)
 {
     bool cancelled = false;
-    platform::countCalls();
-    edgeAt(scene_.line, {4, 0, 0}, RTNORM);
-    const std::size_t calls = platform::callsCounted();
-    for (std::size_t call = 1; call <= calls; ++call) {
-        KdDbEntity* edge = nullptr;
-        platform::failCall(call, platform::Fault::status);
-        const int status = GetSubEntByPt(scene_.line, {4, 0, 0}, edge, nullptr);
-        platform::releaseCalls();
-        EXPECT_EQ(edge != nullptr && status != RTNORM, false);
+    KdDbEntity* edge = nullptr;
+    int status = RTNORM;
+    const auto pick = [&] { status = GetSubEntByPt(scene_.line, {4, 0, 0}, edge, nullptr); };
+    failEachCall(pick, [&] {
+        EXPECT_FALSE(edge && status != RTNORM);
         cancelled |= status == RTCAN;
-        delete edge;
-    }
+        delete std::exchange(edge, nullptr);
+    });
     EXPECT_TRUE(cancelled);
 }
 

@@ -1,26 +1,19 @@
 #include "orvex/viewports.h"
 
 #include "support/host_test.h"
-#include "support/opened.h"
+#include "support/objects.h"
 
 #include <cmath>
 #include <numbers>
 
 using namespace tests;
-using support::Opened;
 
 namespace {
 
 /// A square window of 100 about (100, 100) that shows 50 model units from above.
 KdDbViewport* newViewport()
 {
-    auto* viewport = new KdDbViewport;
-    viewport->setCenterPoint({100, 100, 0});
-    viewport->setWidth(100);
-    viewport->setHeight(100);
-    viewport->setViewHeight(50);
-    viewport->setNumber(2);
-    return viewport;
+    return newWindow(2, {100, 100, 0}, 100, 100, 50);
 }
 
 /// Where a viewport shows a model point on its sheet.
@@ -31,71 +24,37 @@ KdGePoint3d shown(KdDbViewport& viewport, const KdGePoint3d& point)
     return matrix * point;
 }
 
-std::string text(const KdGePoint3d& point)
-{
-    std::ostringstream stream;
-    stream << point.x << ' ' << point.y << ' ' << point.z;
-    return stream.str();
-}
-
-#define EXPECT_POINT(actual, expected)                                                             \
-    EXPECT_TRUE((actual).isEqualTo(expected)) << text(actual) << " instead of " << text(expected)
-
 class ViewportsTest : public HostTest {};
 
 TEST_F(ViewportsTest, ShowsModelPointsWhereTheViewPutsThem)
 {
-    struct {
+    const struct {
         const char* what;
-        void (*change)(KdDbViewport&);
+        KdGeVector3d direction;
+        KdGePoint2d center;
+        KdGePoint3d target;
+        double twist;
         KdGePoint3d model;
         KdGePoint3d sheet;
-    } const cases[] = {
-        {"from above, the middle", [](KdDbViewport&) {}, {0, 0, 0}, {100, 100, 0}},
-        {"from above, two for one", [](KdDbViewport&) {}, {10, 5, 0}, {120, 110, 0}},
-        {"from below, mirrored",
-         [](KdDbViewport& v) {
-             v.setViewDirection({0, 0, -1});
-         },
-         {10, 5, 0},
-         {80, 110, 0}},
-        {"from the front",
-         [](KdDbViewport& v) {
-             v.setViewDirection({0, -3, 0});
-         },
-         {10, 99, 5},
-         {120, 110, 0}},
-        {"from the right",
-         [](KdDbViewport& v) {
-             v.setViewDirection({1, 0, 0});
-         },
-         {99, 10, 5},
-         {120, 110, 0}},
-        {"view centre",
-         [](KdDbViewport& v) {
-             v.setViewCenter({10, 0});
-         },
-         {10, 5, 0},
-         {100, 110, 0}},
-        {"target",
-         [](KdDbViewport& v) {
-             v.setViewTarget({10, 5, 7});
-         },
-         {10, 5, 0},
-         {100, 100, 0}},
-        {"twist",
-         [](KdDbViewport& v) { v.setTwistAngle(std::numbers::pi / 2); },
-         {10, 0, 0},
-         {100, 120, 0}},
+    } cases[] = {
+        {"from above", {0, 0, 1}, {}, {}, 0, {10, 5, 0}, {120, 110, 0}},
+        {"from below, mirrored", {0, 0, -1}, {}, {}, 0, {10, 5, 0}, {80, 110, 0}},
+        {"from the front", {0, -3, 0}, {}, {}, 0, {10, 99, 5}, {120, 110, 0}},
+        {"from the right", {1, 0, 0}, {}, {}, 0, {99, 10, 5}, {120, 110, 0}},
+        {"view centre", {0, 0, 1}, {10, 0}, {}, 0, {10, 5, 0}, {100, 110, 0}},
+        {"target", {0, 0, 1}, {}, {10, 5, 7}, 0, {10, 5, 0}, {100, 100, 0}},
+        {"twist", {0, 0, 1}, {}, {}, std::numbers::pi / 2, {10, 0, 0}, {100, 120, 0}},
     };
 
-    for (const auto& [what, change, model, sheet] : cases) {
-        SCOPED_TRACE(what);
+    for (const auto& each : cases) {
         const std::unique_ptr<KdDbViewport> viewport(newViewport());
-        change(*viewport);
-        KdGePoint3d seen = shown(*viewport, model);
+        viewport->setViewDirection(each.direction);
+        viewport->setViewCenter(each.center);
+        viewport->setViewTarget(each.target);
+        viewport->setTwistAngle(each.twist);
+        KdGePoint3d seen = shown(*viewport, each.model);
         seen.z = 0.0;
-        EXPECT_POINT(seen, sheet);
+        EXPECT_TRUE(seen.isEqualTo(each.sheet)) << each.what << ": " << seen.x << ' ' << seen.y;
     }
 }
 
@@ -104,14 +63,13 @@ TEST_F(ViewportsTest, PerspectiveMeasuresTheCameraByTheRawDirection)
     const std::unique_ptr<KdDbViewport> viewport(newViewport());
     viewport->setPerspectiveOn(true);
     viewport->setLensLength(50);
-    viewport->setViewDirection({0, 0, 200});
     // A point of the target's plane keeps its scale where the camera is one focal length away; at
     // the distance L it is seen L / f times smaller.
     const double focus = std::sqrt(2.0) * 50 * 50 / 42;
-    const double expected = 100 + 2 * 10 * focus / 200;
-    EXPECT_NEAR(shown(*viewport, {10, 0, 0}).x, expected, 1e-9);
-    viewport->setViewDirection({0, 0, 100});
-    EXPECT_NEAR(shown(*viewport, {10, 0, 0}).x, 100 + 2 * 10 * focus / 100, 1e-9);
+    for (const double distance : {200.0, 100.0}) {
+        viewport->setViewDirection({0, 0, distance});
+        EXPECT_NEAR(shown(*viewport, {10, 0, 0}).x, 100 + 2 * 10 * focus / distance, 1e-9);
+    }
 }
 
 TEST_F(ViewportsTest, BackAndForthIsTheIdentity)
@@ -165,24 +123,20 @@ struct Sheet {
 
 Sheet goToSheet()
 {
-    resbuf off{};
-    off.restype = RTSHORT;
-    EXPECT_EQ(kdedSetVar(L"TILEMODE", &off), RTNORM);
-    Sheet sheet;
-    sheet.first = addEntity(newViewport());
-    KdDbViewport* second = newViewport();
-    second->setCenterPoint({160, 100, 0});
-    second->setViewHeight(25);
-    second->setNumber(3);
-    sheet.second = addEntity(second);
-    return sheet;
+    EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
+    return {addEntity(newViewport()), addEntity(newWindow(3, {160, 100, 0}, 100, 100, 25))};
 }
 
-TEST_F(ViewportsTest, TheLastViewportAtAPointWins)
+TEST_F(ViewportsTest, TheLastViewportAtAPointWinsOnTheSheetAlone)
 {
+    const KdDbObjectId layer = database().clayer();
+    KdDbObjectId found = layer;
+    double scale = 7;
+    EXPECT_EQ(getViewPortIdIdByPoint(found, scale, {80, 100, 0}, &database()), 0);
+    EXPECT_EQ(found, layer) << "untouched on the model tab";
+    EXPECT_EQ(scale, 7);
+
     const Sheet sheet = goToSheet();
-    KdDbObjectId found;
-    double scale = 0;
     EXPECT_EQ(getViewPortIdIdByPoint(found, scale, {80, 100, 0}, &database()), 1);
     EXPECT_EQ(found, sheet.first);
     EXPECT_DOUBLE_EQ(scale, 2.0);
@@ -191,18 +145,9 @@ TEST_F(ViewportsTest, TheLastViewportAtAPointWins)
     EXPECT_DOUBLE_EQ(scale, 4.0);
 }
 
-TEST_F(ViewportsTest, NoViewportIsFoundOnTheModelTab)
+TEST_F(ViewportsTest, AnEnteredViewportHasAMatrixAndHidesTheOthers)
 {
-    KdDbObjectId found = database().clayer();
-    double scale = 7;
-    EXPECT_EQ(getViewPortIdIdByPoint(found, scale, {80, 100, 0}, &database()), 0);
-    EXPECT_EQ(found, database().clayer());
-    EXPECT_EQ(scale, 7);
-}
-
-TEST_F(ViewportsTest, NoViewportIsFoundWhileOneIsEntered)
-{
-    const Sheet sheet = goToSheet();
+    Sheet sheet = goToSheet();
     korra::queueInput("80,100");
     ASSERT_TRUE(korra::runCommand("MSPACE"));
     EXPECT_EQ(kdedGetCurViewportObjectId(), sheet.first);
@@ -210,9 +155,8 @@ TEST_F(ViewportsTest, NoViewportIsFoundWhileOneIsEntered)
     double scale = 7;
     EXPECT_EQ(getViewPortIdIdByPoint(found, scale, {80, 100, 0}, &database()), 0);
     KdGeMatrix3d current, first;
-    KdDbObjectId id = sheet.first;
     EXPECT_EQ(ms2ps(current), 1);
-    EXPECT_EQ(ms2ps(id, first), 1);
+    EXPECT_EQ(ms2ps(sheet.first, first), 1);
     EXPECT_EQ(current, first);
 }
 

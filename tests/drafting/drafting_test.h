@@ -1,0 +1,32 @@
+#pragma once
+
+#include "support/drawing.h"
+#include "support/host_test.h"
+
+/// Runs the commands of the add-on, loaded into a fresh host.
+class DraftingTest : public tests::HostTest {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        ASSERT_TRUE(kdrxLoadModule(L"drafting", false, false));
+        printed();
+    }
+
+    /// What a command prints behind its inputs.
+    static std::string run(const std::string& command, const std::vector<std::string>& inputs = {})
+    {
+        for (const std::string& input : inputs)
+            korra::queueInput(input);
+        EXPECT_TRUE(korra::runCommand(command));
+        return printed();
+    }
+
+    /// The last line that a command prints.
+    static std::string last(const std::string& command, const std::vector<std::string>& inputs)
+    {
+        std::string text = run(command, inputs);
+        text.erase(text.find_last_not_of('\n') + 1);
+        return text.substr(text.rfind('\n') + 1);
+    }
+};

@@ -1,0 +1,175 @@
+// Every field of an entity is read, copied and written: a copy, which has no text of its own, is
+// written with all that its original's text says.
+
+#include "dxf_samples.h"
+
+#include "support/host_test.h"
+
+#include <regex>
+
+namespace tests::dxf {
+namespace {
+
+/// Records that the entities name.
+constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1009; 0 ENDSEC
+0 SECTION; 2 TABLES
+0 TABLE; 2 LTYPE; 5 1
+0 LTYPE; 5 11; 2 DASHED; 70 0; 3; 72 65; 73 0; 40 0.0; 0 ENDTAB
+0 TABLE; 2 LAYER; 5 2
+0 LAYER; 5 12; 2 Walls; 70 0; 62 7; 6 DASHED; 0 ENDTAB
+0 TABLE; 2 STYLE; 5 3
+0 STYLE; 5 13; 2 Notes; 70 0; 40 0.0; 41 1.0; 50 0.0; 71 0; 3 txt; 4; 0 ENDTAB
+0 TABLE; 2 DIMSTYLE; 5 4
+0 DIMSTYLE; 105 14; 2 House; 70 0; 0 ENDTAB
+0 ENDSEC
+0 SECTION; 2 BLOCKS
+0 BLOCK; 5 21; 8 0; 2 Part; 70 0; 10 0.0; 20 0.0; 30 0.0; 0 ENDBLK; 5 22; 8 0
+0 BLOCK; 5 23; 8 0; 2 *D1; 70 1; 10 0.0; 20 0.0; 30 0.0; 0 ENDBLK; 5 24; 8 0
+0 ENDSEC
+0 SECTION; 2 ENTITIES
+)";
+
+constexpr std::string_view kEntity = "; 8 Walls; 6 DASHED; 62 3; 370 25; 48 2; 60 1";
+
+struct Kind {
+    std::string_view type;
+    std::string_view fields;      ///< none has its default, so that each is written
+    std::string_view others = ""; ///< its parts; for a record, tables with what it names
+};
+
+constexpr Kind kKinds[] = {
+    {"LINE", "39 1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 210 0; 220 1; 230 0"},
+    {"CIRCLE", "39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0"},
+    {"ARC", "39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0; 50 30; 51 90"},
+    {"POINT", "10 1; 20 2; 30 3; 39 1; 210 0; 220 1; 230 0"},
+    {"LWPOLYLINE",
+     "90 2; 70 1; 43 1; 38 2; 39 3; 10 1; 20 2; 40 3; 41 4; 42 0.5; 10 5; 20 6; 210 0; "
+     "220 1; 230 0"},
+    {"POLYLINE", "66 1; 10 0; 20 0; 30 2; 39 1; 70 1; 40 3; 41 4; 75 5; 210 0; 220 1; 230 0",
+     "0 VERTEX; 5 A1; 8 Walls; 10 1; 20 2; 30 3; 40 4; 41 5; 42 0.5; 70 16; 50 45\n"
+     "0 SEQEND; 5 A2\n"},
+    {"TEXT",
+     "39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; 71 2; 72 1; 11 "
+     "4; 21 5; 31 6; 210 0; 220 1; 230 0; 73 2"},
+    {"ATTDEF",
+     "39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; 71 2; 72 1; 11 "
+     "4; 21 5; 31 6; 210 0; 220 1; 230 0; 74 2; 3 which?; 2 TAG; 70 8; 73 12"},
+    {"MTEXT",
+     "10 1; 20 2; 30 3; 40 2.5; 41 30; 71 5; 72 3; 1 text; 7 Notes; 210 0; 220 1; 230 0; 11 "
+     "0; 21 0; 31 1; 73 2; 44 1.5"},
+    {"INSERT",
+     "66 1; 2 Part; 10 1; 20 2; 30 3; 41 4; 42 5; 43 6; 50 30; 70 2; 71 3; 44 7; 45 8; 210 "
+     "0; 220 1; 230 0",
+     "0 ATTRIB; 5 A1; 8 Walls; 10 1; 20 2; 30 3; 40 2.5; 1 value; 2 TAG; 70 8; 73 12\n"
+     "0 SEQEND; 5 A2\n"},
+    {"DIMENSION",
+     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 160; 1 <>; 71 6; 42 1.0980762113533156; 53 30; "
+     "51 15; 3 House; 210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30; 50 60"},
+    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 161; 1 <>; 71 6; 42 7; 53 30; 51 "
+                  "15; 3 House; 210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30"},
+    {"DIMENSION",
+     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 162; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; "
+     "210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 16 2; 26 2; 36 2"},
+    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 163; 1 <>; 71 6; 42 7; 53 30; 51 "
+                  "15; 3 House; 210 0; 220 1; 230 0; 15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 164; 1 <>; 71 6; 42 7; 53 30; 51 "
+                  "15; 3 House; 210 0; 220 1; 230 0; 15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION",
+     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 165; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; "
+     "210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1"},
+    {"VIEWPORT",
+     "10 1; 20 2; 30 3; 40 4; 41 5; 68 2; 69 3; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; "
+     "37 3; 42 35; 45 9; 51 30; 90 1"},
+};
+
+std::string noteOf(const Kind& kind)
+{
+    std::string note = "0 " + std::string(kind.type) + "; 5 A0" + std::string(kEntity) + "; ";
+    return note.append(kind.fields).append("\n").append(kind.others);
+}
+
+/// The text without what a copy has of its own: handles, the block of a dimension's graphics and
+/// the distance that was measured for them.
+std::string withoutIdentity(const std::string& text)
+{
+    static const std::regex identity("  5\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
+    return std::regex_replace(text, identity, "");
+}
+
+/// What stands behind a text up to the end of its section or table.
+std::string behind(const std::string& text, const std::string& original)
+{
+    const std::size_t place = text.find(original);
+    EXPECT_NE(place, std::string::npos) << text;
+    const std::size_t start = place + original.size();
+    return text.substr(start, text.find("  0\nEND", start) - start);
+}
+
+class DrawingCopies : public HostTest {
+protected:
+    void TearDown() override
+    {
+        kddbHostApplicationServices()->setWorkingDatabase(&database());
+        read_.reset();
+        HostTest::TearDown();
+    }
+
+    /// Reads a drawing, the working one from now on, and gives the object with the handle A0.
+    template <class T>
+    const T& read(const std::string& text)
+    {
+        auto database = readWhole(text);
+        kddbHostApplicationServices()->setWorkingDatabase(database.get());
+        read_ = std::move(database);
+        return *find<T>(*read_, 0xA0);
+    }
+
+    std::string saved() const { return korra::drawingText(*read_); }
+
+private:
+    std::unique_ptr<KdDbDatabase> read_;
+};
+
+TEST_F(DrawingCopies, OfEntitiesAreWrittenWithAllThatTheirOriginalsSay)
+{
+    for (const Kind& kind : kKinds) {
+        const std::string original = file(noteOf(kind));
+        const auto& entity = read<KdDbEntity>(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
+        addEntity(static_cast<KdDbEntity*>(entity.clone()));
+        EXPECT_EQ(withoutIdentity(behind(saved(), original)), withoutIdentity(original));
+    }
+}
+
+constexpr Kind kRecordKinds[] = {
+    {"LTYPE", "70 64; 3 _ _; 72 65; 73 2; 40 0.75; 49 0.5; 49 -0.25"},
+    {"LAYER", "70 5; 62 -3; 6 Dots; 290 0; 370 25",
+     "0 TABLE; 2 LTYPE; 0 LTYPE; 2 Dots; 0 ENDTAB\n"},
+    {"STYLE", "70 4; 40 2; 41 0.8; 50 15; 71 2; 42 3; 3 txt; 4 big"},
+    {"UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
+    {"VPORT",
+     "70 64; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; 37 3; 40 4; 41 1.5; 42 35; 51 30; 110 "
+     "1; 120 2; 130 3; 111 0; 121 1; 131 0; 112 0; 122 0; 132 1; 345 A0"},
+};
+
+TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
+{
+    for (const Kind& kind : kRecordKinds) {
+        const std::string type(kind.type);
+        const std::string original =
+            file("0 " + type + "; 5 A0; 2 Original; " + std::string(kind.fields) + '\n');
+        const auto& record =
+            read<KdDbSymbolTableRecord>(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
+                                             "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
+                                        original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
+        auto* copy = static_cast<KdDbSymbolTableRecord*>(record.clone());
+        EXPECT_EQ(copy->setName(L"Copy"), Kdapi::eOk);
+        KdDbObjectId id;
+        EXPECT_EQ(Open<KdDbSymbolTable>(record.ownerId())->add(id, copy), Kdapi::eOk);
+        copy->close();
+        EXPECT_EQ(withoutIdentity(replaced(behind(saved(), original), "Copy", "Original")),
+                  withoutIdentity(original));
+    }
+}
+
+} // namespace
+} // namespace tests::dxf

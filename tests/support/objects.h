@@ -1,0 +1,72 @@
+#pragma once
+
+#include "kd/db.h"
+#include "support/drawing.h"
+
+#include <gtest/gtest.h>
+
+namespace tests {
+
+/// An object that is open for a scope; what cannot be opened fails the test.
+template <class T>
+class Open {
+public:
+    explicit Open(KdDbObjectId id, KdDb::OpenMode mode = KdDb::kForWrite)
+    {
+        EXPECT_EQ(kddbOpenObject(object_, id, mode), Kdapi::eOk);
+    }
+
+    ~Open()
+    {
+        if (object_)
+            object_->close();
+    }
+
+    Open(const Open&) = delete;
+    Open& operator=(const Open&) = delete;
+
+    T* operator->() const { return object_; }
+
+    T& operator*() const { return *object_; }
+
+private:
+    T* object_ = nullptr;
+};
+
+/// Erases an object that nobody has open.
+inline void erase(KdDbObjectId id)
+{
+    EXPECT_EQ(Open<KdDbObject>(id)->erase(), Kdapi::eOk);
+}
+
+/// Adds a record with this name to a table of the working database.
+template <class Table, class Record>
+KdDbObjectId addRecord(const wchar_t* name)
+{
+    auto* record = new Record;
+    EXPECT_EQ(record->setName(name), Kdapi::eOk);
+    Table* table = nullptr;
+    EXPECT_EQ(
+        kddbHostApplicationServices()->workingDatabase()->getSymbolTable(table, KdDb::kForWrite),
+        Kdapi::eOk);
+    KdDbObjectId id;
+    EXPECT_EQ(table->add(id, record), Kdapi::eOk);
+    record->close();
+    table->close();
+    return id;
+}
+
+/// A window on the model, to be added to a sheet; its number is 2 or above.
+inline KdDbViewport* newWindow(short number, const KdGePoint3d& center, double width, double height,
+                               double viewHeight)
+{
+    auto* window = new KdDbViewport;
+    window->setNumber(number);
+    window->setCenterPoint(center);
+    window->setWidth(width);
+    window->setHeight(height);
+    window->setViewHeight(viewHeight);
+    return window;
+}
+
+} // namespace tests
