@@ -187,6 +187,7 @@ TEST_F(DataTest, CopyFromTakesTheFieldsAndLeavesThePlace)
     const Open<KdDbLine> target(id);
     const KdDbObjectId owner = target->ownerId();
     const std::unique_ptr<KdDbLine> line(new KdDbLine({0, 0, 0}, {7, 8, 9}));
+    EXPECT_EQ(target->copyFrom(nullptr), Kdapi::eNullObjectPointer);
     EXPECT_EQ(target->copyFrom(line.get()), Kdapi::eOk);
     EXPECT_EQ(target->objectId(), id);
     EXPECT_EQ(target->ownerId(), owner);

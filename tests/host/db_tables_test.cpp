@@ -167,6 +167,33 @@ TEST_F(BlockTest, AnEntityIsOwnedByTheBlockAndComplete)
     EXPECT_FALSE(line->linetypeId().isNull());
 }
 
+TEST_F(BlockTest, IteratorsOpenTheEntitiesInTheirOrder)
+{
+    const KdDbObjectId a = addLineTo(L"Bolt");
+    const KdDbObjectId b = addLineTo(L"Bolt");
+    const KdDbObjectId c = addLineTo(L"Bolt");
+    erase(b);
+    const auto walk = [](bool forward, bool skipErased) {
+        KdDbBlockTableRecordIterator* created = nullptr;
+        EXPECT_EQ(Block(blockId(L"Bolt"))->newIterator(created, forward, skipErased), Kdapi::eOk);
+        const std::unique_ptr<KdDbBlockTableRecordIterator> iterator(created);
+        std::vector<KdDbObjectId> ids;
+        KdDbObjectId id;
+        for (; iterator->getEntityId(id) == Kdapi::eOk; iterator->step(forward, skipErased)) {
+            KdDbEntity* entity = nullptr;
+            EXPECT_EQ(iterator->getEntity(entity, KdDb::kForRead, !skipErased), Kdapi::eOk);
+            ids.push_back(entity->objectId());
+            entity->close();
+        }
+        EXPECT_TRUE(iterator->done());
+        EXPECT_EQ(id, ids.back()) << "untouched";
+        return ids;
+    };
+    EXPECT_THAT(walk(true, true), ElementsAre(a, c));
+    EXPECT_THAT(walk(true, false), ElementsAre(a, b, c));
+    EXPECT_THAT(walk(false, true), ElementsAre(c, a));
+}
+
 TEST_F(BlockTest, WhatABlockRefusesStaysTheCallers)
 {
     addLineTo(L"Bolt");

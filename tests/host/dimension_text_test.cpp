@@ -48,6 +48,7 @@ TEST_F(DimensionTextTest, LengthsFollowTheStyle)
         {0.5, {{L"dimdec", 2}}, L"R0.50"},
         {0.5, {{L"dimdec", 2}, {L"dimzin", 4}}, L"R.50"},
         {0.5, {{L"dimdec", 2}, {L"dimzin", 8}}, L"R0.5"},
+        {30.0, {{L"dimdec", 2}, {L"dimzin", 8}}, L"R30"},
         {300.0, {{L"dimdec", 0}, {L"dimzin", 8}}, L"R300"},
         {12.3456, {{L"dimdec", 3}, {L"dimdsep", int{L','}}}, L"R12,346"},
         {12.3456, {{L"dimdec", 2}, {L"dimrnd", 0.25}}, L"R12.25"},

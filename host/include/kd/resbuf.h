@@ -52,9 +52,6 @@ struct resbuf {
     } resval;
 };
 
-/// A new node of the given type with a zero value and no successor; null when memory is short.
-resbuf* kdutNewRb(int type);
-
 /// Frees a whole list with the strings it holds; nothing for null. @return RTNORM
 int kdutRelRb(resbuf* list);
 

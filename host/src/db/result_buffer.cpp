@@ -167,11 +167,6 @@ resbuf* ResbufBuilder::release()
 
 } // namespace korra
 
-resbuf* kdutNewRb(int type)
-{
-    return platform::gate("kdutNewRb", type) ? nullptr : korra::newResbuf(type);
-}
-
 int kdutRelRb(resbuf* list)
 {
     while (list) {
