@@ -128,6 +128,17 @@ TEST_F(SystemVariablesTest, AFailureLeavesTheValueOrZeroesIt)
     }
 }
 
+TEST_F(SystemVariablesTest, TheResultTellsWhetherTheHostTookTheValue)
+{
+    tests::sweepFaults<int>([] { return 0; },
+                            [](int& done) { done = QmSysVarMgr::SetSysIntValue(33, L"OSMODE"); },
+                            [](int& done) {
+                                int value = 0;
+                                EXPECT_EQ(QmSysVarMgr::GetSysIntValue(value, L"OSMODE"), 1);
+                                EXPECT_EQ(value == 33, done == 1);
+                            });
+}
+
 TEST_F(SystemVariablesTest, TextsAreGivenBackWhateverFails)
 {
     tests::sweepFaults<int>([] { return 0; },

@@ -91,6 +91,11 @@ TEST_F(DrawingRoundTrip, AChangedValueChangesItsOwnTextAlone)
     EXPECT_EQ(changed<KdDbLine>(0x50, [&](auto& line) { line.setEndPoint(end); }),
               replaced(text, " 11\n12.0\n 21\n0.0\n", " 11\n12.0\n 21\n0.25\n"));
 
+    KdCmColor green;
+    green.setRGB(0, 255, 0);
+    EXPECT_EQ(changed<KdDbLayerTableRecord>(0x11, [&](auto& layer) { layer.setColor(green); }),
+              replaced(text, " 62\n     1\n420\n 16711680\n", " 62\n3\n420\n65280\n"));
+
     const std::string extended = changed<KdDbLine>(0x50, [](KdDbLine& line) {
         auto& data = ObjectAccess::extras(line).xData;
         std::ranges::find(data, 1040, &korra::TypedValue::code)->value = 0.75;
@@ -99,6 +104,16 @@ TEST_F(DrawingRoundTrip, AChangedValueChangesItsOwnTextAlone)
     });
     EXPECT_EQ(extended, replaced(replaced(text, "1040\n0.6250\n", "1040\n0.75\n"), "1071\n-70000\n",
                                  "1071\n-70000\n1070\n5\n"));
+}
+
+TEST_F(DrawingRoundTrip, AnExtendedValueGoesWithAllItsTags)
+{
+    const std::string text = changed<KdDbLine>(0x50, [](KdDbLine& line) {
+        std::erase_if(ObjectAccess::extras(line).xData,
+                      [](const auto& value) { return value.code == 1010; });
+        ObjectAccess::markChanged(line);
+    });
+    EXPECT_EQ(text, replaced(file(kModernSample), "1010\n1.00\n1020\n2.00\n1030\n3.00\n", ""));
 }
 
 TEST_F(DrawingRoundTrip, AFieldThatWasMissingComesBesideItsNeighbours)

@@ -87,6 +87,9 @@ TEST_F(PromptsTest, EachAnswerHasItsStatus)
         {{"any text"}, 128, L"Copy", RTSTR, L"any text"},
         {{"\\\\esc"}, 128, L"", RTSTR, L"\\esc"},
         {{"\\unknown"}, 128, L"", RTSTR, L"\\unknown"},
+        {{"\\escape"}, 128, L"", RTSTR, L"\\escape"},
+        {{"\\esc now"}, 128, L"", RTSTR, L"\\esc now"},
+        {{"\\ctrl"}, 128, L"", RTSTR, L"\\ctrl"}, // without its point
     };
 
     for (const auto& each : cases) {

@@ -184,9 +184,12 @@ TEST_F(PickingTest, TheExtendedFormsGiveTheCursorsPointWithoutAPick)
     EXPECT_EQ(rx_entsel_ext(nullptr, entity, point, id, nullptr), RTNONE);
     EXPECT_EQ(point, KdGePoint3d(53, 60, 0));
 
+    point.set(1, 2, 3);
     korra::queueInput("\\esc");
     EXPECT_EQ(EntSelExEx(L"", id, viewport, point, nested, transform), RTCAN);
-    EXPECT_EQ(point, KdGePoint3d(53, 60, 0));
+    korra::queueInput("\\esc");
+    EXPECT_EQ(rx_entsel_ext(nullptr, entity, point, id, nullptr), RTCAN);
+    EXPECT_EQ(point, KdGePoint3d(1, 2, 3)) << "untouched";
 }
 
 TEST_F(PickingTest, TheCallerOwnsTheChainOfContainers)

@@ -95,8 +95,6 @@ void DocumentManager::setCurrent(Document* document)
         return;
     current_ = document;
     host().services.setWorkingDatabase(document ? document->database() : nullptr);
-    for (DocumentObserver* observer : std::vector(observers_))
-        observer->currentDocumentChanged(document);
 }
 
 Document& DocumentManager::open(std::wstring name, std::unique_ptr<KdDbDatabase> database)

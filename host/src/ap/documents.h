@@ -55,9 +55,6 @@ public:
 
     /// The document is about to go; it is current and still in the list.
     virtual void documentClosing(Document& document) = 0;
-
-    /// Another document became current; null when none is left.
-    virtual void currentDocumentChanged(Document* document) { static_cast<void>(document); }
 };
 
 /// The open documents in the order of opening, the current one, their locks and who follows them.
