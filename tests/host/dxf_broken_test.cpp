@@ -151,10 +151,15 @@ std::string chainOfBlocks(int length, int times)
     return withBlocks(blocks);
 }
 
-TEST_F(BrokenDrawing, BlocksThatNestTooDeep)
+TEST_F(BrokenDrawing, BlocksThatNestTooDeepOrShowTooMuch)
 {
     readWhole(chainOfBlocks(500, 1));
-    readWhole(chainOfBlocks(60, 2)); // many references to one block are no depth
+    readWhole(chainOfBlocks(24, 2)); // many references to one block are no depth
+    EXPECT_THAT(refusal(chainOfBlocks(60, 2)),
+                ::testing::HasSubstr("the block \"B25\" shows more than 100000000 entities"));
+    EXPECT_EQ(refusal(withBlocks(block("A", "0 LINE\n") +
+                                 block("B", "0 INSERT; 2 A; 70 20000; 71 5000; 44 1; 45 1\n"))),
+              "14: the block \"B\" shows more than 100000000 entities");
     EXPECT_THAT(refusal(chainOfBlocks(100000, 1)),
                 ::testing::HasSubstr(" nests more than 500 blocks deep"));
 }

@@ -334,6 +334,9 @@ TEST_F(LayersTest, LeaveNothingOpenWhateverFails)
         QmLayerMgr::IsLayerOn(L"Walls", drawing());
         GetColorIndexFromLayer(L"Walls", drawing());
         GetLineWeightFromLayer(L"Walls", drawing());
+        KdDbLine line;
+        line.setLayer(id);
+        LayerIsLocked(&line);
     });
 }
 

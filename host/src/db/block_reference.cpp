@@ -18,9 +18,6 @@ namespace {
 
 platform::Tally objectIterators("object iterator");
 
-/// An array of more cells is a damaged file's: drawing it would take minutes.
-constexpr int kMostCells = 100'000;
-
 bool areAtRightAngles(const KdGeVector3d& a, const KdGeVector3d& b)
 {
     return std::abs(a.dotProduct(b)) <= 1e-9 * a.length() * b.length();
@@ -154,10 +151,8 @@ void KdDbBlockReference::draw(korra::DrawSink& sink) const
 {
     const KdGeMatrix3d toBlock = insertion();
     const KdGeMatrix3d toCell = definitionToCell();
-    const int columns = std::max<int>(columns_, 1);
-    const int rows = std::clamp<int>(rows_, 1, std::max(kMostCells / columns, 1));
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
+    for (int row = 0; row < rows(); ++row) {
+        for (int column = 0; column < columns(); ++column) {
             const KdGeVector3d offset(column * columnSpacing_, row * rowSpacing_, 0.0);
             sink.block(*this, block_, toBlock * KdGeMatrix3d::translation(offset) * toCell);
         }

@@ -140,6 +140,10 @@ public:
 
     static std::vector<KdDbVertex*>& vertices(KdDbVertexCurve& curve) { return curve.vertices_; }
 
+    static int columns(const KdDbBlockReference& reference) { return reference.columns(); }
+
+    static int rows(const KdDbBlockReference& reference) { return reference.rows(); }
+
     static std::vector<KdDbAttribute*>& attributes(KdDbBlockReference& reference)
     {
         return reference.attributes_;

@@ -5,6 +5,7 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 namespace korra {
@@ -13,14 +14,24 @@ namespace {
 /// Entities of blocks are drawn and picked recursively; real drawings stay below fifty levels.
 constexpr int kDeepestNesting = 500;
 
-/// The block that an entity shows; null for one that shows none.
-KdDbBlockTableRecord* blockShownBy(const KdDbObject* entity)
+/// A few references in each of a few dozen blocks could show more than anyone can draw.
+constexpr double kMostEntities = 1e8;
+
+/// The block that an entity shows, and how often; null for one that shows none.
+struct ShownBlock {
+    KdDbBlockTableRecord* block = nullptr;
+    double times = 1.0;
+};
+
+ShownBlock blockShownBy(const KdDbObject* entity)
 {
     if (const auto* reference = KdDbBlockReference::cast(entity))
-        return ObjectAccess::live<KdDbBlockTableRecord>(reference->blockTableRecord());
+        return {ObjectAccess::live<KdDbBlockTableRecord>(reference->blockTableRecord()),
+                static_cast<double>(ObjectAccess::columns(*reference)) *
+                    ObjectAccess::rows(*reference)};
     if (const auto* dimension = KdDbDimension::cast(entity))
-        return ObjectAccess::live<KdDbBlockTableRecord>(dimension->dimBlockId());
-    return nullptr;
+        return {ObjectAccess::live<KdDbBlockTableRecord>(dimension->dimBlockId())};
+    return {};
 }
 
 /// Walks every block to the blocks that it shows, without recursion: a file decides how deep.
@@ -38,52 +49,72 @@ public:
             const auto& entities = ObjectAccess::entities(*step.block);
             if (step.next == entities.size())
                 leave();
-            else if (auto* shown = blockShownBy(ObjectAccess::object(entities[step.next++])))
-                follow(*shown);
+            else
+                look(ObjectAccess::object(entities[step.next++]));
         }
     }
 
 private:
+    /// What drawing a block comes to.
+    struct Extent {
+        int depth = 1;         ///< levels of blocks
+        double entities = 0.0; ///< with those of the blocks that it shows
+    };
+
     struct Step {
         KdDbBlockTableRecord* block;
         std::size_t next = 0; ///< entity to look at
-        int depth = 1;        ///< levels of blocks from here on
+        double times = 1.0;   ///< that the entity looked at last shows its block
+        Extent extent = {};
     };
-
-    static constexpr int kOnPath = -1;
 
     void enter(KdDbBlockTableRecord& block)
     {
-        if (depths_.emplace(&block, kOnPath).second)
+        if (extents_.emplace(&block, std::nullopt).second)
             path_.push_back({&block});
+    }
+
+    void look(const KdDbObject* entity)
+    {
+        const ShownBlock shown = blockShownBy(entity);
+        Step& step = path_.back();
+        step.times = shown.times;
+        step.extent.entities += shown.times;
+        if (shown.block)
+            follow(*shown.block);
     }
 
     void follow(KdDbBlockTableRecord& shown)
     {
-        const auto known = depths_.find(&shown);
-        if (known == depths_.end())
+        const auto known = extents_.find(&shown);
+        if (known == extents_.end())
             enter(shown);
-        else if (known->second == kOnPath)
+        else if (!known->second)
             fail(shown, " contains itself");
         else
-            deepen(known->second + 1);
+            add(*known->second);
     }
 
-    void deepen(int depth)
+    /// Adds a block's extent to that of the block on the path that shows it.
+    void add(const Extent& shown)
     {
         if (path_.empty())
             return;
-        path_.back().depth = std::max(path_.back().depth, depth);
-        if (path_.back().depth > kDeepestNesting)
-            fail(*path_.back().block, " nests more than 500 blocks deep");
+        Step& step = path_.back();
+        step.extent.depth = std::max(step.extent.depth, shown.depth + 1);
+        step.extent.entities += step.times * shown.entities;
+        if (step.extent.depth > kDeepestNesting)
+            fail(*step.block, " nests more than 500 blocks deep");
     }
 
     void leave()
     {
         const Step done = path_.back();
         path_.pop_back();
-        depths_[done.block] = done.depth;
-        deepen(done.depth + 1);
+        if (done.extent.entities > kMostEntities)
+            fail(*done.block, " shows more than 100000000 entities");
+        extents_[done.block] = done.extent;
+        add(done.extent);
     }
 
     [[noreturn]] void fail(const KdDbBlockTableRecord& block, const char* what) const
@@ -104,7 +135,7 @@ private:
         }
         for (std::size_t index = 0; index < ids_.size(); ++index) {
             const KdDbObject* object = ObjectAccess::object(ids_[index]);
-            if (object->ownerId() == block.objectId() && blockShownBy(object))
+            if (object->ownerId() == block.objectId() && blockShownBy(object).block)
                 return file_.objects[index].line;
         }
         return 0;
@@ -113,7 +144,8 @@ private:
     const ReadFile& file_;
     const std::vector<KdDbObjectId>& ids_;
     std::vector<Step> path_;
-    std::unordered_map<const KdDbBlockTableRecord*, int> depths_;
+    std::unordered_map<const KdDbBlockTableRecord*, std::optional<Extent>>
+        extents_; ///< none: on path
 };
 
 } // namespace

@@ -70,6 +70,11 @@ protected:
 private:
     friend class korra::ObjectAccess;
 
+    // A file may say 0 for an array of one.
+    int columns() const { return columns_ > 0 ? columns_ : 1; }
+
+    int rows() const { return rows_ > 0 ? rows_ : 1; }
+
     /// From the cell's coordinates, base point at the origin, to those of the owning block.
     KdGeMatrix3d insertion() const;
     KdGeMatrix3d definitionToCell() const;
