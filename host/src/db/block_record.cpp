@@ -76,10 +76,7 @@ void KdDbBlockTableRecord::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbBlockTableRecord::setOrigin(const KdGePoint3d& origin)
 {
-    if (const auto status = beginChange())
-        return status;
-    origin_ = origin;
-    return Kdapi::eOk;
+    return set(origin_, origin);
 }
 
 bool KdDbBlockTableRecord::isAnonymous() const

@@ -56,20 +56,12 @@ KdGePoint3d KdDbBlockReference::position() const
 
 Kdapi::ErrorStatus KdDbBlockReference::setScaleFactors(const KdGeScale3d& scale)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (scale.sx == 0.0 || scale.sy == 0.0 || scale.sz == 0.0)
-        return Kdapi::eInvalidInput;
-    scale_ = scale;
-    return Kdapi::eOk;
+    return setIf(scale.sx != 0.0 && scale.sy != 0.0 && scale.sz != 0.0, scale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbBlockReference::setRotation(double rotation)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        rotation_ = rotation;
-    return status;
+    return set(rotation_, rotation);
 }
 
 KdGeMatrix3d KdDbBlockReference::insertion() const

@@ -49,22 +49,12 @@ KdDbObjectId KdDbDimension::dimensionStyle() const
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionStyle(KdDbObjectId style)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (style.isNull())
-        return Kdapi::eNullObjectId;
-    style_ = style;
-    return Kdapi::eOk;
+    return setIf(!style.isNull(), style_, style, Kdapi::eNullObjectId);
 }
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionText(const wchar_t* text)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!text)
-        return Kdapi::eInvalidInput;
-    text_ = text;
-    return Kdapi::eOk;
+    return setIf(text != nullptr, text_, text);
 }
 
 Kdapi::ErrorStatus KdDbDimension::recomputeDimBlock(bool force)

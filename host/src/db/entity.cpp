@@ -36,56 +36,32 @@ KdDbEntity::~KdDbEntity() = default;
 
 Kdapi::ErrorStatus KdDbEntity::setLayer(KdDbObjectId layer)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (layer.isNull())
-        return Kdapi::eNullObjectId;
-    layer_ = layer;
-    return Kdapi::eOk;
+    return setIf(!layer.isNull(), layer_, layer, Kdapi::eNullObjectId);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setColor(const KdCmColor& color)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    color_ = color;
-    return Kdapi::eOk;
+    return set(color_, color);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLinetype(KdDbObjectId linetype)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (linetype.isNull())
-        return Kdapi::eNullObjectId;
-    linetype_ = linetype;
-    return Kdapi::eOk;
+    return setIf(!linetype.isNull(), linetype_, linetype, Kdapi::eNullObjectId);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLinetypeScale(double scale)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(scale > 0.0))
-        return Kdapi::eInvalidInput;
-    linetypeScale_ = scale;
-    return Kdapi::eOk;
+    return setIf(scale > 0.0, linetypeScale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLineWeight(KdDb::LineWeight weight)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    lineWeight_ = static_cast<short>(weight);
-    return Kdapi::eOk;
+    return set(lineWeight_, static_cast<short>(weight));
 }
 
 Kdapi::ErrorStatus KdDbEntity::setVisibility(KdDb::Visibility visibility)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    visibility_ = static_cast<short>(visibility);
-    return Kdapi::eOk;
+    return set(visibility_, static_cast<short>(visibility));
 }
 
 void KdDbEntity::setDatabaseDefaults(KdDbDatabase* database)

@@ -39,12 +39,7 @@ void KdDbLayout::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbLayout::setLayoutName(const wchar_t* name)
 {
-    if (!name || !*name)
-        return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    name_ = name;
-    return Kdapi::eOk;
+    return setIf(name && *name, name_, name);
 }
 
 KdArray<KdDbObjectId> KdDbLayout::getViewportArray() const

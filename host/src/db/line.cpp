@@ -9,18 +9,12 @@ KDRX_DEFINE_MEMBERS(KdDbLine, KdDbCurve)
 
 Kdapi::ErrorStatus KdDbLine::setStartPoint(const KdGePoint3d& point)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        start_ = point;
-    return status;
+    return set(start_, point);
 }
 
 Kdapi::ErrorStatus KdDbLine::setEndPoint(const KdGePoint3d& point)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        end_ = point;
-    return status;
+    return set(end_, point);
 }
 
 std::unique_ptr<KdGeCurve3d> KdDbLine::geometry() const

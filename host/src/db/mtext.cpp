@@ -27,10 +27,7 @@ double KdDbMText::rotation() const
 
 Kdapi::ErrorStatus KdDbMText::setLocation(const KdGePoint3d& location)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        location_ = location;
-    return status;
+    return set(location_, location);
 }
 
 Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
@@ -47,60 +44,32 @@ Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
 
 Kdapi::ErrorStatus KdDbMText::setContents(const wchar_t* contents)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!contents)
-        return Kdapi::eInvalidInput;
-    contents_ = contents;
-    return Kdapi::eOk;
+    return setIf(contents != nullptr, contents_, contents);
 }
 
 Kdapi::ErrorStatus KdDbMText::setTextHeight(double height)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(height > 0.0))
-        return Kdapi::eInvalidInput;
-    textHeight_ = height;
-    return Kdapi::eOk;
+    return setIf(height > 0.0, textHeight_, height);
 }
 
 Kdapi::ErrorStatus KdDbMText::setWidth(double width)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(width >= 0.0))
-        return Kdapi::eInvalidInput;
-    width_ = width;
-    return Kdapi::eOk;
+    return setIf(width >= 0.0, width_, width);
 }
 
 Kdapi::ErrorStatus KdDbMText::setAttachment(short attachment)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (attachment < 1 || attachment > 9)
-        return Kdapi::eInvalidInput;
-    attachment_ = attachment;
-    return Kdapi::eOk;
+    return setIf(attachment >= 1 && attachment <= 9, attachment_, attachment);
 }
 
 Kdapi::ErrorStatus KdDbMText::setRotation(double rotation)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        direction_ = directionAt(normal_, rotation);
-    return status;
+    return set(direction_, directionAt(normal_, rotation));
 }
 
 Kdapi::ErrorStatus KdDbMText::setTextStyle(KdDbObjectId style)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (style.isNull())
-        return Kdapi::eNullObjectId;
-    textStyle_ = style;
-    return Kdapi::eOk;
+    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
 }
 
 double KdDbMText::actualWidth() const

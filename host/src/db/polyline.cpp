@@ -25,10 +25,7 @@ double onSegmentTolerance(const KdGePoint2d& point)
 
 Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        flags_ = static_cast<short>(closed ? flags_ | 1 : flags_ & ~1);
-    return status;
+    return set(flags_, static_cast<short>(closed ? flags_ | 1 : flags_ & ~1));
 }
 
 Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint2d& point,

@@ -76,68 +76,42 @@ void KdDbLayerTableRecord::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsOff(bool off)
 {
-    if (const auto status = beginChange())
-        return status;
-    off_ = off;
-    return Kdapi::eOk;
+    return set(off_, off);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsFrozen(bool frozen)
 {
-    if (const auto status = beginChange())
-        return status;
-    flags_ = withFlag(flags_, kFrozen, frozen);
-    return Kdapi::eOk;
+    return set(flags_, withFlag(flags_, kFrozen, frozen));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setVPDFLT(bool frozen)
 {
-    if (const auto status = beginChange())
-        return status;
-    flags_ = withFlag(flags_, kFrozenInNewViewports, frozen);
-    return Kdapi::eOk;
+    return set(flags_, withFlag(flags_, kFrozenInNewViewports, frozen));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsPlottable(bool plottable)
 {
-    if (const auto status = beginChange())
-        return status;
-    plottable_ = plottable;
-    return Kdapi::eOk;
+    return set(plottable_, plottable);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setLineWeight(KdDb::LineWeight weight)
 {
-    if (!korra::isStandardLineWeight(weight))
-        return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    lineWeight_ = static_cast<short>(weight);
-    return Kdapi::eOk;
+    return setIf(korra::isStandardLineWeight(weight), lineWeight_, static_cast<short>(weight));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsLocked(bool locked)
 {
-    if (const auto status = beginChange())
-        return status;
-    flags_ = withFlag(flags_, kLocked, locked);
-    return Kdapi::eOk;
+    return set(flags_, withFlag(flags_, kLocked, locked));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setColor(const KdCmColor& color)
 {
-    if (const auto status = beginChange())
-        return status;
-    color_ = color;
-    return Kdapi::eOk;
+    return set(color_, color);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setLinetypeObjectId(KdDbObjectId linetype)
 {
-    if (const auto status = beginChange())
-        return status;
-    linetype_ = linetype;
-    return Kdapi::eOk;
+    return set(linetype_, linetype);
 }
 
 void KdDbTextStyleTableRecord::fields(korra::FieldVisitor& visitor)
@@ -154,48 +128,31 @@ void KdDbTextStyleTableRecord::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setIsShapeFile(bool shapeFile)
 {
-    if (const auto status = beginChange())
-        return status;
-    flags_ = withFlag(flags_, kShapeFile, shapeFile);
-    return Kdapi::eOk;
+    return set(flags_, withFlag(flags_, kShapeFile, shapeFile));
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFileName(const wchar_t* fileName)
 {
     if (platform::gate("KdDbTextStyleTableRecord::setFileName", fileName) || !fileName)
         return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    fileName_ = fileName;
-    return Kdapi::eOk;
+    return set(fileName_, fileName);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setBigFontFileName(const wchar_t* fileName)
 {
     if (platform::gate("KdDbTextStyleTableRecord::setBigFontFileName", fileName) || !fileName)
         return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    bigFontFileName_ = fileName;
-    return Kdapi::eOk;
+    return set(bigFontFileName_, fileName);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setXScale(double scale)
 {
-    if (!(scale > 0.0))
-        return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    xScale_ = scale;
-    return Kdapi::eOk;
+    return setIf(scale > 0.0, xScale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setObliquingAngle(double radians)
 {
-    if (const auto status = beginChange())
-        return status;
-    oblique_ = radians;
-    return Kdapi::eOk;
+    return set(oblique_, radians);
 }
 
 void KdDbUCSTableRecord::fields(korra::FieldVisitor& visitor)
@@ -208,24 +165,15 @@ void KdDbUCSTableRecord::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setOrigin(const KdGePoint3d& origin)
 {
-    if (const auto status = beginChange())
-        return status;
-    origin_ = origin;
-    return Kdapi::eOk;
+    return set(origin_, origin);
 }
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setXAxis(const KdGeVector3d& axis)
 {
-    if (const auto status = beginChange())
-        return status;
-    xAxis_ = axis;
-    return Kdapi::eOk;
+    return set(xAxis_, axis);
 }
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setYAxis(const KdGeVector3d& axis)
 {
-    if (const auto status = beginChange())
-        return status;
-    yAxis_ = axis;
-    return Kdapi::eOk;
+    return set(yAxis_, axis);
 }

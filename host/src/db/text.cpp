@@ -35,86 +35,47 @@ KdGePoint3d KdDbText::alignmentPoint() const
 
 Kdapi::ErrorStatus KdDbText::setTextString(const wchar_t* text)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!text)
-        return Kdapi::eInvalidInput;
-    text_ = text;
-    return Kdapi::eOk;
+    return setIf(text != nullptr, text_, text);
 }
 
 Kdapi::ErrorStatus KdDbText::setPosition(const KdGePoint3d& position)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        position_ = KdGeMatrix3d::worldToPlane(normal_) * position;
-    return status;
+    return set(position_, KdGeMatrix3d::worldToPlane(normal_) * position);
 }
 
 Kdapi::ErrorStatus KdDbText::setAlignmentPoint(const KdGePoint3d& point)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        alignment_ = KdGeMatrix3d::worldToPlane(normal_) * point;
-    return status;
+    return set(alignment_, KdGeMatrix3d::worldToPlane(normal_) * point);
 }
 
 Kdapi::ErrorStatus KdDbText::setHeight(double height)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(height > 0.0))
-        return Kdapi::eInvalidInput;
-    height_ = height;
-    return Kdapi::eOk;
+    return setIf(height > 0.0, height_, height);
 }
 
 Kdapi::ErrorStatus KdDbText::setRotation(double rotation)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        rotation_ = rotation;
-    return status;
+    return set(rotation_, rotation);
 }
 
 Kdapi::ErrorStatus KdDbText::setWidthFactor(double factor)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(factor > 0.0))
-        return Kdapi::eInvalidInput;
-    widthFactor_ = factor;
-    return Kdapi::eOk;
+    return setIf(factor > 0.0, widthFactor_, factor);
 }
 
 Kdapi::ErrorStatus KdDbText::setHorizontalMode(short mode)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (mode < 0 || mode > kFit)
-        return Kdapi::eInvalidInput;
-    horizontalMode_ = mode;
-    return Kdapi::eOk;
+    return setIf(mode >= 0 && mode <= kFit, horizontalMode_, mode);
 }
 
 Kdapi::ErrorStatus KdDbText::setVerticalMode(short mode)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (mode < 0 || mode > 3)
-        return Kdapi::eInvalidInput;
-    verticalMode_ = mode;
-    return Kdapi::eOk;
+    return setIf(mode >= 0 && mode <= 3, verticalMode_, mode);
 }
 
 Kdapi::ErrorStatus KdDbText::setTextStyle(KdDbObjectId style)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (style.isNull())
-        return Kdapi::eNullObjectId;
-    textStyle_ = style;
-    return Kdapi::eOk;
+    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
 }
 
 Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)

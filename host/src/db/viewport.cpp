@@ -24,90 +24,57 @@ bool KdDbViewport::isOn() const
 
 Kdapi::ErrorStatus KdDbViewport::setCenterPoint(const KdGePoint3d& center)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        center_ = center;
-    return status;
+    return set(center_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setWidth(double width)
 {
-    return setPositive(width_, width);
+    return setIf(width > 0.0, width_, width);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setHeight(double height)
 {
-    return setPositive(height_, height);
+    return setIf(height > 0.0, height_, height);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewCenter(const KdGePoint2d& center)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        viewCenter_ = center;
-    return status;
+    return set(viewCenter_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewTarget(const KdGePoint3d& target)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        viewTarget_ = target;
-    return status;
+    return set(viewTarget_, target);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewDirection(const KdGeVector3d& direction)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (direction.isZeroLength())
-        return Kdapi::eInvalidInput;
-    viewDirection_ = direction;
-    return Kdapi::eOk;
+    return setIf(!direction.isZeroLength(), viewDirection_, direction);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewHeight(double height)
 {
-    return setPositive(viewHeight_, height);
+    return setIf(height > 0.0, viewHeight_, height);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setTwistAngle(double angle)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        twistAngle_ = angle;
-    return status;
+    return set(twistAngle_, angle);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setLensLength(double length)
 {
-    return setPositive(lensLength_, length);
+    return setIf(length > 0.0, lensLength_, length);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setPerspectiveOn(bool on)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        statusFlags_ = on ? statusFlags_ | 1 : statusFlags_ & ~1;
-    return status;
+    return set(statusFlags_, on ? statusFlags_ | 1 : statusFlags_ & ~1);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setNumber(short number)
 {
-    const auto status = beginChange();
-    if (status == Kdapi::eOk)
-        number_ = number;
-    return status;
-}
-
-Kdapi::ErrorStatus KdDbViewport::setPositive(double& member, double value)
-{
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!(value > 0.0))
-        return Kdapi::eInvalidInput;
-    member = value;
-    return Kdapi::eOk;
+    return set(number_, number);
 }
 
 Kdapi::ErrorStatus KdDbViewport::transformBy(const KdGeMatrix3d& matrix)

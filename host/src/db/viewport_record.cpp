@@ -36,10 +36,7 @@ void KdDbViewportTableRecord::fields(korra::FieldVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setCenterPoint(const KdGePoint2d& center)
 {
-    if (const auto status = beginChange())
-        return status;
-    center_ = center;
-    return Kdapi::eOk;
+    return set(center_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setHeight(double height)
@@ -56,38 +53,24 @@ Kdapi::ErrorStatus KdDbViewportTableRecord::setHeight(double height)
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setWidth(double width)
 {
-    if (!(width > 0.0))
-        return Kdapi::eInvalidView;
-    if (const auto status = beginChange())
-        return status;
-    aspect_ = width / height_;
-    return Kdapi::eOk;
+    return setIf(width > 0.0, aspect_, width / height_, Kdapi::eInvalidView);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setTarget(const KdGePoint3d& target)
 {
-    if (const auto status = beginChange())
-        return status;
-    target_ = target;
-    return Kdapi::eOk;
+    return set(target_, target);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setViewDirection(const KdGeVector3d& direction)
 {
     if (direction.isZeroLength())
         return Kdapi::eInvalidView;
-    if (const auto status = beginChange())
-        return status;
-    direction_ = direction;
-    return Kdapi::eOk;
+    return set(direction_, direction);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setViewTwist(double radians)
 {
-    if (const auto status = beginChange())
-        return status;
-    twist_ = radians;
-    return Kdapi::eOk;
+    return set(twist_, radians);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setUcs(KdDbObjectId namedSystem)

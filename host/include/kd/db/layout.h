@@ -60,8 +60,6 @@ protected:
     void draw(korra::DrawSink& sink) const override;
 
 private:
-    Kdapi::ErrorStatus setPositive(double& member, double value);
-
     KdGePoint3d center_;
     double width_ = 0.0;
     double height_ = 0.0;

@@ -96,8 +96,26 @@ protected:
     /// Called before the writer is closed or downgraded, when the object was changed.
     virtual void changesDone() {}
 
-    /// Every setter begins here: eNotOpenForWrite unless the object can be written.
+    /// Every change begins here: eNotOpenForWrite unless the object can be written.
     Kdapi::ErrorStatus beginChange();
+
+    /// Changes one field. @return eOk; eNotOpenForWrite
+    template <class Field, class Value>
+    Kdapi::ErrorStatus set(Field& field, const Value& value)
+    {
+        return setIf(true, field, value);
+    }
+
+    /// Changes one field to a value that it may have. @return eOk; `refusal`; eNotOpenForWrite
+    template <class Field, class Value>
+    Kdapi::ErrorStatus setIf(bool isValid, Field& field, const Value& value,
+                             Kdapi::ErrorStatus refusal = Kdapi::eInvalidInput)
+    {
+        const Kdapi::ErrorStatus status = isValid ? beginChange() : refusal;
+        if (status == Kdapi::eOk)
+            field = value;
+        return status;
+    }
 
 private:
     friend class korra::ObjectAccess;
