@@ -7,7 +7,8 @@
 /// Picking a copy of an entity.
 ///
 /// The copy is in no database, lies in the world of the current space, and belongs to the caller,
-/// who deletes it. Of a light polyline it is the picked segment alone, a line or an arc.
+/// who deletes it. Of a light polyline it is the picked segment alone, a line or an arc: the first
+/// one that the pick point is nearest to.
 ///
 /// The results of a pick are those of picking.h, but every end without a pick is RTNONE unless the
 /// primary button is held: then nothing was there, RTERROR. On any status other than RTNORM the
@@ -19,8 +20,8 @@
 /// @param ent  the copy
 /// @param pt  the picked point, world
 /// @param id  the picked entity itself
-/// @param outerId  the top-level entity that contains it, never a viewport; `id` when it is
-///                 contained in none
+/// @param outerId  the top-level entity that contains it, a viewport only while that cannot be
+///                 opened; `id` when it is contained in none
 /// @param xform  from the picked entity's coordinates to the copy's; may be null
 ORVEX_API int rx_entsel(const wchar_t* prompt, KdDbEntity*& ent, KdGePoint3d& pt, KdDbObjectId& id,
                         KdDbObjectId& outerId, KdGeMatrix3d* xform);

@@ -41,6 +41,8 @@ ORVEX_API int ads_nentselp_Ex(const wchar_t* prompt, kds_name entres, kds_name v
 
 /// Picks the top-level entity of the picked space: the outermost container, but never a viewport.
 /// @param prompt  null: the host's own
+/// @param entres  name of the top-level entity; of the innermost one, as the host gives it, while
+///                the viewport that was picked through cannot be opened
 /// @param ptres  three doubles: the picked point, user coordinates
 /// @return the host's status
 ORVEX_API int ads_entsel_Ex(const wchar_t* prompt, kds_name entres, double* ptres);

@@ -2,10 +2,13 @@
 
 #include "support/resource_handle.h"
 
-CString localisedText(UINT id, const wchar_t* builtIn)
+CString localisedText(UINT id, const wchar_t* builtIn, const CString& argument)
 {
     const HINSTANCE library = moduleResourceHandle();
     CString text;
     const BOOL found = library ? text.LoadString(library, id) : text.LoadString(id);
-    return found ? text : CString(builtIn);
+    if (!found)
+        text = builtIn;
+    text.Replace(L"%s", argument);
+    return text;
 }

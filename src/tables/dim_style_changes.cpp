@@ -183,8 +183,9 @@ int DimStyleMgr::ModifyDimStyle(CString styleName, CString textStyle, double tex
     const KdDbObjectId id = recordId(*table, styleName);
     if (id.isNull()) {
         table.close();
-        kdutPrintf(localisedText(108, L"\n当前数据库中不存在 \"%s\" 的标注样式!"),
-                   styleName.GetString());
+        const CString message =
+            localisedText(108, L"\n当前数据库中不存在 \"%s\" 的标注样式!", styleName);
+        kdutPrintf(L"%s", message.GetString());
         return 0;
     }
     const Opened<Style> style(id, KdDb::kForWrite);

@@ -35,5 +35,6 @@ void tables::appendRecordNames(CStringArray& names, const KdDbSymbolTable& table
 
 void tables::printStyleExists(const CString& name)
 {
-    kdutPrintf(localisedText(106, L"\n当前数据库中已经存在 \"%s\"的字体样式!"), name.GetString());
+    const CString message = localisedText(106, L"\n当前数据库中已经存在 \"%s\"的字体样式!", name);
+    kdutPrintf(L"%s", message.GetString());
 }

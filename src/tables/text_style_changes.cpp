@@ -178,7 +178,7 @@ int TxtStyleMgr::ModifyTextStyle(CString styleName, double widthFactor, double o
     }
     if (useWindowsFont && windowsFont.IsEmpty()) {
         table.close();
-        kdutPrintf(localisedText(107, L"\nwindow font can't be empty!"));
+        kdutPrintf(L"%s", localisedText(107, L"\nwindow font can't be empty!").GetString());
         return 0;
     }
     if (useWindowsFont ? !tables::fitsFaceName(windowsFont)

@@ -82,9 +82,10 @@ std::unique_ptr<KdDbEntity> newSegmentAt(const KdDbPolyline& polyline, const KdG
     KdGePoint3d nearest;
     if (polyline.getClosestPointTo(point, nearest, false) != Kdapi::eOk)
         return nullptr;
+    const KdGePoint3d inPlane = KdGeMatrix3d::worldToPlane(polyline.normal()) * nearest;
     for (unsigned int index = 0; index < polyline.numVerts(); ++index) {
         double param = 0.0;
-        if (polyline.onSegAt(index, KdGePoint2d(nearest.x, nearest.y), param))
+        if (polyline.onSegAt(index, KdGePoint2d(inPlane.x, inPlane.y), param))
             return newSegment(polyline, index);
     }
     return nullptr;

@@ -33,6 +33,12 @@ const resbuf* topLevel(const resbuf* chain)
     return inner;
 }
 
+bool isViewport(KdDbObjectId id)
+{
+    const KdRxClass* const description = id.objectClass();
+    return description && description->isDerivedFrom(KdDbViewport::desc());
+}
+
 bool isKeyHeld(int key)
 {
     return GetAsyncKeyState(key) < 0;

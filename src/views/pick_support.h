@@ -11,9 +11,12 @@ KdDbObjectId idOf(const kds_name name);
 /// The outermost container of a pick: the last node of the chain; null for an empty chain.
 const resbuf* outermost(const resbuf* chain);
 
-/// The outermost container that is no viewport, in which the picked space ends; null when the
-/// entity itself is at the top.
+/// The outermost container, or the one inside it where that is a viewport that can be read; null
+/// when the entity itself is at the top.
 const resbuf* topLevel(const resbuf* chain);
+
+/// True for a viewport, also for one that cannot be opened now.
+bool isViewport(KdDbObjectId id);
 
 bool isKeyHeld(int key);
 

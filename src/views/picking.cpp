@@ -65,7 +65,8 @@ int ads_entsel_Ex(const wchar_t* prompt, kds_name entres, double* ptres)
         ads_nentselp_Ex(prompt, entres, viewportName, ptres, 0, transform, chain.link());
     if (status != RTNORM)
         return status;
-    if (const resbuf* top = pick::topLevel(chain.get()))
+    const resbuf* const top = pick::topLevel(chain.get());
+    if (top && !pick::isViewport(pick::idOf(top->resval.rlname)))
         copyName(top->resval.rlname, entres);
     return status;
 }

@@ -146,9 +146,11 @@ TEST(LocalisedTexts, ComeFromTheLanguageLibraryElseTheChainElseTheProgram)
 {
     const Library language(ORVEX_WIDE(ORVEX_BIN_DIR) L"/lang/zh/OrvexbaseRes.dll");
     EXPECT_EQ(localisedText(101, L"built in"), L"built in");
+    EXPECT_EQ(localisedText(101, L"no \"%s\"", L"House"), L"no \"House\"");
     {
         const Library probe(L"probe.krx"); // puts itself into the chain
         EXPECT_EQ(localisedText(9000, L"built in"), L"9000");
+        EXPECT_EQ(localisedText(9001, L"built in", L"A%sB"), L"100% \"A%sB\"");
         setModuleResourceHandle(language.handle);
         EXPECT_EQ(localisedText(101, L"built in"), L"\n请指定目标位置:");
         EXPECT_EQ(localisedText(9000, L"built in"), L"built in") << "another module's text";

@@ -175,6 +175,8 @@ TEST_F(DimStylesTest, MakingAndChangingSayWhichNameIsWrong)
     EXPECT_EQ(printed(), localised(106, L"HOUSE"));
     EXPECT_EQ(change({.name = L"Lost"}), 0);
     EXPECT_EQ(printed(), localised(108, L"Lost"));
+    EXPECT_EQ(change({.name = L"100%d"}), 0);
+    EXPECT_EQ(printed(), localised(108, L"100%d"));
     EXPECT_EQ(make({.name = L""}), 0);
     EXPECT_EQ(change({.name = L""}), 0);
     EXPECT_EQ(printed(), "");

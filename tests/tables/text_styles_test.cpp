@@ -125,6 +125,7 @@ TEST_F(TextStylesTest, AStyleHasTheFontsAndProportionsThatItWasGivenLast)
 TEST_F(TextStylesTest, MakingSaysWhatIsWrong)
 {
     make({.name = L"Taken"});
+    make({.name = L"100%s%d"});
 
     struct {
         Call call;
@@ -132,6 +133,7 @@ TEST_F(TextStylesTest, MakingSaysWhatIsWrong)
         std::string message;
     } const cases[] = {
         {{.name = L"TAKEN", .widthFactor = 9}, 0, localised(106, L"TAKEN")},
+        {{.name = L"100%s%d"}, 0, localised(106, L"100%s%d")},
         {{.name = L"", .widthFactor = 9}, 0, ""},
         {windowsFont(L""), 0, "\nWINDOWS Font can't be empty！"},
         {windowsFont(L"A face name of over 31 letters.."), 0, ""},

@@ -3,6 +3,7 @@
 #include "pick_scene.h"
 
 #include <memory>
+#include <numbers>
 
 using namespace tests;
 
@@ -80,6 +81,48 @@ TEST_F(PickCopiesTest, TheCopyOfALightPolylineIsThePickedSegment)
     EXPECT_TRUE(start.isEqualTo({10, 50, 0}));
     EXPECT_TRUE(end.isEqualTo({10, 60, 0}));
     EXPECT_NEAR(arc.radius(), 5.0, 1e-12);
+}
+
+/// Picks both segments of a polyline that `placed` has brought into the world.
+void expectSegments(const KdGeMatrix3d& placed)
+{
+    const auto at = [&](double x, double y) { return placed * KdGePoint3d(x, y, 0); };
+    const auto pickAt = [&](double x, double y) {
+        const KdGePoint3d point = at(x, y);
+        return copyAt(std::to_string(point.x) + ',' + std::to_string(point.y) + ',' +
+                      std::to_string(point.z));
+    };
+    const Copied straight = pickAt(4, 50);
+    EXPECT_TRUE(straight.as<KdDbLine>().startPoint().isEqualTo(at(0, 50)));
+    EXPECT_TRUE(straight.as<KdDbLine>().endPoint().isEqualTo(at(10, 50)));
+
+    const Copied curved = pickAt(15, 55);
+    KdGePoint3d start, end;
+    curved.as<KdDbArc>().getStartPoint(start);
+    curved.as<KdDbArc>().getEndPoint(end);
+    EXPECT_TRUE(start.isEqualTo(at(10, 50)));
+    EXPECT_TRUE(end.isEqualTo(at(10, 60)));
+}
+
+TEST_F(PickCopiesTest, ThePickedSegmentIsFoundWhicheverWayThePolylineFaces)
+{
+    const KdGeVector3d& x = KdGeVector3d::kXAxis;
+    const KdGeMatrix3d fromBelow = KdGeMatrix3d::rotation(std::numbers::pi, x);
+    const KdGeMatrix3d tilted =
+        KdGeMatrix3d::translation({300, 0, 7}) * KdGeMatrix3d::rotation(1.0, {1, 2, 0});
+    for (const KdGeMatrix3d& placed : {fromBelow, tilted}) {
+        KdDbPolyline* const polyline = newPickPolyline();
+        ASSERT_EQ(polyline->transformBy(placed), Kdapi::eOk);
+        addEntity(polyline);
+        expectSegments(placed);
+    }
+
+    addEntityToBlock(L"FACED", newPickPolyline());
+    auto* const mirrored = new KdDbBlockReference({-20, 0, 0}, blockId(L"FACED"));
+    mirrored->setScaleFactors(KdGeScale3d(-1, 1, 1));
+    addEntity(mirrored);
+    expectSegments(KdGeMatrix3d::translation({-20, 0, 0}) *
+                   KdGeMatrix3d::scaling(KdGeScale3d(-1, 1, 1)));
 }
 
 TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcsAndDoNotSnap)

@@ -6,7 +6,7 @@
 /// What the pick tests pick in, all on the model tab:
 ///   a line from (0,0) to (10,0);
 ///   the same line in block INNER, which OUTER holds moved by (5,0), which stands at (100,0);
-///   a light polyline (0,50) to (10,50), then a half circle to (10,60);
+///   a light polyline, newPickPolyline();
 ///   an old-style polyline (0,80) to (10,80).
 struct PickScene {
     KdDbObjectId line;
@@ -16,6 +16,16 @@ struct PickScene {
     KdDbObjectId oldPolyline;
 };
 
+/// A light polyline (0,50) to (10,50), then a half circle to (10,60).
+inline KdDbPolyline* newPickPolyline()
+{
+    auto* const polyline = new KdDbPolyline;
+    polyline->addVertexAt(0, {0, 50});
+    polyline->addVertexAt(1, {10, 50}, 1.0);
+    polyline->addVertexAt(2, {10, 60});
+    return polyline;
+}
+
 inline PickScene makePickScene()
 {
     PickScene scene;
@@ -24,12 +34,8 @@ inline PickScene makePickScene()
     tests::addEntityToBlock(L"OUTER", new KdDbBlockReference({5, 0, 0}, tests::blockId(L"INNER")));
     scene.reference =
         tests::addEntity(new KdDbBlockReference({100, 0, 0}, tests::blockId(L"OUTER")));
-    auto* polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 50});
-    polyline->addVertexAt(1, {10, 50}, 1.0);
-    polyline->addVertexAt(2, {10, 60});
-    scene.polyline = tests::addEntity(polyline);
-    auto* oldPolyline = new KdDb2dPolyline;
+    scene.polyline = tests::addEntity(newPickPolyline());
+    auto* const oldPolyline = new KdDb2dPolyline;
     for (const double x : {0.0, 10.0})
         oldPolyline->appendVertex(new KdDbVertex({x, 80, 0}, 0.0));
     scene.oldPolyline = tests::addEntity(oldPolyline);

@@ -105,6 +105,20 @@ TEST_F(PickingTest, ThroughAViewportTheTopIsTheModelsEntityAndTheTransformEndsOn
     pickLine("318,100", scene_.reference, scene_.nestedLine, viewport, {318, 100, 0});
 }
 
+TEST_F(PickingTest, AViewportThatCannotBeOpenedIsNotTheResult)
+{
+    const Open<KdDbViewport> writer(goToSheet(), KdDb::kForWrite);
+    for (const auto& [input, entity] :
+         {std::pair("108,100", scene_.line), std::pair("318,100", scene_.nestedLine)}) {
+        SCOPED_TRACE(input);
+        const Picked picked = pickBoth(input);
+        EXPECT_EQ(picked.status, RTNORM);
+        EXPECT_EQ(picked.id, entity) << "as the host gave it";
+        EXPECT_EQ(picked.nested, entity);
+        EXPECT_TRUE(picked.viewport.isNull());
+    }
+}
+
 TEST_F(PickingTest, TheHostsPromptIsShownForAnEmptyOne)
 {
     pickBoth("4,0");

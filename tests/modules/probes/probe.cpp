@@ -28,7 +28,8 @@ struct StaticObject {
 StaticObject staticObject;
 AFX_EXTENSION_MODULE extension;
 
-constexpr platform::StringResource kStrings[] = {{101, L"probe's own 101"}, {9000, L"9000"}};
+constexpr platform::StringResource kStrings[] = {
+    {101, L"probe's own 101"}, {9000, L"9000"}, {9001, L"100% \"%s\""}};
 constexpr platform::CursorResource kCursors[] = {{7}};
 
 void unlock(void* packet)
