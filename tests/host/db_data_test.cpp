@@ -3,8 +3,8 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/contents.h"
-#include "db/field_values.h"
+#include "objects/contents.h"
+#include "objects/field_values.h"
 #include "platform/text.h"
 
 #include <memory>

@@ -3,7 +3,10 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/contents.h"
+#include "drawing/complete_drawing.h"
+#include "drawing/layouts.h"
+#include "drawing/user_systems.h"
+#include "objects/contents.h"
 
 #include <memory>
 
@@ -34,16 +37,16 @@ void expectWhole(KdDbDatabase& database)
           contents.record(TableKind::viewport, L"*Active")})
         EXPECT_TRUE(!id.isNull() && !id.isErased());
 
-    ASSERT_THAT(contents.layouts(), SizeIs(2));
-    for (const KdDbLayout* layout : contents.layouts()) {
+    ASSERT_THAT(korra::layoutsOf(contents), SizeIs(2));
+    for (const KdDbLayout* layout : korra::layoutsOf(contents)) {
         const auto* block =
             ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId());
         ASSERT_NE(block, nullptr);
         EXPECT_EQ(block->getLayoutId(), layout->objectId());
         EXPECT_TRUE(block->isLayout());
     }
-    EXPECT_TRUE(contents.layouts()[0]->getViewportArray().isEmpty());
-    const KdArray<KdDbObjectId> viewports = contents.layouts()[1]->getViewportArray();
+    EXPECT_TRUE(korra::layoutsOf(contents)[0]->getViewportArray().isEmpty());
+    const KdArray<KdDbObjectId> viewports = korra::layoutsOf(contents)[1]->getViewportArray();
     ASSERT_EQ(viewports.length(), 1);
     EXPECT_EQ(ObjectAccess::live<KdDbViewport>(viewports[0])->number(), 1);
     EXPECT_EQ(database.paperSpaceVportId(), viewports[0]);
@@ -54,14 +57,14 @@ TEST_F(DatabaseTest, ANewDrawingIsWhole)
     expectWhole(database());
     EXPECT_TRUE(database().tilemode());
     EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
-    EXPECT_STREQ(contents().layouts()[0]->getLayoutName(), L"Model");
-    EXPECT_STREQ(contents().layouts()[1]->getLayoutName(), L"Layout1");
+    EXPECT_STREQ(korra::layoutsOf(contents())[0]->getLayoutName(), L"Model");
+    EXPECT_STREQ(korra::layoutsOf(contents())[1]->getLayoutName(), L"Layout1");
 }
 
 TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
 {
     const std::size_t objects = contents().slots.size();
-    contents().completeDrawing();
+    korra::completeDrawing(contents());
     EXPECT_EQ(contents().slots.size(), objects);
 
     KdDbDatabase empty(false, true);
@@ -74,7 +77,7 @@ TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
     const KdDbObjectId id =
         ObjectAccess::adopt(empty, new KdDbLayerTable, {}, KdDbHandle(0x20), false);
     empty.contents().tables[static_cast<std::size_t>(TableKind::layer)] = id;
-    empty.contents().completeDrawing();
+    korra::completeDrawing(empty.contents());
     EXPECT_EQ(empty.layerTableId(), id);
     expectWhole(empty);
 }
@@ -110,7 +113,7 @@ TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
 {
     // A second sheet as a file brings it: a block, bound to a layout when the drawing is completed.
     addEntityToBlock(L"*Paper_Space0", new KdDbLine({0, 0, 0}, {1, 1, 0}));
-    contents().completeDrawing();
+    korra::completeDrawing(contents());
     const KdDbObjectId first = blockId(L"*Paper_Space");
     const KdDbObjectId details = blockId(L"*Paper_Space0");
     auto* second =
@@ -118,33 +121,33 @@ TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
     Open<KdDbLayout>(second->objectId())->setLayoutName(L"Details");
     EXPECT_GT(second->getTabOrder(), 1);
 
-    ASSERT_EQ(contents().setCurrentLayout(L"DETAILS"), Kdapi::eOk);
+    ASSERT_EQ(korra::setCurrentLayout(contents(), L"DETAILS"), Kdapi::eOk);
     EXPECT_FALSE(database().tilemode());
     EXPECT_EQ(database().currentSpaceId(), details);
     EXPECT_EQ(blockId(L"*Paper_Space0"), first);
-    EXPECT_EQ(contents().currentLayout(), second);
+    EXPECT_EQ(korra::currentLayout(contents()), second);
     EXPECT_EQ(database().paperSpaceVportId(), second->getViewportArray()[0]);
 
     contents().enteredViewport = second->getViewportArray()[0];
     EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
 
-    EXPECT_EQ(contents().setCurrentLayout(L"Nowhere"), Kdapi::eKeyNotFound);
-    ASSERT_EQ(contents().setCurrentLayout(L"Layout1"), Kdapi::eOk);
+    EXPECT_EQ(korra::setCurrentLayout(contents(), L"Nowhere"), Kdapi::eKeyNotFound);
+    ASSERT_EQ(korra::setCurrentLayout(contents(), L"Layout1"), Kdapi::eOk);
     EXPECT_EQ(database().currentSpaceId(), first);
     EXPECT_EQ(blockId(L"*Paper_Space0"), details);
 
-    ASSERT_EQ(contents().setCurrentLayout(L"Model"), Kdapi::eOk);
+    ASSERT_EQ(korra::setCurrentLayout(contents(), L"Model"), Kdapi::eOk);
     EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
-    EXPECT_EQ(contents().currentLayout(), contents().layouts()[0]);
+    EXPECT_EQ(korra::currentLayout(contents()), korra::layoutsOf(contents())[0]);
 }
 
 TEST_F(DatabaseTest, EachSpaceHasItsOwnCoordinateSystem)
 {
     korra::setCurrentUcs(database(), {{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}, {}});
-    contents().setCurrentLayout(L"Layout1");
+    korra::setCurrentLayout(contents(), L"Layout1");
     EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d::kOrigin);
     korra::setCurrentUcs(database(), {{2, 0, 0}, {1, 0, 0}, {0, 1, 0}, {}});
-    contents().setCurrentLayout(L"Model");
+    korra::setCurrentLayout(contents(), L"Model");
     EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d(1, 0, 0));
     EXPECT_EQ(contents().header.point("$PUCSORG", {}), KdGePoint3d(2, 0, 0));
 }

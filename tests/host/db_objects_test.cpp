@@ -3,7 +3,7 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/object_access.h"
+#include "objects/object_access.h"
 
 #include <limits>
 #include <memory>

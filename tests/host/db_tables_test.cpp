@@ -1,9 +1,11 @@
 // Symbol tables, block definitions and draw order.
 
+#include "blocks/draw_order.h"
+#include "drawing/user_systems.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/contents.h"
+#include "objects/contents.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/dimension_overrides.h"
-#include "db/dimension_variables.h"
+#include "dimensions/dimension_overrides.h"
+#include "tables/dimension_variables.h"
 
 #include <limits>
 #include <sstream>

@@ -1,8 +1,8 @@
 #include "support/host_test.h"
 
-#include "db/dimension_text.h"
-#include "db/dimension_variables.h"
-#include "db/object_access.h"
+#include "dimensions/dimension_text.h"
+#include "objects/object_access.h"
+#include "tables/dimension_variables.h"
 
 #include <numbers>
 

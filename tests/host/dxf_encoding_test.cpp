@@ -1,6 +1,6 @@
 // Texts of drawing files: code pages and escapes.
 
-#include "dxf/encoding.h"
+#include "form/encoding.h"
 
 #include <gtest/gtest.h>
 

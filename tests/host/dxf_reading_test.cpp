@@ -2,6 +2,8 @@
 
 #include "dxf_samples.h"
 
+#include "blocks/draw_order.h"
+#include "drawing/layouts.h"
 #include "support/host_test.h"
 
 #include <cmath>
@@ -176,7 +178,7 @@ TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
     const auto database = readWhole(file(kModernSample));
     EXPECT_EQ(database->namedObjectsDictionaryId().handle(), KdDbHandle(0xC));
     EXPECT_EQ(database->layoutDictionaryId().handle(), KdDbHandle(0x1A));
-    const auto layouts = database->contents().layouts();
+    const auto layouts = korra::layoutsOf(database->contents());
     ASSERT_EQ(layouts.size(), 2u);
     EXPECT_STREQ(layouts[1]->getLayoutName(), L"Blatt 1");
     EXPECT_EQ(layouts[1]->getBlockTableRecordId().handle(), KdDbHandle(0x21));

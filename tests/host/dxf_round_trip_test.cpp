@@ -2,8 +2,8 @@
 
 #include "dxf_samples.h"
 
-#include "db/contents.h"
-#include "dxf/numbers.h"
+#include "form/numbers.h"
+#include "objects/contents.h"
 #include "support/drawing.h"
 #include "support/host_test.h"
 

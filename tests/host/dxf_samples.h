@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/contents.h"
 #include "korra/host.h"
+#include "objects/contents.h"
 #include "support/objects.h"
 
 #include <gtest/gtest.h>

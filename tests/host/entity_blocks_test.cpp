@@ -2,8 +2,8 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/contents.h"
 #include "gi/extents_sink.h"
+#include "objects/contents.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 // The settings that a drawing carries in its header, and the numbers in their texts.
 
-#include "dxf/header.h"
-#include "dxf/numbers.h"
+#include "form/header.h"
+#include "form/numbers.h"
 
 #include <gtest/gtest.h>
 

@@ -2,12 +2,12 @@
 
 #include "dxf_samples.h"
 
-#include "db/linetype_file.h"
 #include "platform/modules.h"
 #include "platform/text.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 #include "support/support_folder.h"
+#include "tables/linetype_file.h"
 
 using ::testing::ElementsAre;
 

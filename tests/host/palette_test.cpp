@@ -2,9 +2,9 @@
 
 #include "dxf_samples.h"
 
-#include "db/palette.h"
 #include "support/host_test.h"
 #include "support/objects.h"
+#include "tables/palette.h"
 
 using korra::drawingText;
 using korra::nearestPaletteIndex;

@@ -1,6 +1,7 @@
+#include "blocks/draw_block.h"
 #include "support/host_test.h"
 
-#include "gi/pick_sink.h"
+#include "sinks/pick_sink.h"
 
 #include <cmath>
 

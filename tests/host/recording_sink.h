@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/object_access.h"
-#include "gi/draw_sink.h"
+#include "blocks/draw_block.h"
+#include "objects/object_access.h"
 
 #include <memory>
 #include <vector>
@@ -11,6 +11,8 @@ namespace tests {
 /// Keeps what is drawn, in the coordinates of the sink.
 class RecordingSink final : public korra::DrawSink {
 public:
+    RecordingSink() : DrawSink(korra::Looks::shown) {}
+
     struct Segment {
         KdGePoint3d start;
         KdGePoint3d end;

@@ -1,12 +1,13 @@
+#include "gi/text_codes.h"
 #include "support/ge_samples.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "db/object_access.h"
-#include "gi/fonts.h"
+#include "entities/style_font.h"
+#include "entities/text_layout.h"
 #include "gi/installed_fonts.h"
 #include "gi/mtext_lines.h"
-#include "gi/text_layout.h"
+#include "objects/object_access.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H

@@ -1,7 +1,5 @@
 #include "ap/documents.h"
 
-#include "control/host_state.h"
-
 #include "platform/gate.h"
 
 #include <algorithm>
@@ -10,11 +8,13 @@ KDRX_DEFINE_MEMBERS(KdApDocManagerReactor, KdRxObject)
 
 KdApDocManager* kdDocManagerPtr()
 {
-    return korra::runningHost() ? &korra::host().documents : nullptr;
+    return korra::documentManager();
 }
 
 namespace korra {
 namespace {
+
+DocumentManager* running = nullptr;
 
 bool canLockWith(KdAp::DocLockMode mode)
 {
@@ -22,6 +22,11 @@ bool canLockWith(KdAp::DocLockMode mode)
 }
 
 } // namespace
+
+DocumentManager* documentManager()
+{
+    return running;
+}
 
 Document::Document(std::wstring name, std::unique_ptr<KdDbDatabase> database)
     : name_(std::move(name)), database_(std::move(database))
@@ -39,7 +44,15 @@ KdAp::DocLockMode Document::lockMode() const
     return KdAp::kNotLocked;
 }
 
-DocumentManager::~DocumentManager() = default;
+DocumentManager::DocumentManager()
+{
+    running = this;
+}
+
+DocumentManager::~DocumentManager()
+{
+    running = nullptr;
+}
 
 Kdapi::ErrorStatus DocumentManager::lockDocument(KdApDocument* document, KdAp::DocLockMode mode,
                                                  const wchar_t* globalCommandName, const wchar_t*,
@@ -94,7 +107,7 @@ void DocumentManager::setCurrent(Document* document)
     if (document == current_)
         return;
     current_ = document;
-    host().services.setWorkingDatabase(document ? document->database() : nullptr);
+    kddbHostApplicationServices()->setWorkingDatabase(document ? document->database() : nullptr);
 }
 
 Document& DocumentManager::open(std::wstring name, std::unique_ptr<KdDbDatabase> database)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/transaction.h"
 #include "kd/ap.h"
 #include "kd/db/database.h"
+#include "objects/transaction.h"
 
 #include <memory>
 #include <string>
@@ -60,7 +60,10 @@ public:
 /// The open documents in the order of opening, the current one, their locks and who follows them.
 class DocumentManager final : public KdApDocManager {
 public:
+    DocumentManager();
     ~DocumentManager() override;
+    DocumentManager(const DocumentManager&) = delete;
+    DocumentManager& operator=(const DocumentManager&) = delete;
 
     KdApDocument* curDocument() const override { return current_; }
 
@@ -103,5 +106,8 @@ private:
     std::vector<DocumentObserver*> observers_;
     Document* current_ = nullptr;
 };
+
+/// The one manager that there is while a host runs; null while none does.
+DocumentManager* documentManager();
 
 } // namespace korra

@@ -1,5 +1,7 @@
 #include "control/host_state.h"
-#include "db/contents.h"
+#include "korra/host.h"
+#include "objects/contents.h"
+#include "objects/object_slots.h"
 
 #include "platform/tally.h"
 #include "platform/text.h"
@@ -44,7 +46,7 @@ std::vector<std::string> audit()
     std::vector<Document*> documents;
     if (const Host* running = runningHost()) {
         documents = running->documents.documents();
-        const Words open = running->slots->openObjects();
+        const Words open = runningSlots()->openObjects();
         words.insert(words.end(), open.begin(), open.end());
     }
     listFreeStanding(words);

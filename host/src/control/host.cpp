@@ -1,4 +1,6 @@
+#include "korra/host.h"
 #include "control/host_state.h"
+#include "objects/object_slots.h"
 #include "rx/command_stack.h"
 #include "rx/fatal_stop.h"
 #include "rx/module_linker.h"
@@ -69,12 +71,12 @@ void startHost(const HostOptions& options)
     if (running)
         stopHost();
     ObjectAccess::forgetFreeStanding();
+    setRunningSlots(std::make_shared<ObjectSlots>());
     running = new Host;
-    running->options = options;
     rx::forgetFatalStops();
     rx::recordFatalStops(options.recordFatalStops);
     rx::startLinker(forEachDocument);
-    running->editor = makeEditorState();
+    running->editor = std::make_unique<EditorState>(options, running->documents);
     running->documents.addObserver(&moduleNotices());
 }
 
@@ -88,6 +90,7 @@ void stopHost()
     running->editor.reset();
     rx::forgetCommands();
     delete std::exchange(running, nullptr);
+    setRunningSlots(nullptr);
 }
 
 std::vector<std::wstring> fatalStops()

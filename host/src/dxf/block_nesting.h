@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/contents.h"
 #include "dxf/file_scanner.h"
+#include "objects/contents.h"
 
 #include <vector>
 

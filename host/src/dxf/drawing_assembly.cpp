@@ -1,8 +1,11 @@
 #include "dxf/drawing_assembly.h"
+#include "blocks/spaces.h"
+#include "drawing/complete_drawing.h"
+#include "tables/table_kinds.h"
 
 #include "dxf/block_nesting.h"
-#include "dxf/numbers.h"
 #include "dxf/object_kinds.h"
+#include "form/numbers.h"
 
 #include <algorithm>
 
@@ -56,7 +59,7 @@ void DrawingAssembly::placeRecords()
 {
     for (std::size_t index = 0; index < ids_.size(); ++index) {
         if (file_.objects[index].place == FilePlace::table) {
-            const auto kind = DatabaseContents::kindOf(object(index));
+            const auto kind = tableKindOf(object(index));
             contents_.tables[static_cast<std::size_t>(kind.value())] = ids_[index];
         }
     }
@@ -191,7 +194,7 @@ void DrawingAssembly::bindLayouts()
 /// is read the next time.
 void DrawingAssembly::complete()
 {
-    contents_.completeDrawing();
+    completeDrawing(contents_);
     for (ObjectSlot* slot : contents_.slots) {
         const ObjectExtras* extras =
             ObjectAccess::extras(static_cast<const KdDbObject&>(*slot->object));

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "db/contents.h"
 #include "dxf/file_scanner.h"
 #include "dxf/references.h"
 #include "dxf/tag_reader.h"
+#include "objects/contents.h"
 
 #include <cstdint>
 #include <map>

@@ -1,8 +1,8 @@
-#include "db/contents.h"
 #include "dxf/atomic_file.h"
 #include "dxf/drawing_assembly.h"
 #include "dxf/drawing_writer.h"
 #include "korra/host.h"
+#include "objects/contents.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,8 +1,9 @@
+#include "blocks/spaces.h"
 #include "dxf/drawing_writer.h"
 
-#include "dxf/numbers.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
+#include "form/numbers.h"
 
 #include "platform/text.h"
 

@@ -1,9 +1,9 @@
 #include "dxf/drawing_writer.h"
 
 #include "dxf/header_section.h"
-#include "dxf/numbers.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
+#include "form/numbers.h"
 
 #include "platform/text.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/contents.h"
 #include "dxf/tag_writer.h"
+#include "objects/contents.h"
 
 #include <cstdint>
 #include <string>

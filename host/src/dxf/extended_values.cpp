@@ -1,9 +1,9 @@
 #include "dxf/extended_values.h"
 
-#include "db/extended_data.h"
-#include "dxf/numbers.h"
 #include "dxf/tag_text.h"
 #include "dxf/tag_values.h"
+#include "form/numbers.h"
+#include "records/extended_data.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/object_access.h"
-#include "dxf/encoding.h"
 #include "dxf/tag_list.h"
+#include "form/encoding.h"
+#include "objects/object_access.h"
 
 #include <optional>
 #include <string>

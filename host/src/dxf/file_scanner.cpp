@@ -1,9 +1,9 @@
 #include "dxf/file_scanner.h"
 
 #include "dxf/header_section.h"
-#include "dxf/numbers.h"
 #include "dxf/object_kinds.h"
 #include "dxf/references.h"
+#include "form/numbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "db/object_access.h"
-#include "dxf/file_form.h"
-#include "dxf/header.h"
 #include "dxf/object_stream.h"
 #include "dxf/tag_list.h"
+#include "form/file_form.h"
+#include "form/header.h"
+#include "objects/object_access.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "dxf/header_section.h"
 
-#include "dxf/numbers.h"
 #include "dxf/tag_text.h"
+#include "form/numbers.h"
 
 #include <algorithm>
 

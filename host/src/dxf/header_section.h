@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dxf/header.h"
 #include "dxf/tag_list.h"
+#include "form/header.h"
 
 #include <string>
 #include <string_view>

@@ -1,8 +1,9 @@
 #include "dxf/object_kinds.h"
+#include "tables/table_kinds.h"
 
-#include "db/contents.h"
-#include "dxf/numbers.h"
 #include "dxf/tag_list.h"
+#include "form/numbers.h"
+#include "objects/contents.h"
 
 #include <algorithm>
 #include <array>
@@ -169,7 +170,7 @@ std::string_view typeName(const KdDbObject& object)
     if (const std::string_view known = knownTypeName(object); !known.empty())
         return known;
     if (const auto* owner = KdDbSymbolTable::cast(ObjectAccess::object(object.ownerId())))
-        return tableName(DatabaseContents::kindOf(*owner).value());
+        return tableName(tableKindOf(*owner).value());
     const ObjectExtras* extras = ObjectAccess::extras(object);
     return extras ? std::string_view(extras->fileType) : std::string_view();
 }

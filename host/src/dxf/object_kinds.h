@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/object_access.h"
+#include "objects/object_access.h"
 
 #include <memory>
 #include <optional>

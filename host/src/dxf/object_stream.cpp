@@ -1,6 +1,6 @@
 #include "dxf/object_stream.h"
 
-#include "dxf/numbers.h"
+#include "form/numbers.h"
 
 namespace korra {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/contents.h"
-#include "dxf/encoding.h"
+#include "form/encoding.h"
+#include "objects/contents.h"
 
 #include <array>
 #include <cstdint>

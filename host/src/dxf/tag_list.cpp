@@ -1,7 +1,7 @@
 #include "dxf/tag_list.h"
 
-#include "dxf/numbers.h"
 #include "dxf/tag_stream.h"
+#include "form/numbers.h"
 
 namespace korra {
 namespace {

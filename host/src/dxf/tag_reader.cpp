@@ -20,7 +20,7 @@ void TagReader::readFields(KdDbObject& object, std::string_view source, std::siz
     const bool isKnown = !UnknownEntity::cast(&object) && !UnknownObject::cast(&object);
     if (isKnown && cursor_.tags().openGroup() != TagList::kNone)
         fail(cursor_.tags().openGroup(), "the end of the group");
-    ObjectAccess::fields(object, *this);
+    ObjectAccess::describe(object, *this);
 }
 
 void TagReader::readExtensions()

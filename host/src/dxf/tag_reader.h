@@ -1,9 +1,9 @@
 #pragma once
 
-#include "db/fields.h"
 #include "dxf/references.h"
 #include "dxf/tag_cursor.h"
 #include "dxf/tag_values.h"
+#include "objects/object_visitor.h"
 
 #include <span>
 #include <string>
@@ -12,7 +12,7 @@
 namespace korra {
 
 /// Gives objects the fields, the extended data and the extension dictionary that their tags hold.
-class TagReader final : public FieldVisitor {
+class TagReader final : public ObjectVisitor {
 public:
     TagReader(References& references, const TextEncoding& encoding)
         : references_(references), encoding_(encoding)

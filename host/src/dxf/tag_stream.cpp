@@ -1,6 +1,6 @@
 #include "dxf/tag_stream.h"
 
-#include "dxf/numbers.h"
+#include "form/numbers.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "dxf/tag_text.h"
 
-#include "dxf/numbers.h"
+#include "form/numbers.h"
 
 namespace korra {
 

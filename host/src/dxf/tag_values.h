@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dxf/encoding.h"
-#include "dxf/numbers.h"
 #include "dxf/tag_cursor.h"
+#include "form/encoding.h"
+#include "form/numbers.h"
 #include "kd/db/color.h"
 
 #include <array>

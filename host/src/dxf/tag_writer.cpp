@@ -85,7 +85,7 @@ std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source
 {
     begin(source, only);
     isLayer_ = object.isA() == KdDbLayerTableRecord::desc();
-    ObjectAccess::fields(object, *this);
+    ObjectAccess::describe(object, *this);
     return assembled();
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "db/contents.h"
-#include "db/fields.h"
 #include "dxf/tag_cursor.h"
 #include "dxf/tag_values.h"
+#include "objects/contents.h"
+#include "objects/object_visitor.h"
 
 #include <map>
 #include <span>
@@ -17,7 +17,7 @@ namespace korra {
 /// A tag whose value is equal keeps its text byte for byte; one that differs gets new text; a field
 /// that has no tag is inserted behind the field named before it; tags that no field knows stay
 /// where they are.
-class TagWriter final : public FieldVisitor {
+class TagWriter final : public ObjectVisitor {
 public:
     explicit TagWriter(const DatabaseContents& contents);
 

@@ -1,12 +1,12 @@
 #include "ed/colors.h"
 
-#include "db/palette.h"
-#include "db/result_buffer.h"
 #include "ed/editor.h"
 #include "ed/prompts.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
 #include "platform/text.h"
+#include "rx/result_buffer.h"
+#include "tables/palette.h"
 
 namespace korra::ed {
 namespace {

@@ -17,15 +17,16 @@ class CommandLock {
 public:
     explicit CommandLock(const rx::Command& command)
         : document_(currentDocument()),
-          status_(host().documents.lockDocument(document_, KdAp::kWrite, command.globalName.c_str(),
-                                                command.localName.c_str(), false))
+          status_(editor().documents.lockDocument(document_, KdAp::kWrite,
+                                                  command.globalName.c_str(),
+                                                  command.localName.c_str(), false))
     {
     }
 
     ~CommandLock()
     {
         if (status_ == Kdapi::eOk)
-            host().documents.unlockDocument(document_);
+            editor().documents.unlockDocument(document_);
     }
 
     CommandLock(const CommandLock&) = delete;

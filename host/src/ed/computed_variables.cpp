@@ -1,8 +1,9 @@
-#include "db/contents.h"
+#include "drawing/layouts.h"
 #include "ed/editor.h"
 #include "ed/user_system.h"
 #include "ed/variable_tables.h"
 #include "ed/views.h"
+#include "objects/contents.h"
 #include "platform/text.h"
 
 #include <iterator>
@@ -163,11 +164,11 @@ std::vector<SystemVariable> tabVariables()
         textOf(
             L"CTAB",
             [](const KdDbDatabase& database) -> VariableValue {
-                const KdDbLayout* const layout = database.contents().currentLayout();
+                const KdDbLayout* const layout = currentLayout(database.contents());
                 return std::wstring(layout ? layout->getLayoutName() : L"");
             },
             [](KdDbDatabase& database, const VariableValue& name) {
-                return database.contents().setCurrentLayout(std::get<std::wstring>(name)) ==
+                return setCurrentLayout(database.contents(), std::get<std::wstring>(name)) ==
                        Kdapi::eOk;
             }),
         shortOf(

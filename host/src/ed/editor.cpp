@@ -10,6 +10,8 @@
 namespace korra {
 namespace {
 
+EditorState* running = nullptr;
+
 /// Readies each document that is opened for the editor.
 class DocumentPreparer final : public DocumentObserver {
 public:
@@ -24,9 +26,11 @@ public:
 
 } // namespace
 
-EditorState::EditorState() : observer(std::make_unique<DocumentPreparer>())
+EditorState::EditorState(const HostOptions& hostOptions, DocumentManager& openDocuments)
+    : options(hostOptions), documents(openDocuments), observer(std::make_unique<DocumentPreparer>())
 {
-    host().documents.addObserver(observer.get());
+    running = this;
+    documents.addObserver(observer.get());
     ed::registerHostCommands();
     platform::releaseKeys();
 }
@@ -34,11 +38,8 @@ EditorState::EditorState() : observer(std::make_unique<DocumentPreparer>())
 EditorState::~EditorState()
 {
     platform::releaseKeys();
-}
-
-std::shared_ptr<EditorState> makeEditorState()
-{
-    return std::make_shared<EditorState>();
+    documents.removeObserver(observer.get());
+    running = nullptr;
 }
 
 } // namespace korra
@@ -47,19 +48,18 @@ namespace korra::ed {
 
 EditorState& editor()
 {
-    return *host().editor;
+    return *running;
 }
 
 EditorState* runningEditor()
 {
-    Host* const running = runningHost();
-    return running ? running->editor.get() : nullptr;
+    return running;
 }
 
 Document* currentDocument()
 {
-    Host* const running = runningHost();
-    return running ? running->documents.current() : nullptr;
+    const DocumentManager* const documents = documentManager();
+    return documents ? documents->current() : nullptr;
 }
 
 KdDbDatabase* currentDatabase()

@@ -1,23 +1,32 @@
 #pragma once
 
-#include "control/host_state.h"
+#include "ap/documents.h"
 #include "ed/command_line.h"
 #include "ed/input.h"
 #include "ed/main_window.h"
 #include "ed/prompt_rules.h"
 #include "ed/selection_sets.h"
 #include "ed/system_variables.h"
+#include "korra/host.h"
 
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korra {
 
 /// What the editor keeps for the whole host.
 struct EditorState {
-    EditorState();
+    /// Follows the documents, which outlive the editor.
+    EditorState(const HostOptions& hostOptions, DocumentManager& openDocuments);
     ~EditorState();
+    EditorState(const EditorState&) = delete;
+    EditorState& operator=(const EditorState&) = delete;
+
+    const HostOptions options;
+    DocumentManager& documents;
+    std::vector<std::string> supportFolders; ///< searched before the one beside the program
 
     ed::CommandLine commandLine;
     ed::InputStream input;

@@ -1,4 +1,4 @@
-#include "control/host_state.h"
+#include "ed/editor.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
 #include "platform/modules.h"
@@ -36,7 +36,7 @@ std::optional<fs::path> findInAnyCase(const fs::path& file)
 
 std::optional<fs::path> find(const fs::path& name)
 {
-    std::vector<std::string> folders = host().supportFolders;
+    std::vector<std::string> folders = editor().supportFolders;
     folders.push_back((fs::path(platform::programFolder()) / kSupportFolder).native());
     for (const std::string& folder : folders) {
         const fs::path file = fs::path(folder) / name; // a full path alone, when it is one
@@ -54,12 +54,13 @@ std::optional<fs::path> find(const fs::path& name)
 
 void korra::addSupportFolder(const std::string& folder)
 {
-    host().supportFolders.push_back(folder);
+    ed::editor().supportFolders.push_back(folder);
 }
 
 int kdedFindFile(const wchar_t* name, wchar_t* result, std::size_t size)
 {
-    if (platform::gate("kdedFindFile", name) || !name || !*name || !result || !korra::runningHost())
+    if (platform::gate("kdedFindFile", name) || !name || !*name || !result ||
+        !korra::ed::runningEditor())
         return RTERROR;
     const auto found = korra::ed::find(platform::toBytes(name));
     if (!found)

@@ -1,6 +1,6 @@
 #include "ed/host_commands.h"
+#include "drawing/layouts.h"
 
-#include "db/contents.h"
 #include "ed/editor.h"
 #include "ed/object_change.h"
 #include "ed/prompts.h"
@@ -8,6 +8,7 @@
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
+#include "objects/contents.h"
 #include "rx/command_stack.h"
 
 #include <utility>
@@ -93,7 +94,7 @@ void layoutCommand()
     std::wstring name;
     if (askText(L"\nLayout: ", true, name) != RTNORM)
         return;
-    if (drawing().contents().setCurrentLayout(name) != Kdapi::eOk)
+    if (setCurrentLayout(drawing().contents(), name) != Kdapi::eOk)
         printLine(L"There is no layout \"" + name + L"\".");
 }
 

@@ -1,6 +1,6 @@
-#include "db/dimension_variables.h"
 #include "ed/variable_tables.h"
 #include "kd/resbuf.h"
+#include "tables/dimension_variables.h"
 
 #include <limits>
 

@@ -1,13 +1,15 @@
 #include "ed/picking.h"
+#include "blocks/draw_block.h"
+#include "objects/object_slots.h"
 
-#include "db/contents.h"
-#include "db/result_buffer.h"
 #include "ed/editor.h"
 #include "ed/prompts.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
+#include "objects/contents.h"
 #include "platform/gate.h"
+#include "rx/result_buffer.h"
 
 namespace korra::ed {
 namespace {
@@ -107,7 +109,7 @@ resbuf* newChain(const std::vector<KdDbObjectId>& containers)
 {
     ResbufBuilder chain;
     for (const KdDbObjectId id : containers)
-        host().slots->writeName(*id.slot(), chain.append(RTENAME).resval.rlname);
+        runningSlots()->writeName(*id.slot(), chain.append(RTENAME).resval.rlname);
     return chain.release();
 }
 
@@ -124,7 +126,7 @@ int nestedPick(const wchar_t* prompt, kds_name picked, kds_point point, int pick
                  : askPick(prompt ? prompt : L"\nSelect object: ", depth, pick);
     if (status != RTNORM)
         return status;
-    host().slots->writeName(*pick.entity.slot(), picked);
+    runningSlots()->writeName(*pick.entity.slot(), picked);
     for (unsigned int axis = 0; axis < 3; ++axis)
         point[axis] = pick.point[axis];
     for (unsigned int row = 0; row < 4; ++row)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gi/pick_sink.h"
+#include "sinks/pick_sink.h"
 
 /// What lies under the pick box.
 namespace korra::ed {

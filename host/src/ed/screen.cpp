@@ -2,6 +2,7 @@
 #include "ed/object_change.h"
 #include "ed/regeneration.h"
 #include "kd/ed.h"
+#include "objects/object_slots.h"
 #include "platform/gate.h"
 
 namespace korra::ed {
@@ -32,7 +33,7 @@ using namespace korra;
 
 KdDbEntity* namedEntity(const kds_name name)
 {
-    const ObjectSlot* const slot = name && runningHost() ? host().slots->find(name) : nullptr;
+    const ObjectSlot* const slot = name && runningSlots() ? runningSlots()->find(name) : nullptr;
     return slot ? KdDbEntity::cast(slot->object) : nullptr;
 }
 

@@ -1,10 +1,11 @@
 #include "ed/selection_sets.h"
+#include "objects/object_slots.h"
 
-#include "db/result_buffer.h"
 #include "ed/editor.h"
 #include "ed/picking.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
+#include "rx/result_buffer.h"
 
 namespace korra::ed {
 namespace {
@@ -41,7 +42,7 @@ void describe(const Selected& member, ResbufBuilder& list)
 {
     list.append(RTLB);
     list.append(RTSHORT).resval.rint = kByPick;
-    host().slots->writeName(*member.entity.slot(), list.append(RTENAME).resval.rlname);
+    runningSlots()->writeName(*member.entity.slot(), list.append(RTENAME).resval.rlname);
     list.append(RTSHORT).resval.rint = static_cast<short>(member.marker);
     list.append(RTLB);
     list.append(RTSHORT).resval.rint = kPointDescriptor;

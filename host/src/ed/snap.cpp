@@ -1,8 +1,10 @@
+#include "blocks/draw_block.h"
 #include "ed/editor.h"
 #include "ed/picking.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
+#include "objects/object_access.h"
 #include "platform/gate.h"
 #include "platform/text.h"
 

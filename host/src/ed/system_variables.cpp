@@ -1,14 +1,14 @@
 #include "ed/system_variables.h"
 
-#include "db/contents.h"
-#include "db/result_buffer.h"
 #include "ed/editor.h"
 #include "ed/number_text.h"
 #include "ed/views.h"
 #include "kd/ed.h"
 #include "korra/console.h"
+#include "objects/contents.h"
 #include "platform/gate.h"
 #include "platform/text.h"
+#include "rx/result_buffer.h"
 
 #include <cmath>
 

@@ -2,6 +2,7 @@
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
+#include "objects/object_slots.h"
 #include "platform/gate.h"
 
 #include <optional>
@@ -26,7 +27,7 @@ KdGeVector3d normalOf(const KdDbEntity& entity)
 
 std::optional<KdGeMatrix3d> entityToWorld(const kds_name name)
 {
-    const ObjectSlot* const slot = host().slots->find(name);
+    const ObjectSlot* const slot = runningSlots()->find(name);
     const auto* const entity = slot ? KdDbEntity::cast(slot->object) : nullptr;
     if (!entity)
         return std::nullopt;

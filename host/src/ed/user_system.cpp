@@ -1,8 +1,9 @@
 #include "ed/user_system.h"
+#include "drawing/user_systems.h"
 
-#include "db/contents.h"
 #include "ed/editor.h"
 #include "kd/ed.h"
+#include "objects/contents.h"
 #include "platform/gate.h"
 
 namespace korra::ed {

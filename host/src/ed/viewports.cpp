@@ -1,7 +1,8 @@
-#include "db/contents.h"
+#include "blocks/spaces.h"
 #include "ed/editor.h"
 #include "ed/object_change.h"
 #include "ed/views.h"
+#include "objects/contents.h"
 
 namespace korra::ed {
 namespace {

@@ -1,9 +1,11 @@
 #include "ed/views.h"
+#include "blocks/draw_block.h"
+#include "blocks/spaces.h"
 
-#include "db/contents.h"
 #include "ed/editor.h"
 #include "ed/object_change.h"
 #include "gi/extents_sink.h"
+#include "objects/contents.h"
 #include "platform/gate.h"
 
 #include <algorithm>
@@ -65,7 +67,7 @@ View madeUsable(View view)
 
 double screenAspect()
 {
-    const HostOptions& options = host().options;
+    const HostOptions& options = editor().options;
     return static_cast<double>(options.screenWidth) / options.screenHeight;
 }
 
@@ -190,8 +192,8 @@ KdGeMatrix3d modelToSheet(const KdDbViewport& viewport)
 
 PixelSize currentPixels(const KdDbDatabase& database)
 {
-    const PixelSize screen{static_cast<double>(host().options.screenWidth),
-                           static_cast<double>(host().options.screenHeight)};
+    const PixelSize screen{static_cast<double>(editor().options.screenWidth),
+                           static_cast<double>(editor().options.screenHeight)};
     const auto* const entered =
         ObjectAccess::live<KdDbViewport>(database.contents().enteredViewport);
     const auto* const sheet = ObjectAccess::live<KdDbViewport>(database.paperSpaceVportId());

@@ -1,11 +1,15 @@
 #pragma once
 
-#include "kd/db.h"
+#include "kd/db/color.h"
+#include "kd/db/ids.h"
+#include "kd/ge.h"
 
 #include <array>
 #include <string>
 #include <vector>
 
+/// The drawing interface: what entities draw themselves into. It knows geometry and ids, and
+/// nothing of what a drawing is made of; the drawing tells it all that a device has to know.
 namespace korra {
 
 /// A line of text ready to be shown: set in a style, measured, placed.
@@ -24,7 +28,28 @@ struct TextRun {
     std::array<KdGePoint3d, 4> corners() const;
 };
 
-/// What an entity draws itself into: a picture, a pick box, extents, a recording.
+/// How graphics look: what an entity says of itself, by layer and by block resolved.
+struct Traits {
+    KdDbObjectId layer; ///< inside a block, of entities on layer "0", that of the reference
+    KdCmColor color;
+    KdDbObjectId linetype;
+    KdDb::LineWeight lineWeight = KdDb::kLnWtByLwDefault;
+    bool filled = false; ///< the inside of what is drawn is filled, not its outline alone
+};
+
+/// What a block is drawn as.
+enum class BlockRole {
+    reference, ///< an insertion, whose contents are entities of their own
+    dimension  ///< the graphics of a dimension, which nobody takes for anything but the dimension
+};
+
+/// What an object of its own is to the entity that draws it.
+enum class PartRole { vertex, attribute };
+
+/// Whether a device shows how graphics look, or only where they are.
+enum class Looks { shown, ignored };
+
+/// A device: a picture, a pick box, extents, a recording.
 ///
 /// A composed transform maps the coordinates that the current entity draws in to those that the
 /// sink was set up for: outermost block transform first.
@@ -37,34 +62,61 @@ public:
     virtual void point(const KdGePoint3d& point) = 0;
     virtual void text(const TextRun& run) = 0;
 
+    /// True for a device that needs every trait; the others are told the layers alone.
+    bool showsLooks() const { return looks_ == Looks::shown; }
+
+    /// What follows, up to the end of the entity, belongs to an entity of a drawing. Entities nest
+    /// where an entity shows a block.
+    virtual void beginEntity(KdDbObjectId entity, const Traits& traits)
+    {
+        static_cast<void>(entity);
+        static_cast<void>(traits);
+    }
+
+    virtual void endEntity() {}
+
     /// What follows belongs to this graphics marker of the entity (1, 2, …).
     virtual void marker(std::int64_t marker) { static_cast<void>(marker); }
 
-    /// What follows was drawn by a part of the entity that is an object of its own (a vertex, an
-    /// attribute); null ends it.
-    virtual void part(const KdDbEntity* part) { static_cast<void>(part); }
+    /// What follows was drawn by a part of the entity that is an object of its own.
+    virtual void beginPart(KdDbObjectId part, PartRole role)
+    {
+        static_cast<void>(part);
+        static_cast<void>(role);
+    }
 
-    /// Draws one entity of a block, unless its layer or itself hides it.
-    virtual void entity(const KdDbEntity& entity);
+    virtual void endPart() {}
 
-    /// Draws the entities of a block, in drawing order, as part of `owner`; nothing below a hundred
-    /// nested blocks.
-    /// @param transform  from the block's coordinates to those `owner` draws in
-    virtual void block(const KdDbEntity& owner, KdDbObjectId block, const KdGeMatrix3d& transform);
+    /// Begins the contents of a block that an entity shows.
+    /// @param transform  from the block's coordinates to those the owner draws in
+    /// @param owner  the entity, @param surroundings  how it looks: what "by block" means inside
+    void beginBlock(KdDbObjectId owner, BlockRole role, const KdGeMatrix3d& transform,
+                    const Traits& surroundings);
+    void endBlock();
+
+    /// How many blocks are begun and not ended.
+    std::size_t depth() const { return surroundings_.size(); }
+
+    /// How the entity looks that shows the current block; null outside every block.
+    const Traits* surroundings() const
+    {
+        return surroundings_.empty() ? nullptr : &surroundings_.back();
+    }
 
     /// From the coordinates of the current entity to those of the sink.
     const KdGeMatrix3d& transform() const { return transforms_.back(); }
 
-    /// True when its layer or the entity itself keeps it from being seen where it would be drawn
-    /// now.
-    ///
-    /// A frozen layer hides everything on it, a layer that is off the entities on it but not what a
-    /// block reference on it shows from other layers. Layer "0" inside a block is the layer of the
-    /// reference. A template of an attribute is seen only outside references, unless constant.
-    bool isHidden(const KdDbEntity& entity) const;
-
 protected:
-    DrawSink() : transforms_{KdGeMatrix3d()} {}
+    explicit DrawSink(Looks looks) : transforms_{KdGeMatrix3d()}, looks_(looks) {}
+
+    /// Called before the transform of a block that begins is taken in, and after it is taken back.
+    virtual void blockBegins(KdDbObjectId owner, BlockRole role)
+    {
+        static_cast<void>(owner);
+        static_cast<void>(role);
+    }
+
+    virtual void blockEnded() {}
 
     /// Called whenever transform() has changed.
     virtual void transformChanged() {}
@@ -72,13 +124,8 @@ protected:
     std::vector<KdGeMatrix3d> transforms_;
 
 private:
-    KdDbObjectId effectiveLayer(const KdDbEntity& entity) const;
-
-    std::vector<KdDbObjectId> inheritedLayers_; ///< of the references around the current entity
+    std::vector<Traits> surroundings_;
+    Looks looks_;
 };
-
-/// Draws the entities of a block (model space, a sheet) in drawing order into a sink; nothing for
-/// an id that is no block.
-void drawBlockContents(KdDbObjectId block, DrawSink& sink);
 
 } // namespace korra

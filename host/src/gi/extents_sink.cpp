@@ -2,7 +2,7 @@
 
 namespace korra {
 
-ExtentsSink::ExtentsSink(const KdGeMatrix3d& frame)
+ExtentsSink::ExtentsSink(const KdGeMatrix3d& frame) : DrawSink(Looks::ignored)
 {
     transforms_.back() = frame;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "draw_sink.h"
+#include "gi/draw_sink.h"
 
 namespace korra {
 

@@ -1,6 +1,5 @@
 #include "gi/fonts.h"
 
-#include "db/object_access.h"
 #include "gi/installed_fonts.h"
 
 #include <ft2build.h>
@@ -107,30 +106,14 @@ double Font::emSize() const
                        : 1.0;
 }
 
-namespace {
-
-/// An installed font goes before the font file.
-std::wstring fontName(const KdDbTextStyleTableRecord& style)
-{
-    std::wstring typeface;
-    bool bold = false;
-    bool italic = false;
-    int ignored = 0;
-    style.font(typeface, bold, italic, ignored, ignored, ignored);
-    return typeface.empty() ? style.fileName() : typeface;
-}
-
-} // namespace
-
-const Font& fontOfStyle(KdDbObjectId style)
+const Font& installedFont(const std::wstring& name)
 {
     freeType(); // made before the fonts, so that it outlives them
     // Fonts stay open for good: what the machine has installed does not change under a drawing.
     static std::unordered_map<std::wstring, std::unique_ptr<Font>> fonts;
-    const auto* record = ObjectAccess::live<KdDbTextStyleTableRecord>(style);
-    const auto [known, isNew] = fonts.try_emplace(record ? fontName(*record) : std::wstring());
+    const auto [known, isNew] = fonts.try_emplace(name);
     if (isNew) {
-        const FontFile found = findInstalledFont(known->first);
+        const FontFile found = findInstalledFont(name);
         known->second = std::make_unique<Font>(found.file, found.face);
     }
     return *known->second;

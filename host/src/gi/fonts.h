@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kd/db/ids.h"
-
 #include <memory>
 #include <string>
 
@@ -41,12 +39,7 @@ private:
     std::unique_ptr<Face> data_;
 };
 
-/// The font of a text style, opened once and kept.
-///
-/// A style names an installed family, or else a font file (looked up among the installed fonts by
-/// its base name, then as a family); shape fonts and what is not installed are shown in the host's
-/// substitute, a sans-serif.
-/// @param style  null or no text style: the substitute
-const Font& fontOfStyle(KdDbObjectId style);
+/// The font that a name of an installed font means (findInstalledFont), opened once and kept.
+const Font& installedFont(const std::wstring& name);
 
 } // namespace korra

@@ -1,6 +1,6 @@
 #include "gi/mtext_lines.h"
 
-#include "gi/text_layout.h"
+#include "gi/text_codes.h"
 
 #include <algorithm>
 

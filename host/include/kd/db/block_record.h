@@ -20,7 +20,7 @@ public:
     Kdapi::ErrorStatus setRelativeDrawOrder(const KdArray<KdDbObjectId>& order);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbSortentsTable; }
 
@@ -100,7 +100,9 @@ public:
                                         bool createIfMissing);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
+
+    bool isIndispensable() const override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbBlockTableRecord; }
 

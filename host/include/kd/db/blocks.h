@@ -61,7 +61,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbBlockReference; }
 

@@ -46,7 +46,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbLine; }
 
@@ -88,7 +88,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbArc; }
 
@@ -122,7 +122,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbCircle; }
 
@@ -185,7 +185,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbPolyline; }
 
@@ -232,7 +232,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbVertex; }
 
@@ -270,7 +270,7 @@ public:
 
 protected:
     KdDbVertexCurve() = default;
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
     void draw(korra::DrawSink& sink) const override;
     int edgeCount() const override;
 
@@ -345,7 +345,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbPoint; }
 

@@ -25,7 +25,9 @@ public:
     int numEntries() const;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
+
+    bool isIndispensable() const override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbDictionary; }
 

@@ -97,7 +97,7 @@ public:
     KdDbDimension() = default;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbDimension; }
 
@@ -111,7 +111,7 @@ protected:
     virtual void setKind(short kind) { kind_ = kind; }
 
     /// The points that define the dimension and that only its own kind has.
-    virtual void definition(korra::FieldVisitor& visitor);
+    virtual void definition(korra::ObjectVisitor& visitor);
     virtual void transformDefinition(const KdGeMatrix3d& matrix);
 
     /// Draws the graphics. @return eOk; eNotApplicable when the kind cannot; eDegenerateGeometry
@@ -172,7 +172,7 @@ protected:
 
     short kind() const override { return 0; }
 
-    void definition(korra::FieldVisitor& visitor) override;
+    void definition(korra::ObjectVisitor& visitor) override;
     void transformDefinition(const KdGeMatrix3d& matrix) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 
@@ -217,7 +217,7 @@ protected:
 
     short kind() const override { return 4; }
 
-    void definition(korra::FieldVisitor& visitor) override;
+    void definition(korra::ObjectVisitor& visitor) override;
     void transformDefinition(const KdGeMatrix3d& matrix) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 
@@ -260,7 +260,7 @@ protected:
 
     void setKind(short kind) override { threePoint_ = kind != 2; }
 
-    void definition(korra::FieldVisitor& visitor) override;
+    void definition(korra::ObjectVisitor& visitor) override;
     void transformDefinition(const KdGeMatrix3d& matrix) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 

@@ -124,7 +124,7 @@ public:
 protected:
     KdDbEntity();
 
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     /// Draws the entity once, in the coordinates of the owning block.
     virtual void draw(korra::DrawSink& sink) const = 0;

@@ -53,7 +53,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbViewport; }
 
@@ -92,7 +92,7 @@ public:
     KdArray<KdDbObjectId> getViewportArray() const;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbLayout; }
 

@@ -8,7 +8,7 @@
 class KdDbDatabase;
 
 namespace korra {
-class FieldVisitor;
+class ObjectVisitor;
 class ObjectAccess;
 struct ObjectExtras;
 } // namespace korra
@@ -88,10 +88,13 @@ protected:
     KdDbObject& operator=(const KdDbObject&) = delete;
 
     /// Names every stored field once: reading, writing, copying and comparing are visitors.
-    virtual void fields(korra::FieldVisitor& visitor);
+    virtual void describe(korra::ObjectVisitor& visitor);
 
     /// A new object of the same class with the same stored fields; null for abstract classes.
     virtual KdDbObject* newOfSameClass() const { return nullptr; }
+
+    /// True for what the drawing cannot do without: it is never erased.
+    virtual bool isIndispensable() const { return false; }
 
     /// Called before the writer is closed or downgraded, when the object was changed.
     virtual void changesDone() {}

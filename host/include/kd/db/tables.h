@@ -51,7 +51,9 @@ public:
 
 protected:
     KdDbSymbolTable() = default;
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
+
+    bool isIndispensable() const override { return true; }
 
 private:
     friend class korra::ObjectAccess;
@@ -73,7 +75,7 @@ public:
 
 protected:
     KdDbSymbolTableRecord() = default;
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     short flags_ = 0;
 
@@ -103,7 +105,9 @@ public:
     Kdapi::ErrorStatus setPattern(const wchar_t* comments, const std::vector<double>& dashes);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
+
+    bool isIndispensable() const override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbLinetypeTableRecord; }
 
@@ -155,7 +159,9 @@ public:
     Kdapi::ErrorStatus setLinetypeObjectId(KdDbObjectId linetype);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
+
+    bool isIndispensable() const override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbLayerTableRecord; }
 
@@ -213,7 +219,7 @@ public:
     Kdapi::ErrorStatus setObliquingAngle(double radians);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbTextStyleTableRecord; }
 
@@ -235,7 +241,7 @@ using KdDbDimensionValue = std::variant<int, double, std::wstring, KdDbObjectId>
 /// A dimension style: a value for every dimension variable.
 ///
 /// The variables, their names, group codes, kinds and defaults stand in one table
-/// (host/src/db/dimension_variables.h); the record holds the values in the order of that table.
+/// (host/src/tables/dimension_variables.h); the record holds the values in the order of that table.
 class KdDbDimStyleTableRecord : public KdDbSymbolTableRecord {
     KDRX_DECLARE_MEMBERS(KdDbDimStyleTableRecord)
 public:
@@ -315,7 +321,7 @@ public:
     Kdapi::ErrorStatus setDimtxsty(KdDbObjectId textStyle);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbDimStyleTableRecord; }
 
@@ -342,7 +348,7 @@ public:
     Kdapi::ErrorStatus setYAxis(const KdGeVector3d& axis);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbUCSTableRecord; }
 
@@ -387,7 +393,7 @@ public:
                               const KdGeVector3d& yAxis);
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbViewportTableRecord; }
 

@@ -55,14 +55,14 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbText; }
 
     void draw(korra::DrawSink& sink) const override;
 
     /// The text field apart: attributes store the same fields in another order of modes.
-    void textFields(korra::FieldVisitor& visitor, int verticalModeCode);
+    void textFields(korra::ObjectVisitor& visitor, int verticalModeCode);
 
 private:
     friend class KdDbBlockReference;
@@ -102,7 +102,7 @@ public:
     bool isInvisible() const { return (attributeFlags_ & 1) != 0; }
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbAttributeDefinition; }
 
@@ -128,7 +128,7 @@ public:
     bool isInvisible() const { return (attributeFlags_ & 1) != 0; }
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbAttribute; }
 
@@ -179,7 +179,7 @@ public:
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
-    void fields(korra::FieldVisitor& visitor) override;
+    void describe(korra::ObjectVisitor& visitor) override;
 
     KdDbObject* newOfSameClass() const override { return new KdDbMText; }
 

@@ -1,0 +1,191 @@
+#include "kd/db/block_record.h"
+#include "kd/db.h"
+
+#include "blocks/draw_order.h"
+#include "blocks/spaces.h"
+#include "objects/contents.h"
+#include "objects/id_steps.h"
+
+#include "platform/gate.h"
+#include "platform/tally.h"
+#include "platform/text.h"
+
+#include <unordered_set>
+
+using korra::ObjectAccess;
+
+KDRX_DEFINE_MEMBERS(KdDbBlockTableRecord, KdDbSymbolTableRecord)
+
+namespace {
+
+platform::Tally iterators("block iterator");
+
+/// True when a block is the wanted one or refers to it, at whatever depth.
+bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
+{
+    std::vector<KdDbObjectId> pending{block};
+    std::unordered_set<KdDbObjectId> visited;
+    while (!pending.empty()) {
+        const KdDbObjectId next = pending.back();
+        pending.pop_back();
+        if (next == wanted)
+            return true;
+        auto* record = ObjectAccess::live<KdDbBlockTableRecord>(next);
+        if (!record || !visited.insert(next).second)
+            continue;
+        for (const KdDbObjectId id : ObjectAccess::entities(*record)) {
+            if (const auto* reference = ObjectAccess::live<KdDbBlockReference>(id))
+                pending.push_back(reference->blockTableRecord());
+        }
+    }
+    return false;
+}
+
+bool wouldContainItself(const KdDbBlockTableRecord& block, const KdDbEntity& entity)
+{
+    const auto* reference = KdDbBlockReference::cast(&entity);
+    return reference && leadsTo(reference->blockTableRecord(), block.objectId());
+}
+
+/// An entity of a drawing has a layer and a linetype, whoever made it.
+void completeProperties(KdDbEntity& entity, const korra::DatabaseContents& contents)
+{
+    if (entity.layerId().isNull())
+        entity.setLayer(contents.record(korra::TableKind::layer, L"0"));
+    if (entity.linetypeId().isNull())
+        entity.setLinetype(contents.record(korra::TableKind::linetype, L"ByLayer"));
+}
+
+} // namespace
+
+namespace korra {
+
+bool isSpaceName(std::wstring_view blockName)
+{
+    constexpr std::wstring_view kSheet = kPaperSpace; // the other sheets have a number behind it
+    return platform::compareNoCase(blockName, kModelSpace) == 0 ||
+           platform::compareNoCase(blockName.substr(0, kSheet.size()), kSheet) == 0;
+}
+
+} // namespace korra
+
+void KdDbBlockTableRecord::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbSymbolTableRecord::describe(visitor);
+    visitor.handle(340, layout_);
+    visitor.point(10, origin_, KdGePoint3d::kOrigin);
+}
+
+bool KdDbBlockTableRecord::isIndispensable() const
+{
+    return korra::isSpaceName(name());
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecord::setOrigin(const KdGePoint3d& origin)
+{
+    return set(origin_, origin);
+}
+
+bool KdDbBlockTableRecord::isAnonymous() const
+{
+    return name().starts_with(L'*') && !korra::isSpaceName(name());
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbObjectId& id, KdDbEntity* entity)
+{
+    if (platform::gate("KdDbBlockTableRecord::appendKdDbEntity", objectId()))
+        return Kdapi::eNotOpenForWrite;
+    if (!entity)
+        return Kdapi::eNullObjectPointer;
+    if (entity->database())
+        return Kdapi::eAlreadyInDb;
+    if (!database())
+        return Kdapi::eNotInDatabase;
+    if (wouldContainItself(*this, *entity))
+        return Kdapi::eSelfReference;
+    if (const auto status = beginChange())
+        return status;
+    completeProperties(*entity, database()->contents());
+    id = ObjectAccess::adopt(*database(), entity, objectId());
+    entities_.push_back(id);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbEntity* entity)
+{
+    KdDbObjectId id;
+    return appendKdDbEntity(id, entity);
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecord::newIterator(KdDbBlockTableRecordIterator*& iterator,
+                                                     bool atBeginning, bool skipErased) const
+{
+    iterator = nullptr;
+    if (platform::gate("KdDbBlockTableRecord::newIterator", objectId()))
+        return Kdapi::eNotOpenForRead;
+    iterator = new KdDbBlockTableRecordIterator(entities_, skipErased);
+    iterator->start(atBeginning, skipErased);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecord::getSortentsTable(KdDbSortentsTable*& table,
+                                                          KdDb::OpenMode mode, bool createIfMissing)
+{
+    table = nullptr;
+    if (platform::gate("KdDbBlockTableRecord::getSortentsTable", objectId(), mode))
+        return Kdapi::eKeyNotFound;
+    KdDbObjectId id = korra::sortentsTableOf(*this);
+    if (id.isNull() && createIfMissing) {
+        if (!database())
+            return Kdapi::eNotInDatabase;
+        if (const auto status = beginChange())
+            return status;
+        id = korra::makeSortentsTable(*this);
+    }
+    if (id.isNull())
+        return Kdapi::eKeyNotFound;
+    KdDbObject* opened = nullptr;
+    const auto status = ObjectAccess::open(opened, id, mode);
+    table = static_cast<KdDbSortentsTable*>(opened);
+    return status;
+}
+
+KdDbBlockTableRecordIterator::KdDbBlockTableRecordIterator(std::vector<KdDbObjectId> entities,
+                                                           bool skipErased)
+    : entities_(std::move(entities))
+{
+    iterators.add();
+    start(true, skipErased);
+}
+
+KdDbBlockTableRecordIterator::~KdDbBlockTableRecordIterator()
+{
+    iterators.remove();
+}
+
+void KdDbBlockTableRecordIterator::start(bool atBeginning, bool skipErased)
+{
+    next_ = korra::firstId(entities_, atBeginning, skipErased);
+}
+
+void KdDbBlockTableRecordIterator::step(bool forward, bool skipErased)
+{
+    next_ = korra::followingId(entities_, next_, forward, skipErased);
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecordIterator::getEntityId(KdDbObjectId& id) const
+{
+    if (platform::gate("KdDbBlockTableRecordIterator::getEntityId") || done())
+        return Kdapi::eIteratorDone;
+    id = entities_[next_];
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbBlockTableRecordIterator::getEntity(KdDbEntity*& entity, KdDb::OpenMode mode,
+                                                           bool openErased) const
+{
+    entity = nullptr;
+    if (done())
+        return Kdapi::eIteratorDone;
+    return kddbOpenObject(entity, entities_[next_], mode, openErased);
+}

@@ -1,0 +1,178 @@
+#include "blocks/draw_block.h"
+#include "entities/entity_plane.h"
+#include "kd/db/block_record.h"
+#include "kd/db/blocks.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+#include "platform/gate.h"
+#include "platform/tally.h"
+
+#include <algorithm>
+#include <cmath>
+
+KDRX_DEFINE_MEMBERS(KdDbBlockReference, KdDbEntity)
+
+using korra::ObjectAccess;
+
+namespace {
+
+platform::Tally objectIterators("object iterator");
+
+bool areAtRightAngles(const KdGeVector3d& a, const KdGeVector3d& b)
+{
+    return std::abs(a.dotProduct(b)) <= 1e-9 * a.length() * b.length();
+}
+
+} // namespace
+
+KdDbObjectIterator::KdDbObjectIterator(std::vector<KdDbObjectId> ids) : ids_(std::move(ids))
+{
+    objectIterators.add();
+}
+
+KdDbObjectIterator::~KdDbObjectIterator()
+{
+    objectIterators.remove();
+}
+
+KdDbBlockReference::KdDbBlockReference(const KdGePoint3d& position, KdDbObjectId blockTableRecord)
+    : block_(blockTableRecord), position_(position)
+{
+}
+
+KdDbBlockReference::~KdDbBlockReference()
+{
+    // In a database every attribute is an object of its own, which goes with the database.
+    if (ObjectAccess::slot(*this))
+        return;
+    for (KdDbAttribute* attribute : attributes_)
+        delete attribute;
+}
+
+KdGePoint3d KdDbBlockReference::position() const
+{
+    return KdGeMatrix3d::planeToWorld(normal_) * position_;
+}
+
+Kdapi::ErrorStatus KdDbBlockReference::setScaleFactors(const KdGeScale3d& scale)
+{
+    return setIf(scale.sx != 0.0 && scale.sy != 0.0 && scale.sz != 0.0, scale_, scale);
+}
+
+Kdapi::ErrorStatus KdDbBlockReference::setRotation(double rotation)
+{
+    return set(rotation_, rotation);
+}
+
+KdGeMatrix3d KdDbBlockReference::insertion() const
+{
+    return KdGeMatrix3d::planeToWorld(normal_) * KdGeMatrix3d::translation(position_.asVector()) *
+           KdGeMatrix3d::rotation(rotation_, KdGeVector3d::kZAxis);
+}
+
+KdGeMatrix3d KdDbBlockReference::definitionToCell() const
+{
+    const auto* record = ObjectAccess::live<KdDbBlockTableRecord>(block_);
+    const KdGePoint3d base = record ? record->origin() : KdGePoint3d::kOrigin;
+    return KdGeMatrix3d::scaling(scale_) * KdGeMatrix3d::translation(-base.asVector());
+}
+
+KdGeMatrix3d KdDbBlockReference::blockTransform() const
+{
+    return insertion() * definitionToCell();
+}
+
+Kdapi::ErrorStatus KdDbBlockReference::appendAttribute(KdDbObjectId& id, KdDbAttribute* attribute)
+{
+    if (platform::gate("appendAttribute", objectId()))
+        return Kdapi::eNotOpenForWrite;
+    if (const auto status = beginChange(); status != Kdapi::eOk)
+        return status;
+    if (!attribute)
+        return Kdapi::eNullObjectPointer;
+    if (ObjectAccess::slot(*attribute))
+        return Kdapi::eAlreadyInDb;
+    attributes_.push_back(attribute);
+    if (database())
+        id = ObjectAccess::adopt(*database(), attribute, objectId());
+    return Kdapi::eOk;
+}
+
+KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
+{
+    if (platform::gate("attributeIterator", objectId()))
+        return nullptr;
+    std::vector<KdDbObjectId> ids;
+    for (const KdDbAttribute* attribute : attributes_) {
+        if (!attribute->isErased() && ObjectAccess::slot(*attribute))
+            ids.push_back(attribute->objectId());
+    }
+    return new KdDbObjectIterator(std::move(ids));
+}
+
+Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
+{
+    // The texts of attributes cannot be stretched one way.
+    if (const auto status = beginTransform(matrix, !attributes_.empty()); status != Kdapi::eOk)
+        return status;
+    KdGePoint3d origin;
+    KdGeVector3d x;
+    KdGeVector3d y;
+    KdGeVector3d z;
+    (matrix * insertion()).getCoordSystem(origin, x, y, z);
+    if (!areAtRightAngles(x, y) || !areAtRightAngles(y, z) || !areAtRightAngles(z, x))
+        return Kdapi::eCannotScaleNonUniformly;
+
+    // A mirroring turns the y axis over, so that the axes stay right-handed.
+    const double side = x.crossProduct(y).dotProduct(z) < 0.0 ? -1.0 : 1.0;
+    scale_ =
+        KdGeScale3d(scale_.sx * x.length(), scale_.sy * y.length() * side, scale_.sz * z.length());
+    columnSpacing_ *= x.length();
+    rowSpacing_ *= y.length() * side;
+    normal_ = z.normal();
+    const KdGeMatrix3d toPlane = KdGeMatrix3d::worldToPlane(normal_);
+    const KdGeVector3d flat = toPlane * x;
+    rotation_ = KdGe::directionAngle(flat.x, flat.y);
+    position_ = toPlane * origin;
+    for (KdDbAttribute* attribute : attributes_)
+        attribute->moveBySimilarity(matrix);
+    return Kdapi::eOk;
+}
+
+void KdDbBlockReference::draw(korra::DrawSink& sink) const
+{
+    const KdGeMatrix3d toBlock = insertion();
+    const KdGeMatrix3d toCell = definitionToCell();
+    for (int row = 0; row < rows(); ++row) {
+        for (int column = 0; column < columns(); ++column) {
+            const KdGeVector3d offset(column * columnSpacing_, row * rowSpacing_, 0.0);
+            korra::drawShownBlock(*this, korra::BlockRole::reference, block_,
+                                  toBlock * KdGeMatrix3d::translation(offset) * toCell, sink);
+        }
+    }
+    for (const KdDbAttribute* attribute : attributes_) {
+        if (attribute->isErased() || korra::isHidden(*attribute, sink))
+            continue;
+        sink.beginPart(attribute->objectId(), korra::PartRole::attribute);
+        ObjectAccess::draw(*attribute, sink);
+        sink.endPart();
+    }
+}
+
+void KdDbBlockReference::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbEntity::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.derived(66, attributes_.empty() ? 0 : 1);
+    visitor.name(2, block_, korra::TableKind::block);
+    visitor.point(10, position_);
+    visitor.real(41, scale_.sx, 1.0);
+    visitor.real(42, scale_.sy, 1.0);
+    visitor.real(43, scale_.sz, 1.0);
+    visitor.angle(50, rotation_, 0.0);
+    visitor.integer(70, columns_, 1);
+    visitor.integer(71, rows_, 1);
+    visitor.real(44, columnSpacing_, 0.0);
+    visitor.real(45, rowSpacing_, 0.0);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+}

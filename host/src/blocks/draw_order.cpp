@@ -1,0 +1,149 @@
+#include "blocks/draw_order.h"
+#include "kd/db.h"
+
+#include "objects/contents.h"
+
+#include "platform/gate.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+using korra::ObjectAccess;
+
+KDRX_DEFINE_MEMBERS(KdDbSortentsTable, KdDbObject)
+
+namespace {
+
+/// Where the table lies in the extension dictionary of its block.
+constexpr wchar_t kDrawOrderKey[] = L"ACAD_SORTENTS";
+
+std::vector<KdDbObjectId> liveEntities(const KdDbBlockTableRecord& block)
+{
+    std::vector<KdDbObjectId> live =
+        ObjectAccess::entities(const_cast<KdDbBlockTableRecord&>(block));
+    std::erase_if(live, [](KdDbObjectId id) { return id.isNull() || id.isErased(); });
+    return live;
+}
+
+/// Puts the given entities into the places that they hold together; the others keep theirs.
+void arrange(std::vector<KdDbObjectId>& order, const KdArray<KdDbObjectId>& sequence)
+{
+    const std::unordered_set<KdDbObjectId> moved(sequence.begin(), sequence.end());
+    auto next = sequence.begin();
+    for (KdDbObjectId& place : order) {
+        if (moved.contains(place))
+            place = *next++;
+    }
+}
+
+/// True when each id is in the order, once.
+bool areDistinctMembers(const KdArray<KdDbObjectId>& ids, const std::vector<KdDbObjectId>& order)
+{
+    std::unordered_set<KdDbObjectId> members(order.begin(), order.end());
+    return std::ranges::all_of(ids, [&](KdDbObjectId id) { return members.erase(id) == 1; });
+}
+
+} // namespace
+
+namespace korra {
+
+KdDbObjectId sortentsTableOf(const KdDbBlockTableRecord& block)
+{
+    auto* dictionary = ObjectAccess::live<KdDbDictionary>(block.extensionDictionary());
+    if (!dictionary)
+        return {};
+    for (const auto& entry : ObjectAccess::entries(*dictionary)) {
+        if (entry.name == kDrawOrderKey && ObjectAccess::live<KdDbSortentsTable>(entry.id))
+            return entry.id;
+    }
+    return {};
+}
+
+KdDbObjectId makeSortentsTable(KdDbBlockTableRecord& block)
+{
+    KdDbDictionary& dictionary = ObjectAccess::extensionDictionary(block);
+    auto* table = new KdDbSortentsTable;
+    ObjectAccess::block(*table) = block.objectId();
+    const KdDbObjectId id =
+        ObjectAccess::adopt(*block.database(), table, dictionary.objectId(), {}, false);
+    ObjectAccess::enter(dictionary, kDrawOrderKey, id);
+    return id;
+}
+
+std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block)
+{
+    const auto* table = ObjectAccess::live<KdDbSortentsTable>(sortentsTableOf(block));
+    return table ? ObjectAccess::drawOrder(*table) : liveEntities(block);
+}
+
+std::vector<KdDbObjectId> ObjectAccess::drawOrder(const KdDbSortentsTable& table)
+{
+    const auto* block = live<KdDbBlockTableRecord>(table.block_);
+    if (!block)
+        return {};
+    std::vector<KdDbObjectId> order = liveEntities(*block);
+    if (table.entries_.empty())
+        return order;
+    std::unordered_map<KdDbObjectId, KdDbHandle> sortHandles;
+    for (const auto& entry : table.entries_)
+        sortHandles[entry.entity] = entry.sortHandle;
+    const auto key = [&](KdDbObjectId id) {
+        const auto found = sortHandles.find(id);
+        return found == sortHandles.end() ? id.handle() : found->second;
+    };
+    std::ranges::stable_sort(order, {}, key);
+    return order;
+}
+
+} // namespace korra
+
+void KdDbSortentsTable::describe(korra::ObjectVisitor& visitor)
+{
+    visitor.behindMarker(1);
+    visitor.handle(330, block_);
+    visitor.list(331, entries_, [](korra::ObjectVisitor& element, Entry& entry) {
+        element.handle(331, entry.entity);
+        element.handle(5, entry.sortHandle);
+    });
+}
+
+Kdapi::ErrorStatus KdDbSortentsTable::getFullDrawOrder(KdArray<KdDbObjectId>& order, bool) const
+{
+    if (platform::gate("KdDbSortentsTable::getFullDrawOrder", objectId()))
+        return Kdapi::eNotOpenForRead;
+    order.removeAll();
+    for (const KdDbObjectId id : ObjectAccess::drawOrder(*this))
+        order.append(id);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbSortentsTable::setRelativeDrawOrder(const KdArray<KdDbObjectId>& order)
+{
+    if (platform::gate("KdDbSortentsTable::setRelativeDrawOrder", objectId()))
+        return Kdapi::eNotOpenForWrite;
+    std::vector<KdDbObjectId> full = ObjectAccess::drawOrder(*this);
+    if (!areDistinctMembers(order, full))
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange())
+        return status;
+    arrange(full, order);
+    sortAs(full);
+    return Kdapi::eOk;
+}
+
+/// Gives the entities their own handles in ascending order as sort handles: whatever the order was
+/// before, it is now the given one, and what is appended later is drawn last.
+void KdDbSortentsTable::sortAs(const std::vector<KdDbObjectId>& order)
+{
+    std::vector<KdDbHandle> handles;
+    handles.reserve(order.size());
+    for (const KdDbObjectId id : order)
+        handles.push_back(id.handle());
+    std::ranges::sort(handles);
+    std::erase_if(entries_, [](const Entry& entry) { return !entry.entity.isErased(); });
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        if (order[place].handle() != handles[place])
+            entries_.push_back({order[place], handles[place]});
+    }
+}

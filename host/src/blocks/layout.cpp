@@ -1,0 +1,56 @@
+#include "kd/db/layout.h"
+#include "kd/db.h"
+
+#include "blocks/spaces.h"
+#include "objects/object_access.h"
+
+#include "platform/gate.h"
+
+#include <algorithm>
+
+using korra::ObjectAccess;
+
+KDRX_DEFINE_MEMBERS(KdDbLayout, KdDbObject)
+
+namespace korra {
+
+std::vector<KdDbObjectId> viewportsOf(const KdDbBlockTableRecord& sheet)
+{
+    std::vector<KdDbObjectId> viewports;
+    for (const KdDbObjectId id : ObjectAccess::entities(const_cast<KdDbBlockTableRecord&>(sheet))) {
+        if (ObjectAccess::live<KdDbViewport>(id))
+            viewports.push_back(id);
+    }
+    const auto isOwn = [](KdDbObjectId id) {
+        return ObjectAccess::live<KdDbViewport>(id)->number() == 1;
+    };
+    std::stable_partition(viewports.begin(), viewports.end(), isOwn);
+    return viewports;
+}
+
+} // namespace korra
+
+void KdDbLayout::describe(korra::ObjectVisitor& visitor)
+{
+    visitor.behindMarker(2); // plot settings use the same codes before it
+    visitor.text(1, name_);
+    visitor.integer(70, flags_);
+    visitor.integer(71, tabOrder_);
+    visitor.handle(330, block_);
+}
+
+Kdapi::ErrorStatus KdDbLayout::setLayoutName(const wchar_t* name)
+{
+    return setIf(name && *name, name_, name);
+}
+
+KdArray<KdDbObjectId> KdDbLayout::getViewportArray() const
+{
+    KdArray<KdDbObjectId> viewports;
+    const auto* sheet = ObjectAccess::live<KdDbBlockTableRecord>(block_);
+    if (platform::gate("KdDbLayout::getViewportArray", objectId()) || !sheet || tabOrder_ == 0)
+        return viewports;
+    for (const KdDbObjectId id : korra::viewportsOf(*sheet))
+        viewports.append(id);
+    return viewports;
+}

@@ -1,0 +1,68 @@
+#include "entities/entity_plane.h"
+#include "kd/db/curves.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+KDRX_DEFINE_MEMBERS(KdDbArc, KdDbCurve)
+
+KdDbArc::KdDbArc(const KdGePoint3d& center, double radius, double startAngle, double endAngle)
+    : KdDbArc(center, KdGeVector3d::kZAxis, radius, startAngle, endAngle)
+{
+}
+
+KdDbArc::KdDbArc(const KdGePoint3d& center, const KdGeVector3d& normal, double radius,
+                 double startAngle, double endAngle)
+    : center_(KdGeMatrix3d::worldToPlane(normal) * center),
+      normal_(normal.normal()),
+      radius_(radius),
+      startAngle_(startAngle),
+      endAngle_(endAngle)
+{
+}
+
+KdGePoint3d KdDbArc::center() const
+{
+    return KdGeMatrix3d::planeToWorld(normal_) * center_;
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbArc::geometry() const
+{
+    if (!(radius_ > 0.0))
+        return nullptr;
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    return std::make_unique<KdGeCircArc3d>(toBlock * center_, normal_,
+                                           toBlock * KdGeVector3d::kXAxis, radius_, startAngle_,
+                                           endAngle_);
+}
+
+Kdapi::ErrorStatus KdDbArc::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
+        return status;
+    const korra::PlaneImage image(normal_, matrix);
+    center_.transformBy(image.map);
+    radius_ *= image.scale;
+    thickness_ *= image.scale;
+    startAngle_ = image.angle(startAngle_);
+    endAngle_ = image.angle(endAngle_);
+    normal_ = image.newNormal;
+    return Kdapi::eOk;
+}
+
+KdDbEntity* KdDbArc::newEdge(int) const
+{
+    return new KdDbArc(center(), normal_, radius_, startAngle_, endAngle_);
+}
+
+void KdDbArc::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.real(39, thickness_, 0.0);
+    visitor.point(10, center_);
+    visitor.real(40, radius_);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    visitor.behindMarker(3);
+    visitor.angle(50, startAngle_);
+    visitor.angle(51, endAngle_);
+}

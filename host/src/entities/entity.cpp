@@ -1,0 +1,158 @@
+#include "kd/db/entity.h"
+
+#include "entities/entity_plane.h"
+#include "gi/extents_sink.h"
+#include "objects/contents.h"
+#include "platform/gate.h"
+
+KDRX_DEFINE_MEMBERS(KdDbEntity, KdDbObject)
+
+KdDbExtents::KdDbExtents(const KdGePoint3d& minimum, const KdGePoint3d& maximum)
+    : minimum_(minimum), maximum_(maximum), empty_(false)
+{
+}
+
+void KdDbExtents::addPoint(const KdGePoint3d& point)
+{
+    KdGeExtents3d box;
+    if (!empty_) {
+        box.addPoint(minimum_);
+        box.addPoint(maximum_);
+    }
+    box.addPoint(point);
+    *this = KdDbExtents(box.minPoint(), box.maxPoint());
+}
+
+void KdDbExtents::addExt(const KdDbExtents& other)
+{
+    if (other.empty_)
+        return;
+    addPoint(other.minimum_);
+    addPoint(other.maximum_);
+}
+
+KdDbEntity::KdDbEntity() = default;
+KdDbEntity::~KdDbEntity() = default;
+
+Kdapi::ErrorStatus KdDbEntity::setLayer(KdDbObjectId layer)
+{
+    return setIf(!layer.isNull(), layer_, layer, Kdapi::eNullObjectId);
+}
+
+Kdapi::ErrorStatus KdDbEntity::setColor(const KdCmColor& color)
+{
+    return set(color_, color);
+}
+
+Kdapi::ErrorStatus KdDbEntity::setLinetype(KdDbObjectId linetype)
+{
+    return setIf(!linetype.isNull(), linetype_, linetype, Kdapi::eNullObjectId);
+}
+
+Kdapi::ErrorStatus KdDbEntity::setLinetypeScale(double scale)
+{
+    return setIf(scale > 0.0, linetypeScale_, scale);
+}
+
+Kdapi::ErrorStatus KdDbEntity::setLineWeight(KdDb::LineWeight weight)
+{
+    return set(lineWeight_, static_cast<short>(weight));
+}
+
+Kdapi::ErrorStatus KdDbEntity::setVisibility(KdDb::Visibility visibility)
+{
+    return set(visibility_, static_cast<short>(visibility));
+}
+
+void KdDbEntity::setDatabaseDefaults(KdDbDatabase* database)
+{
+    if (!database || beginChange() != Kdapi::eOk)
+        return;
+    const korra::DrawingHeader& header = database->contents().header;
+    layer_ = database->clayer();
+    linetype_ = database->celtype();
+    linetypeScale_ = header.real("$CELTSCALE", 1.0);
+    color_.setColorIndex(static_cast<std::uint16_t>(header.integer("$CECOLOR", 256)));
+    lineWeight_ = static_cast<short>(header.integer("$CELWEIGHT", KdDb::kLnWtByLayer));
+}
+
+Kdapi::ErrorStatus KdDbEntity::getGeomExtents(KdDbExtents& extents) const
+{
+    if (platform::gate("getGeomExtents", objectId()))
+        return Kdapi::eInvalidExtents;
+    korra::ExtentsSink sink;
+    draw(sink);
+    if (sink.extents().isEmpty())
+        return Kdapi::eInvalidExtents;
+    extents = KdDbExtents(sink.extents().minPoint(), sink.extents().maxPoint());
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly)
+{
+    if (platform::gate("transformBy", objectId()))
+        return Kdapi::eInvalidInput;
+    if (const auto status = beginChange(); status != Kdapi::eOk)
+        return status;
+    if (!matrix.isAffine() || matrix.isSingular())
+        return Kdapi::eInvalidInput;
+    if (similarityOnly && !korra::isSimilarity(matrix))
+        return Kdapi::eCannotScaleNonUniformly;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbEntity::transformBy(const KdGeMatrix3d& matrix)
+{
+    const auto status = beginTransform(matrix, false);
+    return status == Kdapi::eOk ? Kdapi::eNotApplicable : status;
+}
+
+Kdapi::ErrorStatus KdDbEntity::getSubentPathsAtGsMarker(KdDb::SubentType type, std::int64_t marker,
+                                                        const KdGePoint3d&, const KdGeMatrix3d&,
+                                                        KdArray<KdDbFullSubentPath>& paths) const
+{
+    if (platform::gate("getSubentPathsAtGsMarker", objectId(), type, marker))
+        return Kdapi::eNotApplicable;
+    paths.removeAll();
+    if (type != KdDb::kEdgeSubentType)
+        return Kdapi::eNotApplicable;
+    if (marker >= 1 && marker <= edgeCount())
+        paths.append(KdDbFullSubentPath(objectId(), KdDbSubentId(type, marker)));
+    return Kdapi::eOk;
+}
+
+KdDbEntity* KdDbEntity::subentPtr(const KdDbFullSubentPath& path) const
+{
+    if (platform::gate("subentPtr", objectId()))
+        return nullptr;
+    const KdDbSubentId& part = path.subentId();
+    if (path.entityId() != objectId() || part.type() != KdDb::kEdgeSubentType || part.index() < 1 ||
+        part.index() > edgeCount())
+        return nullptr;
+    KdDbEntity* edge = newEdge(static_cast<int>(part.index()));
+    if (edge) {
+        edge->layer_ = layer_;
+        edge->linetype_ = linetype_;
+        edge->linetypeScale_ = linetypeScale_;
+        edge->color_ = color_;
+        edge->lineWeight_ = lineWeight_;
+    }
+    return edge;
+}
+
+KdDbEntity* KdDbEntity::newEdge(int) const
+{
+    return nullptr;
+}
+
+void KdDbEntity::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbObject::describe(visitor);
+    visitor.behindMarker(1);
+    visitor.name(8, layer_, korra::TableKind::layer);
+    visitor.name(6, linetype_, korra::TableKind::linetype);
+    visitor.color(62, color_);
+    visitor.integer(370, lineWeight_, KdDb::kLnWtByLayer);
+    visitor.real(48, linetypeScale_, 1.0);
+    visitor.integer(60, visibility_, KdDb::kVisible);
+}

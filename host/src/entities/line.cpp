@@ -1,0 +1,56 @@
+#include "gi/draw_sink.h"
+#include "kd/db/curves.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+#include <cmath>
+
+KDRX_DEFINE_MEMBERS(KdDbLine, KdDbCurve)
+
+Kdapi::ErrorStatus KdDbLine::setStartPoint(const KdGePoint3d& point)
+{
+    return set(start_, point);
+}
+
+Kdapi::ErrorStatus KdDbLine::setEndPoint(const KdGePoint3d& point)
+{
+    return set(end_, point);
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbLine::geometry() const
+{
+    return std::make_unique<KdGeLineSeg3d>(start_, end_);
+}
+
+Kdapi::ErrorStatus KdDbLine::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
+        return status;
+    start_.transformBy(matrix);
+    end_.transformBy(matrix);
+    const KdGeVector3d thick = matrix * (normal_ * thickness_);
+    if (thickness_ != 0.0)
+        thickness_ = std::copysign(thick.length(), thickness_);
+    normal_ = (matrix * normal_).normal();
+    return Kdapi::eOk;
+}
+
+void KdDbLine::draw(korra::DrawSink& sink) const
+{
+    sink.segment(start_, end_);
+}
+
+KdDbEntity* KdDbLine::newEdge(int) const
+{
+    return new KdDbLine(start_, end_);
+}
+
+void KdDbLine::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.real(39, thickness_, 0.0);
+    visitor.point(10, start_);
+    visitor.point(11, end_);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+}

@@ -1,0 +1,124 @@
+#include "entities/entity_plane.h"
+#include "entities/text_layout.h"
+#include "kd/db/text.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+#include <algorithm>
+#include <cmath>
+
+KDRX_DEFINE_MEMBERS(KdDbMText, KdDbEntity)
+
+namespace {
+
+KdGeVector3d directionAt(const KdGeVector3d& normal, double radians)
+{
+    return KdGeMatrix3d::planeToWorld(normal) *
+           KdGeVector3d(std::cos(radians), std::sin(radians), 0.0);
+}
+
+} // namespace
+
+double KdDbMText::rotation() const
+{
+    const KdGeVector3d flat = KdGeMatrix3d::worldToPlane(normal_) * direction_;
+    return KdGe::directionAngle(flat.x, flat.y);
+}
+
+Kdapi::ErrorStatus KdDbMText::setLocation(const KdGePoint3d& location)
+{
+    return set(location_, location);
+}
+
+Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
+{
+    if (const auto status = beginChange(); status != Kdapi::eOk)
+        return status;
+    if (normal.isZeroLength())
+        return Kdapi::eInvalidInput;
+    const double angle = rotation();
+    normal_ = normal.normal();
+    direction_ = directionAt(normal_, angle);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbMText::setContents(const wchar_t* contents)
+{
+    return setIf(contents != nullptr, contents_, contents);
+}
+
+Kdapi::ErrorStatus KdDbMText::setTextHeight(double height)
+{
+    return setIf(height > 0.0, textHeight_, height);
+}
+
+Kdapi::ErrorStatus KdDbMText::setWidth(double width)
+{
+    return setIf(width >= 0.0, width_, width);
+}
+
+Kdapi::ErrorStatus KdDbMText::setAttachment(short attachment)
+{
+    return setIf(attachment >= 1 && attachment <= 9, attachment_, attachment);
+}
+
+Kdapi::ErrorStatus KdDbMText::setRotation(double rotation)
+{
+    return set(direction_, directionAt(normal_, rotation));
+}
+
+Kdapi::ErrorStatus KdDbMText::setTextStyle(KdDbObjectId style)
+{
+    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
+}
+
+double KdDbMText::actualWidth() const
+{
+    return korra::measureMText(*this).width;
+}
+
+double KdDbMText::actualHeight() const
+{
+    return korra::measureMText(*this).height;
+}
+
+Kdapi::ErrorStatus KdDbMText::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
+        return status;
+    const korra::PlaneImage image(normal_, matrix);
+    location_.transformBy(matrix);
+    direction_ = (matrix * direction_).normal();
+    normal_ = image.newNormal;
+    textHeight_ *= image.scale;
+    width_ *= image.scale;
+    return Kdapi::eOk;
+}
+
+void KdDbMText::draw(korra::DrawSink& sink) const
+{
+    for (const korra::TextRun& run : korra::layOutMText(*this))
+        sink.text(run);
+}
+
+void KdDbMText::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbEntity::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.point(10, location_);
+    visitor.real(40, textHeight_);
+    visitor.real(41, width_, 0.0);
+    visitor.integer(71, attachment_, 1);
+    visitor.integer(72, flow_, 1);
+    visitor.longText(1, 3, contents_);
+    visitor.name(7, textStyle_, korra::TableKind::textStyle);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    visitor.vector(11, direction_, KdGeVector3d::kXAxis);
+    // Some files give an angle instead of the direction; it is read and never written.
+    double angle = 0.0;
+    visitor.angle(50, angle, 0.0);
+    if (angle != 0.0)
+        direction_ = directionAt(normal_, angle);
+    visitor.integer(73, spacingStyle_, 1);
+    visitor.real(44, lineSpacing_, 1.0);
+}

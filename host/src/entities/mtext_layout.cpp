@@ -1,0 +1,104 @@
+#include "entities/text_layout.h"
+#include "gi/mtext_lines.h"
+#include "objects/object_access.h"
+
+#include <algorithm>
+
+namespace korra {
+
+/// The lines of a multiline text with their measures.
+class MTextLayout {
+public:
+    explicit MTextLayout(const KdDbMText& text);
+
+    MTextSize size() const;
+    std::vector<TextRun> runs() const;
+
+private:
+    double widthOf(std::wstring_view line) const;
+    KdGeMatrix3d textToBlock() const;
+    double lineAdvance() const;
+
+    const KdDbMText& text_;
+    double widthFactor_ = 1.0;
+    double oblique_ = 0.0;
+    std::vector<std::wstring> lines_;
+};
+
+MTextLayout::MTextLayout(const KdDbMText& text) : text_(text)
+{
+    if (const auto* style = ObjectAccess::live<KdDbTextStyleTableRecord>(text.textStyle())) {
+        widthFactor_ = style->xScale() > 0.0 ? style->xScale() : 1.0;
+        oblique_ = style->obliquingAngle();
+    }
+    for (const std::wstring& paragraph : readParagraphs(text.contents())) {
+        const auto pieces = wrapped(paragraph, text.width(),
+                                    [this](std::wstring_view piece) { return widthOf(piece); });
+        lines_.insert(lines_.end(), pieces.begin(), pieces.end());
+    }
+}
+
+double MTextLayout::widthOf(std::wstring_view line) const
+{
+    return textWidth(line, text_.textStyle(), text_.textHeight(), widthFactor_);
+}
+
+/// Base lines of single-spaced text lie five thirds of its height apart.
+double MTextLayout::lineAdvance() const
+{
+    return text_.textHeight() * 5.0 / 3.0 * text_.lineSpacing_;
+}
+
+MTextSize MTextLayout::size() const
+{
+    MTextSize size;
+    const bool isEmpty = std::ranges::all_of(lines_, &std::wstring::empty);
+    if (isEmpty)
+        return size;
+    for (const std::wstring& line : lines_)
+        size.width = std::max(size.width, widthOf(line));
+    size.height = text_.textHeight() + lineAdvance() * static_cast<double>(lines_.size() - 1);
+    return size;
+}
+
+/// From coordinates with the attachment point as origin and x along the lines.
+KdGeMatrix3d MTextLayout::textToBlock() const
+{
+    const KdGeVector3d x = text_.direction_.normal();
+    KdGeMatrix3d matrix;
+    matrix.setCoordSystem(text_.location_, x, text_.normal_.crossProduct(x), text_.normal_);
+    return matrix;
+}
+
+std::vector<TextRun> MTextLayout::runs() const
+{
+    const KdGeMatrix3d toBlock = textToBlock();
+    const KdGeMatrix3d shape = letterShape(oblique_, widthFactor_);
+    const int place = std::clamp<int>(text_.attachment(), 1, 9) - 1;
+    const int column = place % 3;
+    const int row = place / 3;
+    double baseLine = size().height * row / 2.0 - text_.textHeight();
+    std::vector<TextRun> runs;
+    for (const std::wstring& line : lines_) {
+        const double width = widthOf(line);
+        if (!line.empty()) {
+            const KdGeVector3d offset(-width * column / 2.0, baseLine, 0.0);
+            runs.push_back({line, text_.textStyle(), text_.textHeight(), width / widthFactor_,
+                            toBlock * KdGeMatrix3d::translation(offset) * shape});
+        }
+        baseLine -= lineAdvance();
+    }
+    return runs;
+}
+
+std::vector<TextRun> layOutMText(const KdDbMText& text)
+{
+    return MTextLayout(text).runs();
+}
+
+MTextSize measureMText(const KdDbMText& text)
+{
+    return MTextLayout(text).size();
+}
+
+} // namespace korra

@@ -1,0 +1,213 @@
+#include "entities/curve_entity.h"
+#include "entities/entity_plane.h"
+#include "gi/draw_sink.h"
+#include "kd/db/curves.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+KDRX_DEFINE_MEMBERS(KdDbPolyline, KdDbCurve)
+
+namespace {
+
+/// The tolerance for equal points, never below what coordinates of that size resolve.
+double onSegmentTolerance(const KdGePoint2d& point)
+{
+    const double size = std::max(std::abs(point.x), std::abs(point.y));
+    return std::max(KdGeContext::gTol.equalPoint(),
+                    16.0 * std::numeric_limits<double>::epsilon() * size);
+}
+
+} // namespace
+
+Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
+{
+    return set(flags_, static_cast<short>(closed ? flags_ | 1 : flags_ & ~1));
+}
+
+Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint2d& point,
+                                             double bulge, double startWidth, double endWidth)
+{
+    if (const auto status = beginChange(); status != Kdapi::eOk)
+        return status;
+    if (index > vertices_.size())
+        return Kdapi::eInvalidIndex;
+    vertices_.insert(vertices_.begin() + index, Vertex{point, bulge, startWidth, endWidth});
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbPolyline::getPointAt(unsigned int index, KdGePoint3d& point) const
+{
+    if (index >= vertices_.size())
+        return Kdapi::eInvalidIndex;
+    point = mapped(vertices_[index], KdGeMatrix3d::planeToWorld(normal_));
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbPolyline::getBulgeAt(unsigned int index, double& bulge) const
+{
+    if (index >= vertices_.size())
+        return Kdapi::eInvalidIndex;
+    bulge = vertices_[index].bulge;
+    return Kdapi::eOk;
+}
+
+KdDbPolyline::SegType KdDbPolyline::segType(unsigned int index) const
+{
+    if (numVerts() == 1 && index == 0)
+        return kPoint;
+    if (index >= segmentCount())
+        return kEmpty;
+    if (vertices_[index].point.isEqualTo(vertexBehind(index).point))
+        return kCoincident;
+    return korra::isBulged(vertices_[index].bulge) ? kArc : kLine;
+}
+
+Kdapi::ErrorStatus KdDbPolyline::getLineSegAt(unsigned int index, KdGeLineSeg3d& segment) const
+{
+    if (index >= vertices_.size())
+        return Kdapi::eInvalidIndex;
+    if (segType(index) != kLine)
+        return Kdapi::eNotApplicable;
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    segment =
+        KdGeLineSeg3d(mapped(vertices_[index], toBlock), mapped(vertexBehind(index), toBlock));
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc3d& arc) const
+{
+    if (index >= vertices_.size())
+        return Kdapi::eInvalidIndex;
+    if (segType(index) != kArc)
+        return Kdapi::eNotApplicable;
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    arc = KdGeCircArc3d::fromBulge(mapped(vertices_[index], toBlock),
+                                   mapped(vertexBehind(index), toBlock), vertices_[index].bulge,
+                                   normal_);
+    return Kdapi::eOk;
+}
+
+bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double& param) const
+{
+    // In the plane itself, at elevation 0: the given point has no other coordinate.
+    const KdGeMatrix3d flat = KdGeMatrix3d::translation({0.0, 0.0, -elevation_});
+    const auto curve = segment(index, flat);
+    if (!curve)
+        return false;
+    const KdGePoint3d given(point.x, point.y, 0.0);
+    const double nearest = curve->nearestParam(given);
+    if (curve->evalPoint(nearest).distanceTo(given) > onSegmentTolerance(point))
+        return false;
+    param = index + (nearest - curve->startParam()) / (curve->endParam() - curve->startParam());
+    return true;
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbPolyline::geometry() const
+{
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    std::vector<std::unique_ptr<KdGeCurve3d>> pieces;
+    for (unsigned int index = 0; index < segmentCount(); ++index)
+        pieces.push_back(segment(index, toBlock));
+    if (pieces.empty())
+        return nullptr;
+    return std::make_unique<KdGeCompositeCurve3d>(std::move(pieces));
+}
+
+Kdapi::ErrorStatus KdDbPolyline::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
+        return status;
+    const korra::PlaneImage image(normal_, matrix);
+    const double newElevation = (image.map * KdGePoint3d(0.0, 0.0, elevation_)).z;
+    for (Vertex& vertex : vertices_) {
+        const KdGePoint3d moved = mapped(vertex, image.map);
+        vertex.point = KdGePoint2d(moved.x, moved.y);
+        if (vertex.startWidth > 0.0)
+            vertex.startWidth *= image.scale;
+        if (vertex.endWidth > 0.0)
+            vertex.endWidth *= image.scale;
+    }
+    elevation_ = newElevation;
+    thickness_ *= image.scale;
+    constantWidth_ *= image.scale;
+    normal_ = image.newNormal;
+    return Kdapi::eOk;
+}
+
+void KdDbPolyline::draw(korra::DrawSink& sink) const
+{
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    for (unsigned int index = 0; index < segmentCount(); ++index) {
+        sink.marker(index + 1);
+        const KdGePoint3d start = mapped(vertices_[index], toBlock);
+        const KdGePoint3d end = mapped(vertexBehind(index), toBlock);
+        if (segType(index) == kArc)
+            sink.curve(KdGeCircArc3d::fromBulge(start, end, vertices_[index].bulge, normal_));
+        else
+            sink.segment(start, end);
+    }
+}
+
+int KdDbPolyline::edgeCount() const
+{
+    return static_cast<int>(segmentCount());
+}
+
+KdDbEntity* KdDbPolyline::newEdge(int marker) const
+{
+    const auto index = static_cast<unsigned int>(marker - 1);
+    const auto curve = segment(index, KdGeMatrix3d::planeToWorld(normal_));
+    return curve ? korra::newCurveEntity(*curve) : nullptr;
+}
+
+void KdDbPolyline::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.derived(90, static_cast<long long>(vertices_.size()));
+    visitor.integer(70, flags_);
+    visitor.real(43, constantWidth_, 0.0);
+    visitor.real(38, elevation_, 0.0);
+    visitor.real(39, thickness_, 0.0);
+    visitor.list(10, vertices_, [](korra::ObjectVisitor& each, Vertex& vertex) {
+        each.point(10, vertex.point);
+        each.real(40, vertex.startWidth, -1.0);
+        each.real(41, vertex.endWidth, -1.0);
+        each.real(42, vertex.bulge, 0.0);
+    });
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+}
+
+unsigned int KdDbPolyline::segmentCount() const
+{
+    if (numVerts() < 2)
+        return 0;
+    return isClosed() ? numVerts() : numVerts() - 1;
+}
+
+const KdDbPolyline::Vertex& KdDbPolyline::vertexBehind(unsigned int index) const
+{
+    return vertices_[(index + 1) % vertices_.size()];
+}
+
+KdGePoint3d KdDbPolyline::mapped(const Vertex& vertex, const KdGeMatrix3d& map) const
+{
+    return map * KdGePoint3d(vertex.point.x, vertex.point.y, elevation_);
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbPolyline::segment(unsigned int index,
+                                                   const KdGeMatrix3d& map) const
+{
+    if (index >= segmentCount())
+        return nullptr;
+    const KdGePoint3d start = mapped(vertices_[index], map);
+    const KdGePoint3d end = mapped(vertexBehind(index), map);
+    if (segType(index) != kArc)
+        return std::make_unique<KdGeLineSeg3d>(start, end);
+    return std::make_unique<KdGeCircArc3d>(
+        KdGeCircArc3d::fromBulge(start, end, vertices_[index].bulge, map * KdGeVector3d::kZAxis));
+}

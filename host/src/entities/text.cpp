@@ -1,0 +1,130 @@
+#include "kd/db/text.h"
+
+#include "entities/entity_plane.h"
+#include "entities/text_layout.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+KDRX_DEFINE_MEMBERS(KdDbText, KdDbEntity)
+
+namespace {
+
+constexpr short kAligned = 3;
+constexpr short kFit = 5;
+
+} // namespace
+
+KdDbText::KdDbText(const KdGePoint3d& position, const wchar_t* text, double height, double rotation)
+    : text_(text ? text : L""), position_(position), height_(height), rotation_(rotation)
+{
+}
+
+KdGePoint3d KdDbText::position() const
+{
+    const bool placedByPosition = (horizontalMode_ == 0 && verticalMode_ == 0) ||
+                                  horizontalMode_ == kAligned || horizontalMode_ == kFit;
+    if (placedByPosition)
+        return KdGeMatrix3d::planeToWorld(normal_) * position_;
+    return korra::layOutText(*this).frame * KdGePoint3d::kOrigin;
+}
+
+KdGePoint3d KdDbText::alignmentPoint() const
+{
+    return KdGeMatrix3d::planeToWorld(normal_) * alignment_;
+}
+
+Kdapi::ErrorStatus KdDbText::setTextString(const wchar_t* text)
+{
+    return setIf(text != nullptr, text_, text);
+}
+
+Kdapi::ErrorStatus KdDbText::setPosition(const KdGePoint3d& position)
+{
+    return set(position_, KdGeMatrix3d::worldToPlane(normal_) * position);
+}
+
+Kdapi::ErrorStatus KdDbText::setAlignmentPoint(const KdGePoint3d& point)
+{
+    return set(alignment_, KdGeMatrix3d::worldToPlane(normal_) * point);
+}
+
+Kdapi::ErrorStatus KdDbText::setHeight(double height)
+{
+    return setIf(height > 0.0, height_, height);
+}
+
+Kdapi::ErrorStatus KdDbText::setRotation(double rotation)
+{
+    return set(rotation_, rotation);
+}
+
+Kdapi::ErrorStatus KdDbText::setWidthFactor(double factor)
+{
+    return setIf(factor > 0.0, widthFactor_, factor);
+}
+
+Kdapi::ErrorStatus KdDbText::setHorizontalMode(short mode)
+{
+    return setIf(mode >= 0 && mode <= kFit, horizontalMode_, mode);
+}
+
+Kdapi::ErrorStatus KdDbText::setVerticalMode(short mode)
+{
+    return setIf(mode >= 0 && mode <= 3, verticalMode_, mode);
+}
+
+Kdapi::ErrorStatus KdDbText::setTextStyle(KdDbObjectId style)
+{
+    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
+}
+
+Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
+        return status;
+    moveBySimilarity(matrix);
+    return Kdapi::eOk;
+}
+
+void KdDbText::moveBySimilarity(const KdGeMatrix3d& matrix)
+{
+    const korra::PlaneImage image(normal_, matrix);
+    position_.transformBy(image.map);
+    alignment_.transformBy(image.map);
+    height_ *= image.scale;
+    thickness_ *= image.scale;
+    rotation_ = image.angle(rotation_);
+    normal_ = image.newNormal;
+    korra::ObjectAccess::markChanged(*this);
+}
+
+void KdDbText::draw(korra::DrawSink& sink) const
+{
+    if (!text_.empty())
+        sink.text(korra::layOutText(*this));
+}
+
+void KdDbText::describe(korra::ObjectVisitor& visitor)
+{
+    textFields(visitor, 73);
+}
+
+void KdDbText::textFields(korra::ObjectVisitor& visitor, int verticalModeCode)
+{
+    KdDbEntity::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.real(39, thickness_, 0.0);
+    visitor.point(10, position_);
+    visitor.real(40, height_);
+    visitor.text(1, text_);
+    visitor.angle(50, rotation_, 0.0);
+    visitor.real(41, widthFactor_, 1.0);
+    visitor.angle(51, oblique_, 0.0);
+    visitor.name(7, textStyle_, korra::TableKind::textStyle);
+    visitor.integer(71, generation_, 0);
+    visitor.integer(72, horizontalMode_, 0);
+    visitor.point(11, alignment_, KdGePoint3d::kOrigin);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    visitor.behindMarker(3);
+    visitor.integer(verticalModeCode, verticalMode_, 0);
+}

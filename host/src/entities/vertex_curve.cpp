@@ -1,0 +1,196 @@
+#include "entities/curve_entity.h"
+#include "entities/entity_plane.h"
+#include "gi/draw_sink.h"
+#include "kd/db/curves.h"
+#include "objects/object_access.h"
+#include "objects/object_visitor.h"
+
+KDRX_DEFINE_MEMBERS(KdDbVertex, KdDbEntity)
+KDRX_DEFINE_MEMBERS(KdDbVertexCurve, KdDbCurve)
+KDRX_DEFINE_MEMBERS(KdDb2dPolyline, KdDbVertexCurve)
+KDRX_DEFINE_MEMBERS(KdDb3dPolyline, KdDbVertexCurve)
+
+using korra::ObjectAccess;
+
+namespace {
+
+/// A control point of the frame from which a curve was fitted: it is not on the curve.
+constexpr short kFrameVertex = 16;
+
+} // namespace
+
+Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
+        return status;
+    position_.transformBy(matrix);
+    return Kdapi::eOk;
+}
+
+void KdDbVertex::draw(korra::DrawSink& sink) const
+{
+    sink.point(position_);
+}
+
+void KdDbVertex::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbEntity::describe(visitor);
+    visitor.behindMarker(3);
+    visitor.point(10, position_);
+    visitor.real(40, startWidth_, 0.0);
+    visitor.real(41, endWidth_, 0.0);
+    visitor.real(42, bulge_, 0.0);
+    visitor.integer(70, flags_, 0);
+    visitor.angle(50, tangent_, 0.0);
+}
+
+KdDbVertexCurve::~KdDbVertexCurve()
+{
+    // In a database every vertex is an object of its own, which goes with the database.
+    if (ObjectAccess::slot(*this))
+        return;
+    for (KdDbVertex* vertex : vertices_)
+        delete vertex;
+}
+
+Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbVertex* vertex)
+{
+    KdDbObjectId id;
+    const auto status = appendVertex(id, vertex);
+    if (status == Kdapi::eOk && !id.isNull())
+        vertex->close();
+    return status;
+}
+
+Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbObjectId& id, KdDbVertex* vertex)
+{
+    if (const auto status = beginChange(); status != Kdapi::eOk)
+        return status;
+    if (!vertex)
+        return Kdapi::eNullObjectPointer;
+    if (ObjectAccess::slot(*vertex))
+        return Kdapi::eAlreadyInDb;
+    vertices_.push_back(vertex);
+    if (database())
+        id = ObjectAccess::adopt(*database(), vertex, objectId());
+    return Kdapi::eOk;
+}
+
+std::vector<KdDbVertexCurve::Segment> KdDbVertexCurve::segments() const
+{
+    std::vector<Segment> result;
+    const KdDbVertex* first = nullptr;
+    const KdDbVertex* last = nullptr;
+    for (const KdDbVertex* vertex : vertices_) {
+        if (vertex->isErased() || (vertex->flags_ & kFrameVertex) != 0)
+            continue;
+        if (last)
+            result.push_back({last, vertex});
+        else
+            first = vertex;
+        last = vertex;
+    }
+    if (isClosed() && last != first)
+        result.push_back({last, first});
+    return result;
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbVertexCurve::geometry() const
+{
+    std::vector<std::unique_ptr<KdGeCurve3d>> pieces;
+    for (const Segment& segment : segments())
+        pieces.push_back(segmentGeometry(*segment.from, *segment.to));
+    if (pieces.empty())
+        return nullptr;
+    return std::make_unique<KdGeCompositeCurve3d>(std::move(pieces));
+}
+
+Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (const auto status = beginTransform(matrix, isPlanar()); status != Kdapi::eOk)
+        return status;
+    if (!isPlanar()) {
+        transformVertices(matrix, 1.0);
+        return Kdapi::eOk;
+    }
+    const korra::PlaneImage image(normal_, matrix);
+    for (KdDbVertex* vertex : vertices_)
+        vertex->position_.z = elevation_;
+    transformVertices(image.map, image.scale);
+    elevation_ = (image.map * KdGePoint3d(0.0, 0.0, elevation_)).z;
+    thickness_ *= image.scale;
+    startWidth_ *= image.scale;
+    endWidth_ *= image.scale;
+    normal_ = image.newNormal;
+    return Kdapi::eOk;
+}
+
+void KdDbVertexCurve::transformVertices(const KdGeMatrix3d& map, double scale)
+{
+    for (KdDbVertex* vertex : vertices_) {
+        vertex->position_.transformBy(map);
+        vertex->startWidth_ *= scale;
+        vertex->endWidth_ *= scale;
+        ObjectAccess::markChanged(*vertex);
+    }
+}
+
+void KdDbVertexCurve::draw(korra::DrawSink& sink) const
+{
+    std::int64_t marker = 0;
+    for (const Segment& segment : segments()) {
+        sink.beginPart(segment.from->objectId(), korra::PartRole::vertex);
+        sink.marker(++marker);
+        sink.curve(*segmentGeometry(*segment.from, *segment.to));
+        sink.endPart();
+    }
+}
+
+int KdDbVertexCurve::edgeCount() const
+{
+    return static_cast<int>(segments().size());
+}
+
+KdDbEntity* KdDbVertexCurve::newEdge(int marker) const
+{
+    const auto all = segments();
+    const auto index = static_cast<std::size_t>(marker - 1);
+    if (index >= all.size())
+        return nullptr;
+    return korra::newCurveEntity(*segmentGeometry(*all[index].from, *all[index].to));
+}
+
+void KdDbVertexCurve::describe(korra::ObjectVisitor& visitor)
+{
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2);
+    visitor.derived(66, 1);
+    KdGePoint3d heightPoint(0.0, 0.0, elevation_);
+    visitor.point(10, heightPoint);
+    elevation_ = heightPoint.z;
+    visitor.real(39, thickness_, 0.0);
+    visitor.integer(70, flags_, 0);
+    visitor.real(40, startWidth_, 0.0);
+    visitor.real(41, endWidth_, 0.0);
+    visitor.integer(75, curveType_, 0);
+    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+}
+
+std::unique_ptr<KdGeCurve3d> KdDb2dPolyline::segmentGeometry(const KdDbVertex& from,
+                                                             const KdDbVertex& to) const
+{
+    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    const KdGePoint3d start =
+        toBlock * KdGePoint3d(from.position().x, from.position().y, elevation_);
+    const KdGePoint3d end = toBlock * KdGePoint3d(to.position().x, to.position().y, elevation_);
+    if (!korra::isBulged(from.bulge()) || start.isEqualTo(end))
+        return std::make_unique<KdGeLineSeg3d>(start, end);
+    return std::make_unique<KdGeCircArc3d>(
+        KdGeCircArc3d::fromBulge(start, end, from.bulge(), normal_));
+}
+
+std::unique_ptr<KdGeCurve3d> KdDb3dPolyline::segmentGeometry(const KdDbVertex& from,
+                                                             const KdDbVertex& to) const
+{
+    return std::make_unique<KdGeLineSeg3d>(from.position(), to.position());
+}

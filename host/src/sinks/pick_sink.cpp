@@ -1,0 +1,225 @@
+#include "sinks/pick_sink.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace korra {
+
+namespace {
+
+/// Chords this far off are good enough to see that a curve is not under the box, pixels.
+constexpr double kCoarse = 0.25;
+
+/// The distance of what is under the box is true to this, pixels.
+constexpr double kFine = 1e-6;
+
+/// Distances that differ by less are equal, pixels.
+constexpr double kSameDistance = 1e-9;
+
+double distanceFromOrigin(double ax, double ay, double bx, double by)
+{
+    const double dx = bx - ax;
+    const double dy = by - ay;
+    const double square = dx * dx + dy * dy;
+    const double along = square > 0.0 ? std::clamp(-(ax * dx + ay * dy) / square, 0.0, 1.0) : 0.0;
+    return std::hypot(ax + along * dx, ay + along * dy);
+}
+
+/// Cuts the part of a segment that lies beyond one side of the box off; Liang and Barsky's step.
+bool clipSide(double direction, double room, double& from, double& to)
+{
+    if (direction == 0.0)
+        return room >= 0.0;
+    const double at = room / direction;
+    if (direction < 0.0)
+        from = std::max(from, at);
+    else
+        to = std::min(to, at);
+    return from <= to;
+}
+
+bool meetsBox(double ax, double ay, double bx, double by, double reach)
+{
+    double from = 0.0;
+    double to = 1.0;
+    return clipSide(ax - bx, ax + reach, from, to) && clipSide(bx - ax, reach - ax, from, to) &&
+           clipSide(ay - by, ay + reach, from, to) && clipSide(by - ay, reach - ay, from, to);
+}
+
+} // namespace
+
+PickSink::PickSink(const KdGeMatrix3d& toPixels, const KdGePoint2d& pick, double reach, Keep keep)
+    : DrawSink(Looks::ignored),
+      toPixels_(KdGeMatrix3d::translation({-pick.x, -pick.y, 0.0}) * toPixels),
+      reach_(reach),
+      keep_(keep)
+{
+    transformChanged();
+}
+
+void PickSink::transformChanged()
+{
+    image_ = toPixels_ * transform();
+}
+
+PickSink::Pixel PickSink::project(const KdGePoint3d& point) const
+{
+    const auto& e = image_.entry;
+    return {e[0][0] * point.x + e[0][1] * point.y + e[0][2] * point.z + e[0][3],
+            e[1][0] * point.x + e[1][1] * point.y + e[1][2] * point.z + e[1][3]};
+}
+
+void PickSink::segment(const KdGePoint3d& start, const KdGePoint3d& end)
+{
+    const Pixel a = project(start);
+    const Pixel b = project(end);
+    if (const auto distance = distanceUnderBox(a, b, reach_))
+        addHit(*distance);
+}
+
+std::optional<double> PickSink::distanceUnderBox(const Pixel& a, const Pixel& b, double reach)
+{
+    if ((a.x > reach && b.x > reach) || (a.x < -reach && b.x < -reach) ||
+        (a.y > reach && b.y > reach) || (a.y < -reach && b.y < -reach))
+        return std::nullopt;
+    if (!meetsBox(a.x, a.y, b.x, b.y, reach))
+        return std::nullopt;
+    return distanceFromOrigin(a.x, a.y, b.x, b.y);
+}
+
+std::optional<double> PickSink::chainDistance(const KdGeCurve3d& curve, double tolerance,
+                                              double reach)
+{
+    chain_.clear();
+    curve.flatten(image_, tolerance, chain_);
+    std::optional<double> nearest;
+    for (std::size_t i = 1; i < chain_.size(); ++i) {
+        const auto distance =
+            distanceUnderBox({chain_[i - 1].x, chain_[i - 1].y}, {chain_[i].x, chain_[i].y}, reach);
+        if (distance && (!nearest || *distance < *nearest))
+            nearest = distance;
+    }
+    return nearest;
+}
+
+void PickSink::curve(const KdGeCurve3d& curve)
+{
+    const KdGeExtents3d box = curve.extentsUnder(image_);
+    if (box.isEmpty() || box.minPoint().x > reach_ || box.maxPoint().x < -reach_ ||
+        box.minPoint().y > reach_ || box.maxPoint().y < -reach_)
+        return;
+    if (!chainDistance(curve, kCoarse, reach_ + kCoarse))
+        return;
+    if (const auto distance = chainDistance(curve, kFine, reach_ + kFine))
+        addHit(*distance);
+}
+
+void PickSink::point(const KdGePoint3d& point)
+{
+    const Pixel at = project(point);
+    if (std::abs(at.x) <= reach_ && std::abs(at.y) <= reach_)
+        addHit(std::hypot(at.x, at.y));
+}
+
+void PickSink::text(const TextRun& run)
+{
+    std::array<Pixel, 4> corners;
+    std::ranges::transform(run.corners(), corners.begin(),
+                           [this](const KdGePoint3d& corner) { return project(corner); });
+    std::optional<double> nearest;
+    int left = 0;
+    int right = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const Pixel& a = corners[i];
+        const Pixel& b = corners[(i + 1) % 4];
+        const double side = a.x * b.y - a.y * b.x;
+        left += side > 0.0;
+        right += side < 0.0;
+        const auto distance = distanceUnderBox(a, b, reach_);
+        if (distance && (!nearest || *distance < *nearest))
+            nearest = distance;
+    }
+    if (left == 4 || right == 4)
+        nearest = 0.0;
+    if (nearest)
+        addHit(*nearest);
+}
+
+void PickSink::beginEntity(KdDbObjectId entity, const Traits&)
+{
+    entities_.push_back(entity);
+    part_.setNull();
+    marker_ = 1;
+}
+
+void PickSink::endEntity()
+{
+    entities_.pop_back();
+    part_.setNull();
+    marker_ = 1;
+}
+
+void PickSink::beginPart(KdDbObjectId part, PartRole role)
+{
+    part_ = part;
+    partRole_ = role;
+}
+
+void PickSink::endPart()
+{
+    part_.setNull();
+}
+
+void PickSink::blockBegins(KdDbObjectId owner, BlockRole role)
+{
+    shown_.push_back({owner, role, transform()});
+}
+
+void PickSink::blockEnded()
+{
+    shown_.pop_back();
+}
+
+void PickSink::addHit(double distance)
+{
+    if (keep_ == Keep::nearest && !hits_.empty() &&
+        distance > hits_.front().distance + kSameDistance)
+        return;
+    PickHit hit = hitHere(distance);
+    if (keep_ == Keep::nearest)
+        hits_.clear();
+    else if (!hits_.empty() && isSamePiece(hits_.back(), hit)) {
+        hits_.back().distance = std::min(hits_.back().distance, distance);
+        return;
+    }
+    hits_.push_back(std::move(hit));
+}
+
+PickHit PickSink::hitHere(double distance) const
+{
+    PickHit hit;
+    hit.distance = distance;
+    const auto whole = std::ranges::find(shown_, BlockRole::dimension, &Shown::role);
+    for (auto shown = shown_.begin(); shown != whole; ++shown)
+        hit.containers.insert(hit.containers.begin(), shown->owner);
+    if (whole != shown_.end()) {
+        hit.entity = whole->owner;
+        hit.transform = whole->transform;
+        return hit;
+    }
+    hit.entity = part_.isNull() ? entities_.back() : part_;
+    hit.marker = marker_;
+    hit.transform = transform();
+    if (!part_.isNull() && partRole_ == PartRole::attribute)
+        hit.containers.insert(hit.containers.begin(), entities_.back());
+    return hit;
+}
+
+bool PickSink::isSamePiece(const PickHit& left, const PickHit& right)
+{
+    return left.entity == right.entity && left.marker == right.marker &&
+           left.containers == right.containers;
+}
+
+} // namespace korra

@@ -1,0 +1,189 @@
+#include "kd/db.h"
+
+#include "objects/contents.h"
+#include "objects/id_steps.h"
+#include "tables/table_kinds.h"
+
+#include "platform/gate.h"
+#include "platform/tally.h"
+
+#include <array>
+
+using korra::ObjectAccess;
+
+KDRX_DEFINE_MEMBERS(KdDbSymbolTable, KdDbObject)
+KDRX_DEFINE_MEMBERS(KdDbBlockTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbDimStyleTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbLayerTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbLinetypeTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbRegAppTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbTextStyleTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbUCSTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbViewportTable, KdDbSymbolTable)
+KDRX_DEFINE_MEMBERS(KdDbSymbolTableRecord, KdDbObject)
+
+namespace {
+
+platform::Tally iterators("symbol table iterator");
+
+struct TableClasses {
+    KdRxClass* table;
+    KdRxClass* record;
+};
+
+/// Table and record classes in the order of korra::TableKind.
+const std::array<TableClasses, korra::kTableKinds>& tableClasses()
+{
+    static const std::array<TableClasses, korra::kTableKinds> classes = {{
+        {KdDbBlockTable::desc(), KdDbBlockTableRecord::desc()},
+        {KdDbDimStyleTable::desc(), KdDbDimStyleTableRecord::desc()},
+        {KdDbLayerTable::desc(), KdDbLayerTableRecord::desc()},
+        {KdDbLinetypeTable::desc(), KdDbLinetypeTableRecord::desc()},
+        {KdDbRegAppTable::desc(), KdDbRegAppTableRecord::desc()},
+        {KdDbTextStyleTable::desc(), KdDbTextStyleTableRecord::desc()},
+        {KdDbUCSTable::desc(), KdDbUCSTableRecord::desc()},
+        {KdDbViewportTable::desc(), KdDbViewportTableRecord::desc()},
+    }};
+    return classes;
+}
+
+} // namespace
+
+namespace korra {
+
+std::optional<TableKind> tableKindOf(const KdDbObject& table)
+{
+    for (std::size_t kind = 0; kind < tableClasses().size(); ++kind) {
+        if (tableClasses()[kind].table == table.isA())
+            return static_cast<TableKind>(kind);
+    }
+    return std::nullopt;
+}
+
+bool holdsRecordsLike(const KdDbSymbolTable& table, const KdDbSymbolTableRecord& record)
+{
+    const auto kind = tableKindOf(table);
+    return kind && record.isKindOf(tableClasses()[static_cast<std::size_t>(*kind)].record);
+}
+
+} // namespace korra
+
+void KdDbSymbolTable::describe(korra::ObjectVisitor&) {}
+
+Kdapi::ErrorStatus KdDbSymbolTable::getAt(const wchar_t* name, KdDbObjectId& id,
+                                          bool getErased) const
+{
+    if (platform::gate("KdDbSymbolTable::getAt", objectId(), name))
+        return Kdapi::eKeyNotFound;
+    if (!name)
+        return Kdapi::eInvalidKey;
+    const KdDbObjectId found = korra::recordNamed(*this, name, getErased);
+    if (found.isNull())
+        return Kdapi::eKeyNotFound;
+    id = found;
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbSymbolTable::getIdAt(const wchar_t* name, KdDbObjectId& id,
+                                            bool getErased) const
+{
+    return getAt(name, id, getErased);
+}
+
+Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord* record)
+{
+    if (platform::gate("KdDbSymbolTable::add", objectId()))
+        return Kdapi::eNotOpenForWrite;
+    if (!record)
+        return Kdapi::eNullObjectPointer;
+    if (!korra::holdsRecordsLike(*this, *record))
+        return Kdapi::eNotThatKindOfClass;
+    if (record->database())
+        return Kdapi::eAlreadyInDb;
+    if (!database())
+        return Kdapi::eNotInDatabase;
+    if (record->name().empty())
+        return Kdapi::eInvalidKey;
+    if (!korra::recordNamed(*this, record->name(), false).isNull())
+        return Kdapi::eDuplicateKey;
+    if (const auto status = beginChange())
+        return status;
+    if (auto* layer = KdDbLayerTableRecord::cast(record);
+        layer && layer->linetypeObjectId().isNull())
+        layer->setLinetypeObjectId(database()->continuousLinetype());
+    id = ObjectAccess::adopt(*database(), record, objectId());
+    records_.push_back(id);
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbSymbolTable::newIterator(KdDbSymbolTableIterator*& iterator,
+                                                bool atBeginning, bool skipErased) const
+{
+    iterator = nullptr;
+    if (platform::gate("KdDbSymbolTable::newIterator", objectId()))
+        return Kdapi::eNotOpenForRead;
+    iterator = new KdDbSymbolTableIterator(records_, skipErased);
+    iterator->start(atBeginning, skipErased);
+    return Kdapi::eOk;
+}
+
+KdDbSymbolTableIterator::KdDbSymbolTableIterator(std::vector<KdDbObjectId> records, bool skipErased)
+    : records_(std::move(records))
+{
+    iterators.add();
+    start(true, skipErased);
+}
+
+KdDbSymbolTableIterator::~KdDbSymbolTableIterator()
+{
+    iterators.remove();
+}
+
+void KdDbSymbolTableIterator::start(bool atBeginning, bool skipErased)
+{
+    next_ = korra::firstId(records_, atBeginning, skipErased);
+}
+
+void KdDbSymbolTableIterator::step(bool forward, bool skipErased)
+{
+    next_ = korra::followingId(records_, next_, forward, skipErased);
+}
+
+Kdapi::ErrorStatus KdDbSymbolTableIterator::getRecordId(KdDbObjectId& id) const
+{
+    if (platform::gate("KdDbSymbolTableIterator::getRecordId") || done())
+        return Kdapi::eIteratorDone;
+    id = records_[next_];
+    return Kdapi::eOk;
+}
+
+void KdDbSymbolTableRecord::describe(korra::ObjectVisitor& visitor)
+{
+    visitor.text(2, name_);
+    visitor.integer(70, flags_);
+}
+
+Kdapi::ErrorStatus KdDbSymbolTableRecord::getName(const wchar_t*& name) const
+{
+    if (platform::gate("KdDbSymbolTableRecord::getName", objectId()))
+        return Kdapi::eNotOpenForRead;
+    name = name_.c_str();
+    return Kdapi::eOk;
+}
+
+Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
+{
+    if (platform::gate("KdDbSymbolTableRecord::setName", objectId(), name))
+        return Kdapi::eNotOpenForWrite;
+    if (!name || !*name)
+        return Kdapi::eInvalidKey;
+    if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
+        const KdDbObjectId taken = korra::recordNamed(*table, name, false);
+        if (!taken.isNull() && taken != objectId())
+            return Kdapi::eDuplicateKey;
+    }
+    if (const auto status = beginChange())
+        return status;
+    name_ = name;
+    return Kdapi::eOk;
+}
