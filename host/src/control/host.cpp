@@ -76,7 +76,7 @@ void startHost(const HostOptions& options)
     rx::forgetFatalStops();
     rx::recordFatalStops(options.recordFatalStops);
     rx::startLinker(forEachDocument);
-    running->editor = std::make_unique<EditorState>(options, running->documents);
+    running->editor = std::make_unique<ed::StartedEditor>(options, running->documents);
     running->documents.addObserver(&moduleNotices());
 }
 

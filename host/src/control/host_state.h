@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ap/documents.h"
-#include "ed/editor.h"
+#include "ed/started_editor.h"
 
 #include <memory>
 
@@ -12,7 +12,7 @@ struct Host {
     DocumentManager documents;
 
     /// Made when modules can be loaded already; ends when every document is closed.
-    std::unique_ptr<EditorState> editor;
+    std::unique_ptr<ed::StartedEditor> editor;
     int newDrawings = 0; ///< opened so far; their titles are numbered
 };
 

@@ -1,7 +1,8 @@
+#include "ed/commands.h"
+
 #include "ed/editor.h"
 #include "ed/prompts.h"
 #include "kd/ed.h"
-#include "korra/console.h"
 #include "platform/gate.h"
 #include "platform/text.h"
 #include "rx/command_stack.h"
@@ -81,37 +82,9 @@ bool runFunction(std::wstring_view name)
     return rx::invokeFunction(L"C:" + std::wstring(name));
 }
 
-bool runNamed(std::wstring_view typed)
-{
-    std::wstring_view name = platform::trimmedLeft(platform::trimmedRight(typed));
-    while (name.starts_with(L'_') || name.starts_with(L'.'))
-        name.remove_prefix(1);
-    if (const rx::Command* command = rx::findCommand(name)) {
-        run(*command);
-        return true;
-    }
-    if (runFunction(name))
-        return true;
-    printLine(L"Unknown command \"" + std::wstring(typed) + L"\".");
-    return false;
-}
-
 } // namespace
-} // namespace korra::ed
 
-using namespace korra::ed;
-
-void korra::queueInput(const std::string& utf8Line)
-{
-    editor().input.queueLine(utf8Line);
-}
-
-void korra::setInputSource(std::function<std::optional<std::string>()> source, InputEcho echo)
-{
-    editor().input.setSource(std::move(source), echo == InputEcho::byUser);
-}
-
-bool korra::runCommands()
+bool runCommands()
 {
     bool allKnown = true;
     editor().quitting = false;
@@ -121,13 +94,25 @@ bool korra::runCommands()
         if (event.atEnd)
             break;
         if (event.kind == InputEvent::Kind::text)
-            allKnown = runNamed(event.text) && allKnown;
+            allKnown = runCommand(event.text) && allKnown;
     }
     editor().commandLine.freshLine();
     return allKnown;
 }
 
-bool korra::runCommand(const std::string& utf8Name)
+bool runCommand(std::wstring_view typed)
 {
-    return runNamed(platform::fromUtf8(utf8Name));
+    std::wstring_view name = platform::trimmedLeft(platform::trimmedRight(typed));
+    while (name.starts_with(L'_') || name.starts_with(L'.'))
+        name.remove_prefix(1);
+    if (const rx::Command* const command = rx::findCommand(name)) {
+        run(*command);
+        return true;
+    }
+    if (runFunction(name))
+        return true;
+    printLine(L"Unknown command \"" + std::wstring(typed) + L"\".");
+    return false;
 }
+
+} // namespace korra::ed

@@ -1,10 +1,5 @@
 #include "ed/editor.h"
 
-#include "ed/host_commands.h"
-#include "ed/views.h"
-#include "kd/ed.h"
-#include "platform/gate.h"
-#include "platform/input.h"
 #include "platform/text.h"
 
 namespace korra {
@@ -12,33 +7,16 @@ namespace {
 
 EditorState* running = nullptr;
 
-/// Readies each document that is opened for the editor.
-class DocumentPreparer final : public DocumentObserver {
-public:
-    void documentOpened(Document& document) override
-    {
-        document.editor = std::make_shared<EditorDocument>();
-        ed::fitNewView(*document.database());
-    }
-
-    void documentClosing(Document&) override {}
-};
-
 } // namespace
 
 EditorState::EditorState(const HostOptions& hostOptions, DocumentManager& openDocuments)
-    : options(hostOptions), documents(openDocuments), observer(std::make_unique<DocumentPreparer>())
+    : options(hostOptions), documents(openDocuments)
 {
     running = this;
-    documents.addObserver(observer.get());
-    ed::registerHostCommands();
-    platform::releaseKeys();
 }
 
 EditorState::~EditorState()
 {
-    platform::releaseKeys();
-    documents.removeObserver(observer.get());
     running = nullptr;
 }
 
@@ -66,6 +44,13 @@ KdDbDatabase* currentDatabase()
 {
     const Document* const document = currentDocument();
     return document ? document->database() : nullptr;
+}
+
+void printLine(std::wstring_view text)
+{
+    CommandLine& line = editor().commandLine;
+    line.freshLine();
+    line.print(platform::toUtf8(text) + '\n');
 }
 
 } // namespace korra::ed

@@ -6,7 +6,7 @@
 #include "ed/main_window.h"
 #include "ed/prompt_rules.h"
 #include "ed/selection_sets.h"
-#include "ed/system_variables.h"
+#include "ed/variable_value.h"
 #include "korra/host.h"
 
 #include <map>
@@ -18,7 +18,7 @@ namespace korra {
 
 /// What the editor keeps for the whole host.
 struct EditorState {
-    /// Follows the documents, which outlive the editor.
+    /// @param openDocuments  outlive the editor
     EditorState(const HostOptions& hostOptions, DocumentManager& openDocuments);
     ~EditorState();
     EditorState(const EditorState&) = delete;
@@ -30,7 +30,7 @@ struct EditorState {
 
     ed::CommandLine commandLine;
     ed::InputStream input;
-    ed::MainWindow mainWindow;
+    ed::MainWindow mainWindow{input};
     ed::SelectionSets selectionSets;
 
     /// Values of the system variables that belong to the host, where they are not the default.
@@ -44,8 +44,6 @@ struct EditorState {
     std::wstring keysToReport;   ///< characters of a text that tracking has not told yet
 
     bool quitting = false;
-
-    std::unique_ptr<DocumentObserver> observer;
 };
 
 /// What the editor keeps for one document.

@@ -5,6 +5,7 @@
 #include "ed/object_change.h"
 #include "ed/prompts.h"
 #include "ed/regeneration.h"
+#include "ed/system_variables.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"

@@ -1,9 +1,5 @@
 #include "ed/main_window.h"
 
-#include "ed/editor.h"
-#include "kd/ed.h"
-#include "korra/console.h"
-#include "platform/gate.h"
 #include "platform/text.h"
 
 namespace korra::ed {
@@ -29,39 +25,8 @@ LRESULT MainWindow::onMessage(UINT message, WPARAM, LPARAM lParam)
     const auto& record = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     if (record.dwData != kCommandText || !record.lpData)
         return FALSE;
-    editor().input.type(copiedText(record));
+    input_.type(copiedText(record));
     return TRUE;
 }
 
 } // namespace korra::ed
-
-std::string korra::mainWindowCaption()
-{
-    return platform::toUtf8(ed::editor().mainWindow.caption);
-}
-
-HWND kdsw_kdapiMainWnd()
-{
-    platform::note("kdsw_kdapiMainWnd");
-    korra::EditorState* const editor = korra::ed::runningEditor();
-    return editor ? &editor->mainWindow : nullptr;
-}
-
-CWnd* kdedGetKdapiFrame()
-{
-    platform::note("kdedGetKdapiFrame");
-    korra::EditorState* const editor = korra::ed::runningEditor();
-    return editor ? &editor->mainWindow.frame : nullptr;
-}
-
-void qmSetMainFrameCaptionTitle(const wchar_t* caption)
-{
-    platform::note("qmSetMainFrameCaptionTitle", caption);
-    if (korra::EditorState* const editor = korra::ed::runningEditor())
-        editor->mainWindow.caption = caption ? caption : L"";
-}
-
-void InitKdUiDLL()
-{
-    platform::note("InitKdUiDLL");
-}

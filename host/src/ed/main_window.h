@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ed/input.h"
 #include "platform/window.h"
 
 #include <afxwin.h>
@@ -10,12 +11,16 @@ namespace korra::ed {
 
 /// The host's main window: it takes copied text as typed command input.
 struct MainWindow final : HWND__ {
-    MainWindow() { frame.m_hWnd = this; }
+    /// @param input  where the commands go; outlives the window
+    explicit MainWindow(InputStream& input) : input_(input) { frame.m_hWnd = this; }
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
     std::wstring caption;
     CWnd frame; ///< the window as the window framework has it
+
+private:
+    InputStream& input_;
 };
 
 } // namespace korra::ed

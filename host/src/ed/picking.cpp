@@ -4,6 +4,7 @@
 
 #include "ed/editor.h"
 #include "ed/prompts.h"
+#include "ed/system_variables.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"

@@ -4,7 +4,6 @@
 #include "ed/number_text.h"
 #include "ed/views.h"
 #include "kd/ed.h"
-#include "korra/console.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
 #include "platform/text.h"
@@ -124,6 +123,13 @@ std::optional<VariableValue> variableValueOf(const SystemVariable& variable, std
     return whole ? std::optional<VariableValue>(static_cast<short>(*number)) : std::nullopt;
 }
 
+bool setVariable(std::wstring_view name, std::wstring_view text)
+{
+    const SystemVariable* const variable = findVariable(name);
+    const auto value = variable ? variableValueOf(*variable, text) : std::nullopt;
+    return value && writeVariable(*variable, *value);
+}
+
 std::wstring textOf(const VariableValue& value)
 {
     if (const auto* number = std::get_if<short>(&value))
@@ -197,13 +203,4 @@ int kdedSetVar(const wchar_t* name, const resbuf* value)
     const SystemVariable* const variable = findVariable(name);
     const std::optional<VariableValue> given = variable ? valueIn(*value, *variable) : std::nullopt;
     return given && writeVariable(*variable, *given) ? RTNORM : RTERROR;
-}
-
-bool korra::setVariable(const std::string& utf8Name, const std::string& utf8Value)
-{
-    const SystemVariable* const variable = findVariable(platform::fromUtf8(utf8Name));
-    if (!variable)
-        return false;
-    const auto value = variableValueOf(*variable, platform::fromUtf8(utf8Value));
-    return value && writeVariable(*variable, *value);
 }

@@ -1,19 +1,15 @@
 #pragma once
 
-#include "kd/ge.h"
+#include "ed/variable_value.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 class KdDbDatabase;
 
 namespace korra::ed {
-
-/// A value as its variable's type has it: RTSHORT, RTREAL, RTPOINT or RT3DPOINT, RTSTR.
-using VariableValue = std::variant<short, double, KdGePoint3d, std::wstring>;
 
 /// One system variable: what it is, where it lives, what it takes.
 struct SystemVariable {
@@ -55,6 +51,10 @@ bool writeVariable(const SystemVariable& variable, const VariableValue& value);
 /// The value that a text means for a variable; nullopt where it means none.
 std::optional<VariableValue> variableValueOf(const SystemVariable& variable,
                                              std::wstring_view text);
+
+/// Writes the value that a text means into the variable of a name.
+/// @return false, nothing changed, when there is no such variable or it refuses the value
+bool setVariable(std::wstring_view name, std::wstring_view text);
 
 /// A value as the command line shows it.
 std::wstring textOf(const VariableValue& value);

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "rx/module_linker.h"
+#include "rx/loaded_module.h"
+
+#include <string_view>
 
 namespace korra::rx {
 

@@ -1,6 +1,7 @@
 #include "rx/module_linker.h"
 
 #include "rx/list_functions.h"
+#include "rx/loaded_module.h"
 
 #include "platform/gate.h"
 #include "platform/modules.h"
@@ -28,7 +29,6 @@ using ApiVersion = unsigned();
 std::vector<std::unique_ptr<LoadedModule>> modules; ///< in the order of loading
 std::vector<std::string> folders;
 EachDocument eachDocument = [](const auto&) {};
-LoadedModule* receiver = nullptr;
 
 /// Takes a module out of the list and of memory.
 void discard(const LoadedModule& module)
@@ -227,26 +227,6 @@ void sendDocumentClosing()
 {
     for (std::size_t i = 0; i < modules.size(); ++i)
         sendMessage(*modules[i], KdRx::kUnloadDwgMsg);
-}
-
-LoadedModule* moduleBeingSent()
-{
-    return receiver;
-}
-
-KdRx::AppRetCode sendMessage(LoadedModule& module, KdRx::AppMsgCode code)
-{
-    struct Receiving {
-        explicit Receiving(LoadedModule& now) : before(std::exchange(receiver, &now)) {}
-
-        ~Receiving() { receiver = before; }
-
-        LoadedModule* before;
-    };
-
-    platform::note("kdrxEntryPoint", module.name, code);
-    const Receiving receiving(module);
-    return module.entryPoint(code, &module);
 }
 
 } // namespace korra::rx

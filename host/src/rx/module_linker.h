@@ -2,25 +2,11 @@
 
 #include "kd/rx.h"
 
-#include <windows.h>
-
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace korra::rx {
-
-/// What a module answers the host's messages with.
-using EntryPoint = KdRx::AppRetCode(KdRx::AppMsgCode, void* packet);
-
-/// An extension module that is loaded. Its address is the packet of the messages that it is sent.
-struct LoadedModule {
-    std::wstring name; ///< file name with extension
-    HINSTANCE handle = nullptr;
-    EntryPoint* entryPoint = nullptr;
-    bool unlocked = false;
-    bool multiDocumentAware = false;
-};
 
 /// What loading a module came to.
 enum class LoadOutcome {
@@ -62,11 +48,5 @@ bool unloadModule(std::wstring_view name);
 /// Tells every module that the current document was opened, or is about to be closed.
 void sendDocumentOpened();
 void sendDocumentClosing();
-
-/// The module that is handling a message now; null when none is.
-LoadedModule* moduleBeingSent();
-
-/// Sends one message to a module. @return its answer
-KdRx::AppRetCode sendMessage(LoadedModule& module, KdRx::AppMsgCode code);
 
 } // namespace korra::rx

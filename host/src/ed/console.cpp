@@ -1,0 +1,51 @@
+#include "korra/console.h"
+
+#include "ed/commands.h"
+#include "ed/editor.h"
+#include "ed/system_variables.h"
+#include "platform/text.h"
+
+namespace korra {
+
+void setCommandLineOutput(std::function<void(const std::string& utf8)> sink)
+{
+    ed::editor().commandLine.setOutput(std::move(sink));
+}
+
+std::string takePrintedText()
+{
+    EditorState* const editor = ed::runningEditor();
+    return editor ? editor->commandLine.take() : std::string();
+}
+
+void queueInput(const std::string& utf8Line)
+{
+    ed::editor().input.queueLine(utf8Line);
+}
+
+void setInputSource(std::function<std::optional<std::string>()> source, InputEcho echo)
+{
+    ed::editor().input.setSource(std::move(source), echo == InputEcho::byUser);
+}
+
+bool runCommands()
+{
+    return ed::runCommands();
+}
+
+bool runCommand(const std::string& utf8Name)
+{
+    return ed::runCommand(platform::fromUtf8(utf8Name));
+}
+
+bool setVariable(const std::string& utf8Name, const std::string& utf8Value)
+{
+    return ed::setVariable(platform::fromUtf8(utf8Name), platform::fromUtf8(utf8Value));
+}
+
+std::string mainWindowCaption()
+{
+    return platform::toUtf8(ed::editor().mainWindow.caption);
+}
+
+} // namespace korra
