@@ -7,7 +7,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Orvexbase)
 
 # Modules and programs stay side by side: the host looks for modules beside itself.
-install(TARGETS orvex_platform orvex_module_life korra_host korra_control Orvexbase
+install(TARGETS orvex_platform orvex_platform_control orvex_module_life korra_host korra_control Orvexbase
   EXPORT OrvexbaseTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR}
@@ -22,7 +22,9 @@ install(DIRECTORY host/support DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY include/orvex DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY host/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korra-host)
 install(DIRECTORY host/korra/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korra-control)
-install(DIRECTORY platform/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korra-platform)
+install(DIRECTORY platform/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korra-control)
+install(DIRECTORY platform/windows/ platform/framework/
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/korra-platform)
 
 install(EXPORT OrvexbaseTargets NAMESPACE Orvex:: DESTINATION ${package_dir})
 file(WRITE ${PROJECT_BINARY_DIR}/OrvexbaseConfig.cmake

@@ -166,8 +166,3 @@ BOOL CString::LoadString(UINT id)
 {
     return LoadString(AfxFindStringResourceHandle(id), id);
 }
-
-double _wtof(const wchar_t* text)
-{
-    return platform::readNumber(text);
-}

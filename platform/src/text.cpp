@@ -1,5 +1,7 @@
 #include "platform/text.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <clocale>
 #include <compare>
@@ -75,4 +77,9 @@ double platform::readNumber(std::wstring_view text)
     });
     const std::string narrow(text.begin(), end);
     return strtod_l(narrow.c_str(), nullptr, plainLocale());
+}
+
+double _wtof(const wchar_t* text)
+{
+    return platform::readNumber(text);
 }

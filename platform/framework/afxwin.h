@@ -19,6 +19,3 @@ public:
 
     HWND m_hWnd = nullptr;
 };
-
-/// The number that a text begins with, after white space; 0 when there is none.
-double _wtof(const wchar_t* text);

@@ -189,6 +189,9 @@ int wcscpy_s(char16_t (&target)[size], const wchar_t* source)
     return platform::copyUtf16(target, size, source) ? 0 : kOutOfRange;
 }
 
+/// The number that a text begins with, after white space; 0 when there is none.
+double _wtof(const wchar_t* text);
+
 // Windows.
 
 inline constexpr UINT WM_COPYDATA = 0x004A;
