@@ -1,5 +1,4 @@
 #include "blocks/draw_block.h"
-#include "entities/entity_plane.h"
 #include "kd/db/block_record.h"
 #include "kd/db/blocks.h"
 #include "objects/object_access.h"
@@ -51,7 +50,7 @@ KdDbBlockReference::~KdDbBlockReference()
 
 KdGePoint3d KdDbBlockReference::position() const
 {
-    return KdGeMatrix3d::planeToWorld(normal_) * position_;
+    return place_.toBlock() * position_;
 }
 
 Kdapi::ErrorStatus KdDbBlockReference::setScaleFactors(const KdGeScale3d& scale)
@@ -66,7 +65,7 @@ Kdapi::ErrorStatus KdDbBlockReference::setRotation(double rotation)
 
 KdGeMatrix3d KdDbBlockReference::insertion() const
 {
-    return KdGeMatrix3d::planeToWorld(normal_) * KdGeMatrix3d::translation(position_.asVector()) *
+    return place_.toBlock() * KdGeMatrix3d::translation(position_.asVector()) *
            KdGeMatrix3d::rotation(rotation_, KdGeVector3d::kZAxis);
 }
 
@@ -129,11 +128,9 @@ Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
         KdGeScale3d(scale_.sx * x.length(), scale_.sy * y.length() * side, scale_.sz * z.length());
     columnSpacing_ *= x.length();
     rowSpacing_ *= y.length() * side;
-    normal_ = z.normal();
-    const KdGeMatrix3d toPlane = KdGeMatrix3d::worldToPlane(normal_);
-    const KdGeVector3d flat = toPlane * x;
-    rotation_ = KdGe::directionAngle(flat.x, flat.y);
-    position_ = toPlane * origin;
+    place_.setNormal(z);
+    rotation_ = place_.angleOf(x);
+    position_ = place_.toPlane() * origin;
     for (KdDbAttribute* attribute : attributes_)
         attribute->moveBySimilarity(matrix);
     return Kdapi::eOk;
@@ -174,5 +171,5 @@ void KdDbBlockReference::describe(korra::ObjectVisitor& visitor)
     visitor.integer(71, rows_, 1);
     visitor.real(44, columnSpacing_, 0.0);
     visitor.real(45, rowSpacing_, 0.0);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
 }

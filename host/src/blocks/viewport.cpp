@@ -1,4 +1,3 @@
-#include "entities/entity_plane.h"
 #include "gi/draw_sink.h"
 #include "kd/db/layout.h"
 #include "objects/object_access.h"

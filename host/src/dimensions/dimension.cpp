@@ -2,7 +2,6 @@
 
 #include "blocks/draw_block.h"
 #include "dimensions/dimension_sheet.h"
-#include "entities/entity_plane.h"
 #include "objects/contents.h"
 #include "objects/object_visitor.h"
 #include "platform/gate.h"
@@ -124,8 +123,7 @@ KdRxObject* KdDbDimension::clone() const
 
 KdGePoint2d KdDbDimension::inPlane(const KdGePoint3d& point) const
 {
-    const KdGePoint3d flat = KdGeMatrix3d::worldToPlane(normal_) * point;
-    return {flat.x, flat.y};
+    return place_.below(point);
 }
 
 std::optional<KdGePoint2d> KdDbDimension::movedText() const
@@ -141,11 +139,10 @@ Kdapi::ErrorStatus KdDbDimension::transformBy(const KdGeMatrix3d& matrix)
         return status;
     if (isA() == KdDbDimension::desc())
         return Kdapi::eNotApplicable;
-    const korra::PlaneImage image(normal_, matrix);
-    transformDefinition(matrix);
+    const korra::PlaneImage image = place_.transformBy(matrix);
+    transformDefinition(matrix, image);
     dimLinePoint_.transformBy(matrix);
     textPosition_.transformBy(image.map);
-    normal_ = image.newNormal;
     notYetInBlock_ = matrix * notYetInBlock_;
     return Kdapi::eOk;
 }
@@ -157,7 +154,7 @@ void KdDbDimension::draw(korra::DrawSink& sink) const
 
 void KdDbDimension::definition(korra::ObjectVisitor&) {}
 
-void KdDbDimension::transformDefinition(const KdGeMatrix3d&) {}
+void KdDbDimension::transformDefinition(const KdGeMatrix3d&, const korra::PlaneImage&) {}
 
 void KdDbDimension::describe(korra::ObjectVisitor& visitor)
 {
@@ -177,7 +174,7 @@ void KdDbDimension::describe(korra::ObjectVisitor& visitor)
     visitor.angle(53, textRotation_, 0.0);
     visitor.angle(51, horizontalRotation_, 0.0);
     visitor.name(3, style_, korra::TableKind::dimStyle);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
     visitor.behindMarker(3);
     definition(visitor);
 }

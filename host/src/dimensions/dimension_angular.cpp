@@ -1,6 +1,5 @@
 #include "dimensions/dimension_line.h"
 #include "dimensions/dimension_text.h"
-#include "entities/entity_plane.h"
 #include "kd/db/dimension.h"
 #include "objects/object_visitor.h"
 
@@ -147,10 +146,11 @@ void KdDbAngularDimension::definition(korra::ObjectVisitor& visitor)
         visitor.point(16, arcPoint_);
 }
 
-void KdDbAngularDimension::transformDefinition(const KdGeMatrix3d& matrix)
+void KdDbAngularDimension::transformDefinition(const KdGeMatrix3d& matrix,
+                                               const korra::PlaneImage& image)
 {
     first_.transformBy(matrix);
     second_.transformBy(matrix);
     center_.transformBy(matrix);
-    arcPoint_.transformBy(korra::PlaneImage(normal_, matrix).map);
+    arcPoint_.transformBy(image.map);
 }

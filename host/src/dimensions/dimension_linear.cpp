@@ -1,6 +1,5 @@
 #include "dimensions/dimension_line.h"
 #include "dimensions/dimension_text.h"
-#include "entities/entity_plane.h"
 #include "kd/db/dimension.h"
 #include "objects/object_visitor.h"
 
@@ -73,9 +72,9 @@ void KdDbRotatedDimension::definition(korra::ObjectVisitor& visitor)
     visitor.angle(50, rotation_, 0.0);
 }
 
-void KdDbRotatedDimension::transformDefinition(const KdGeMatrix3d& matrix)
+void KdDbRotatedDimension::transformDefinition(const KdGeMatrix3d& matrix,
+                                               const korra::PlaneImage& image)
 {
-    const korra::PlaneImage image(normal_, matrix);
     first_.transformBy(matrix);
     second_.transformBy(matrix);
     rotation_ = image.angle(rotation_);

@@ -42,10 +42,11 @@ void KdDbRadialDimension::definition(korra::ObjectVisitor& visitor)
     visitor.real(40, leaderLength_);
 }
 
-void KdDbRadialDimension::transformDefinition(const KdGeMatrix3d& matrix)
+void KdDbRadialDimension::transformDefinition(const KdGeMatrix3d& matrix,
+                                              const korra::PlaneImage& image)
 {
     chordPoint_.transformBy(matrix);
-    leaderLength_ *= matrix.scale();
+    leaderLength_ *= image.scale;
 }
 
 KdDbDiametricDimension::KdDbDiametricDimension(const KdGePoint3d& chordPoint,

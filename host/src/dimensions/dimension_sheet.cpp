@@ -83,8 +83,8 @@ DimensionLook::DimensionLook(const KdDbDimension& dimension)
 DimensionSheet::DimensionSheet(const KdDbDimension& dimension)
     : dimension_(dimension),
       look_(dimension),
-      elevation_((KdGeMatrix3d::worldToPlane(dimension.normal_) * dimension.dimLinePoint_).z),
-      toBlock_(KdGeMatrix3d::planeToWorld(dimension.normal_))
+      elevation_((dimension.place_.toPlane() * dimension.dimLinePoint_).z),
+      toBlock_(dimension.place_.toBlock())
 {
 }
 
@@ -112,7 +112,7 @@ void DimensionSheet::line(const KdGePoint2d& start, const KdGePoint2d& end, cons
 void DimensionSheet::arc(const KdGePoint2d& center, double radius, double startAngle,
                          double endAngle, const KdCmColor& color)
 {
-    add(std::make_unique<KdDbArc>(inBlock(center), dimension_.normal_, radius,
+    add(std::make_unique<KdDbArc>(inBlock(center), dimension_.normal(), radius,
                                   KdGe::normalAngle(startAngle), KdGe::normalAngle(endAngle)),
         color);
 }
@@ -179,7 +179,7 @@ void DimensionSheet::text(const std::wstring& contents, const KdGePoint2d& cente
         return;
     auto entity = newText(contents);
     entity->setLocation(inBlock(center));
-    entity->setNormal(dimension_.normal_);
+    entity->setNormal(dimension_.normal());
     entity->setRotation(angle);
     add(std::move(entity), look_.textColor);
     if (!look_.isBoxed)

@@ -1,4 +1,3 @@
-#include "entities/entity_plane.h"
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
@@ -12,8 +11,8 @@ KdDbArc::KdDbArc(const KdGePoint3d& center, double radius, double startAngle, do
 
 KdDbArc::KdDbArc(const KdGePoint3d& center, const KdGeVector3d& normal, double radius,
                  double startAngle, double endAngle)
-    : center_(KdGeMatrix3d::worldToPlane(normal) * center),
-      normal_(normal.normal()),
+    : place_(normal),
+      center_(place_.toPlane() * center),
       radius_(radius),
       startAngle_(startAngle),
       endAngle_(endAngle)
@@ -22,15 +21,15 @@ KdDbArc::KdDbArc(const KdGePoint3d& center, const KdGeVector3d& normal, double r
 
 KdGePoint3d KdDbArc::center() const
 {
-    return KdGeMatrix3d::planeToWorld(normal_) * center_;
+    return place_.toBlock() * center_;
 }
 
 std::unique_ptr<KdGeCurve3d> KdDbArc::geometry() const
 {
     if (!(radius_ > 0.0))
         return nullptr;
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
-    return std::make_unique<KdGeCircArc3d>(toBlock * center_, normal_,
+    const KdGeMatrix3d toBlock = place_.toBlock();
+    return std::make_unique<KdGeCircArc3d>(toBlock * center_, normal(),
                                            toBlock * KdGeVector3d::kXAxis, radius_, startAngle_,
                                            endAngle_);
 }
@@ -39,29 +38,27 @@ Kdapi::ErrorStatus KdDbArc::transformBy(const KdGeMatrix3d& matrix)
 {
     if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
         return status;
-    const korra::PlaneImage image(normal_, matrix);
+    const korra::PlaneImage image = place_.transformBy(matrix);
     center_.transformBy(image.map);
     radius_ *= image.scale;
-    thickness_ *= image.scale;
     startAngle_ = image.angle(startAngle_);
     endAngle_ = image.angle(endAngle_);
-    normal_ = image.newNormal;
     return Kdapi::eOk;
 }
 
 KdDbEntity* KdDbArc::newEdge(int) const
 {
-    return new KdDbArc(center(), normal_, radius_, startAngle_, endAngle_);
+    return new KdDbArc(center(), normal(), radius_, startAngle_, endAngle_);
 }
 
 void KdDbArc::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
     visitor.behindMarker(2);
-    visitor.real(39, thickness_, 0.0);
+    place_.describeThickness(visitor);
     visitor.point(10, center_);
     visitor.real(40, radius_);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
     visitor.behindMarker(3);
     visitor.angle(50, startAngle_);
     visitor.angle(51, endAngle_);

@@ -1,11 +1,34 @@
 #include "kd/db/entity.h"
 
-#include "entities/entity_plane.h"
 #include "gi/extents_sink.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
 
+#include <cmath>
+
 KDRX_DEFINE_MEMBERS(KdDbEntity, KdDbObject)
+
+namespace {
+
+/// True where a matrix scales every direction alike; it may mirror.
+bool isSimilarity(const KdGeMatrix3d& matrix)
+{
+    KdGePoint3d origin;
+    KdGeVector3d axes[3];
+    matrix.getCoordSystem(origin, axes[0], axes[1], axes[2]);
+    // Products of unit vectors turned in floating point stay well below this.
+    constexpr double kRelative = 1e-9;
+    const double size = axes[0].lengthSqrd();
+    for (int i = 0; i < 3; ++i) {
+        const KdGeVector3d& next = axes[(i + 1) % 3];
+        if (std::abs(next.lengthSqrd() - size) > kRelative * size ||
+            std::abs(axes[i].dotProduct(next)) > kRelative * size)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 KdDbExtents::KdDbExtents(const KdGePoint3d& minimum, const KdGePoint3d& maximum)
     : minimum_(minimum), maximum_(maximum), empty_(false)
@@ -96,7 +119,7 @@ Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, bool s
         return status;
     if (!matrix.isAffine() || matrix.isSingular())
         return Kdapi::eInvalidInput;
-    if (similarityOnly && !korra::isSimilarity(matrix))
+    if (similarityOnly && !isSimilarity(matrix))
         return Kdapi::eCannotScaleNonUniformly;
     return Kdapi::eOk;
 }

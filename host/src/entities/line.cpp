@@ -3,8 +3,6 @@
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
 
-#include <cmath>
-
 KDRX_DEFINE_MEMBERS(KdDbLine, KdDbCurve)
 
 Kdapi::ErrorStatus KdDbLine::setStartPoint(const KdGePoint3d& point)
@@ -28,10 +26,7 @@ Kdapi::ErrorStatus KdDbLine::transformBy(const KdGeMatrix3d& matrix)
         return status;
     start_.transformBy(matrix);
     end_.transformBy(matrix);
-    const KdGeVector3d thick = matrix * (normal_ * thickness_);
-    if (thickness_ != 0.0)
-        thickness_ = std::copysign(thick.length(), thickness_);
-    normal_ = (matrix * normal_).normal();
+    place_.sweepBy(matrix);
     return Kdapi::eOk;
 }
 
@@ -49,8 +44,8 @@ void KdDbLine::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
     visitor.behindMarker(2);
-    visitor.real(39, thickness_, 0.0);
+    place_.describeThickness(visitor);
     visitor.point(10, start_);
     visitor.point(11, end_);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
 }

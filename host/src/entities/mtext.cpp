@@ -1,28 +1,13 @@
-#include "entities/entity_plane.h"
 #include "entities/text_layout.h"
 #include "kd/db/text.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
 
-#include <algorithm>
-#include <cmath>
-
 KDRX_DEFINE_MEMBERS(KdDbMText, KdDbEntity)
-
-namespace {
-
-KdGeVector3d directionAt(const KdGeVector3d& normal, double radians)
-{
-    return KdGeMatrix3d::planeToWorld(normal) *
-           KdGeVector3d(std::cos(radians), std::sin(radians), 0.0);
-}
-
-} // namespace
 
 double KdDbMText::rotation() const
 {
-    const KdGeVector3d flat = KdGeMatrix3d::worldToPlane(normal_) * direction_;
-    return KdGe::directionAngle(flat.x, flat.y);
+    return place_.angleOf(direction_);
 }
 
 Kdapi::ErrorStatus KdDbMText::setLocation(const KdGePoint3d& location)
@@ -37,8 +22,8 @@ Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
     if (normal.isZeroLength())
         return Kdapi::eInvalidInput;
     const double angle = rotation();
-    normal_ = normal.normal();
-    direction_ = directionAt(normal_, angle);
+    place_.setNormal(normal);
+    direction_ = place_.direction(angle);
     return Kdapi::eOk;
 }
 
@@ -64,7 +49,7 @@ Kdapi::ErrorStatus KdDbMText::setAttachment(short attachment)
 
 Kdapi::ErrorStatus KdDbMText::setRotation(double rotation)
 {
-    return set(direction_, directionAt(normal_, rotation));
+    return set(direction_, place_.direction(rotation));
 }
 
 Kdapi::ErrorStatus KdDbMText::setTextStyle(KdDbObjectId style)
@@ -86,10 +71,9 @@ Kdapi::ErrorStatus KdDbMText::transformBy(const KdGeMatrix3d& matrix)
 {
     if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
         return status;
-    const korra::PlaneImage image(normal_, matrix);
+    const korra::PlaneImage image = place_.transformBy(matrix);
     location_.transformBy(matrix);
     direction_ = (matrix * direction_).normal();
-    normal_ = image.newNormal;
     textHeight_ *= image.scale;
     width_ *= image.scale;
     return Kdapi::eOk;
@@ -112,13 +96,13 @@ void KdDbMText::describe(korra::ObjectVisitor& visitor)
     visitor.integer(72, flow_, 1);
     visitor.longText(1, 3, contents_);
     visitor.name(7, textStyle_, korra::TableKind::textStyle);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
     visitor.vector(11, direction_, KdGeVector3d::kXAxis);
     // Some files give an angle instead of the direction; it is read and never written.
     double angle = 0.0;
     visitor.angle(50, angle, 0.0);
     if (angle != 0.0)
-        direction_ = directionAt(normal_, angle);
+        direction_ = place_.direction(angle);
     visitor.integer(73, spacingStyle_, 1);
     visitor.real(44, lineSpacing_, 1.0);
 }

@@ -66,7 +66,8 @@ KdGeMatrix3d MTextLayout::textToBlock() const
 {
     const KdGeVector3d x = text_.direction_.normal();
     KdGeMatrix3d matrix;
-    matrix.setCoordSystem(text_.location_, x, text_.normal_.crossProduct(x), text_.normal_);
+    const KdGeVector3d normal = text_.place_.normal();
+    matrix.setCoordSystem(text_.location_, x, normal.crossProduct(x), normal);
     return matrix;
 }
 

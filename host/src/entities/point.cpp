@@ -1,4 +1,3 @@
-#include "entities/entity_plane.h"
 #include "gi/draw_sink.h"
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
@@ -11,7 +10,7 @@ Kdapi::ErrorStatus KdDbPoint::transformBy(const KdGeMatrix3d& matrix)
     if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
         return status;
     position_.transformBy(matrix);
-    normal_ = (matrix * normal_).normal();
+    place_.sweepBy(matrix);
     return Kdapi::eOk;
 }
 
@@ -25,6 +24,6 @@ void KdDbPoint::describe(korra::ObjectVisitor& visitor)
     KdDbEntity::describe(visitor);
     visitor.behindMarker(2);
     visitor.point(10, position_);
-    visitor.real(39, thickness_, 0.0);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeThickness(visitor);
+    place_.describeNormal(visitor);
 }

@@ -1,5 +1,4 @@
 #include "entities/curve_entity.h"
-#include "entities/entity_plane.h"
 #include "gi/draw_sink.h"
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
@@ -43,7 +42,7 @@ Kdapi::ErrorStatus KdDbPolyline::getPointAt(unsigned int index, KdGePoint3d& poi
 {
     if (index >= vertices_.size())
         return Kdapi::eInvalidIndex;
-    point = mapped(vertices_[index], KdGeMatrix3d::planeToWorld(normal_));
+    point = mapped(vertices_[index], place_.toBlock());
     return Kdapi::eOk;
 }
 
@@ -72,7 +71,7 @@ Kdapi::ErrorStatus KdDbPolyline::getLineSegAt(unsigned int index, KdGeLineSeg3d&
         return Kdapi::eInvalidIndex;
     if (segType(index) != kLine)
         return Kdapi::eNotApplicable;
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    const KdGeMatrix3d toBlock = place_.toBlock();
     segment =
         KdGeLineSeg3d(mapped(vertices_[index], toBlock), mapped(vertexBehind(index), toBlock));
     return Kdapi::eOk;
@@ -84,17 +83,17 @@ Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc3d& 
         return Kdapi::eInvalidIndex;
     if (segType(index) != kArc)
         return Kdapi::eNotApplicable;
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    const KdGeMatrix3d toBlock = place_.toBlock();
     arc = KdGeCircArc3d::fromBulge(mapped(vertices_[index], toBlock),
                                    mapped(vertexBehind(index), toBlock), vertices_[index].bulge,
-                                   normal_);
+                                   normal());
     return Kdapi::eOk;
 }
 
 bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double& param) const
 {
     // In the plane itself, at elevation 0: the given point has no other coordinate.
-    const KdGeMatrix3d flat = KdGeMatrix3d::translation({0.0, 0.0, -elevation_});
+    const KdGeMatrix3d flat = KdGeMatrix3d::translation({0.0, 0.0, -elevation()});
     const auto curve = segment(index, flat);
     if (!curve)
         return false;
@@ -108,7 +107,7 @@ bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double&
 
 std::unique_ptr<KdGeCurve3d> KdDbPolyline::geometry() const
 {
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    const KdGeMatrix3d toBlock = place_.toBlock();
     std::vector<std::unique_ptr<KdGeCurve3d>> pieces;
     for (unsigned int index = 0; index < segmentCount(); ++index)
         pieces.push_back(segment(index, toBlock));
@@ -121,32 +120,30 @@ Kdapi::ErrorStatus KdDbPolyline::transformBy(const KdGeMatrix3d& matrix)
 {
     if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
         return status;
-    const korra::PlaneImage image(normal_, matrix);
-    const double newElevation = (image.map * KdGePoint3d(0.0, 0.0, elevation_)).z;
+    const double oldElevation = elevation();
+    const korra::PlaneImage image = place_.transformBy(matrix);
     for (Vertex& vertex : vertices_) {
-        const KdGePoint3d moved = mapped(vertex, image.map);
+        const KdGePoint3d moved =
+            image.map * KdGePoint3d(vertex.point.x, vertex.point.y, oldElevation);
         vertex.point = KdGePoint2d(moved.x, moved.y);
         if (vertex.startWidth > 0.0)
             vertex.startWidth *= image.scale;
         if (vertex.endWidth > 0.0)
             vertex.endWidth *= image.scale;
     }
-    elevation_ = newElevation;
-    thickness_ *= image.scale;
     constantWidth_ *= image.scale;
-    normal_ = image.newNormal;
     return Kdapi::eOk;
 }
 
 void KdDbPolyline::draw(korra::DrawSink& sink) const
 {
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
+    const KdGeMatrix3d toBlock = place_.toBlock();
     for (unsigned int index = 0; index < segmentCount(); ++index) {
         sink.marker(index + 1);
         const KdGePoint3d start = mapped(vertices_[index], toBlock);
         const KdGePoint3d end = mapped(vertexBehind(index), toBlock);
         if (segType(index) == kArc)
-            sink.curve(KdGeCircArc3d::fromBulge(start, end, vertices_[index].bulge, normal_));
+            sink.curve(KdGeCircArc3d::fromBulge(start, end, vertices_[index].bulge, normal()));
         else
             sink.segment(start, end);
     }
@@ -160,7 +157,7 @@ int KdDbPolyline::edgeCount() const
 KdDbEntity* KdDbPolyline::newEdge(int marker) const
 {
     const auto index = static_cast<unsigned int>(marker - 1);
-    const auto curve = segment(index, KdGeMatrix3d::planeToWorld(normal_));
+    const auto curve = segment(index, place_.toBlock());
     return curve ? korra::newCurveEntity(*curve) : nullptr;
 }
 
@@ -171,15 +168,15 @@ void KdDbPolyline::describe(korra::ObjectVisitor& visitor)
     visitor.derived(90, static_cast<long long>(vertices_.size()));
     visitor.integer(70, flags_);
     visitor.real(43, constantWidth_, 0.0);
-    visitor.real(38, elevation_, 0.0);
-    visitor.real(39, thickness_, 0.0);
+    place_.describeElevation(visitor);
+    place_.describeThickness(visitor);
     visitor.list(10, vertices_, [](korra::ObjectVisitor& each, Vertex& vertex) {
         each.point(10, vertex.point);
         each.real(40, vertex.startWidth, -1.0);
         each.real(41, vertex.endWidth, -1.0);
         each.real(42, vertex.bulge, 0.0);
     });
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
 }
 
 unsigned int KdDbPolyline::segmentCount() const
@@ -196,7 +193,7 @@ const KdDbPolyline::Vertex& KdDbPolyline::vertexBehind(unsigned int index) const
 
 KdGePoint3d KdDbPolyline::mapped(const Vertex& vertex, const KdGeMatrix3d& map) const
 {
-    return map * KdGePoint3d(vertex.point.x, vertex.point.y, elevation_);
+    return map * KdGePoint3d(vertex.point.x, vertex.point.y, elevation());
 }
 
 std::unique_ptr<KdGeCurve3d> KdDbPolyline::segment(unsigned int index,

@@ -1,6 +1,5 @@
 #include "kd/db/text.h"
 
-#include "entities/entity_plane.h"
 #include "entities/text_layout.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
@@ -24,13 +23,13 @@ KdGePoint3d KdDbText::position() const
     const bool placedByPosition = (horizontalMode_ == 0 && verticalMode_ == 0) ||
                                   horizontalMode_ == kAligned || horizontalMode_ == kFit;
     if (placedByPosition)
-        return KdGeMatrix3d::planeToWorld(normal_) * position_;
+        return place_.toBlock() * position_;
     return korra::layOutText(*this).frame * KdGePoint3d::kOrigin;
 }
 
 KdGePoint3d KdDbText::alignmentPoint() const
 {
-    return KdGeMatrix3d::planeToWorld(normal_) * alignment_;
+    return place_.toBlock() * alignment_;
 }
 
 Kdapi::ErrorStatus KdDbText::setTextString(const wchar_t* text)
@@ -40,12 +39,12 @@ Kdapi::ErrorStatus KdDbText::setTextString(const wchar_t* text)
 
 Kdapi::ErrorStatus KdDbText::setPosition(const KdGePoint3d& position)
 {
-    return set(position_, KdGeMatrix3d::worldToPlane(normal_) * position);
+    return set(position_, place_.toPlane() * position);
 }
 
 Kdapi::ErrorStatus KdDbText::setAlignmentPoint(const KdGePoint3d& point)
 {
-    return set(alignment_, KdGeMatrix3d::worldToPlane(normal_) * point);
+    return set(alignment_, place_.toPlane() * point);
 }
 
 Kdapi::ErrorStatus KdDbText::setHeight(double height)
@@ -88,13 +87,11 @@ Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
 
 void KdDbText::moveBySimilarity(const KdGeMatrix3d& matrix)
 {
-    const korra::PlaneImage image(normal_, matrix);
+    const korra::PlaneImage image = place_.transformBy(matrix);
     position_.transformBy(image.map);
     alignment_.transformBy(image.map);
     height_ *= image.scale;
-    thickness_ *= image.scale;
     rotation_ = image.angle(rotation_);
-    normal_ = image.newNormal;
     korra::ObjectAccess::markChanged(*this);
 }
 
@@ -113,7 +110,7 @@ void KdDbText::textFields(korra::ObjectVisitor& visitor, int verticalModeCode)
 {
     KdDbEntity::describe(visitor);
     visitor.behindMarker(2);
-    visitor.real(39, thickness_, 0.0);
+    place_.describeThickness(visitor);
     visitor.point(10, position_);
     visitor.real(40, height_);
     visitor.text(1, text_);
@@ -124,7 +121,7 @@ void KdDbText::textFields(korra::ObjectVisitor& visitor, int verticalModeCode)
     visitor.integer(71, generation_, 0);
     visitor.integer(72, horizontalMode_, 0);
     visitor.point(11, alignment_, KdGePoint3d::kOrigin);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
     visitor.behindMarker(3);
     visitor.integer(verticalModeCode, verticalMode_, 0);
 }

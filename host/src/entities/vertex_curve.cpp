@@ -1,5 +1,4 @@
 #include "entities/curve_entity.h"
-#include "entities/entity_plane.h"
 #include "gi/draw_sink.h"
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
@@ -14,6 +13,8 @@ using korra::ObjectAccess;
 
 namespace {
 
+constexpr short kHasTangent = 2;
+
 /// A control point of the frame from which a curve was fitted: it is not on the curve.
 constexpr short kFrameVertex = 16;
 
@@ -25,6 +26,16 @@ Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
         return status;
     position_.transformBy(matrix);
     return Kdapi::eOk;
+}
+
+void KdDbVertex::moveInPlane(const korra::PlaneImage& image)
+{
+    position_.transformBy(image.map);
+    startWidth_ *= image.scale;
+    endWidth_ *= image.scale;
+    if ((flags_ & kHasTangent) != 0)
+        tangent_ = image.angle(tangent_);
+    ObjectAccess::markChanged(*this);
 }
 
 void KdDbVertex::draw(korra::DrawSink& sink) const
@@ -110,29 +121,20 @@ Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
     if (const auto status = beginTransform(matrix, isPlanar()); status != Kdapi::eOk)
         return status;
     if (!isPlanar()) {
-        transformVertices(matrix, 1.0);
+        for (KdDbVertex* vertex : vertices_) {
+            vertex->position_.transformBy(matrix);
+            ObjectAccess::markChanged(*vertex);
+        }
         return Kdapi::eOk;
     }
-    const korra::PlaneImage image(normal_, matrix);
     for (KdDbVertex* vertex : vertices_)
-        vertex->position_.z = elevation_;
-    transformVertices(image.map, image.scale);
-    elevation_ = (image.map * KdGePoint3d(0.0, 0.0, elevation_)).z;
-    thickness_ *= image.scale;
+        vertex->position_.z = place_.elevation();
+    const korra::PlaneImage image = place_.transformBy(matrix);
+    for (KdDbVertex* vertex : vertices_)
+        vertex->moveInPlane(image);
     startWidth_ *= image.scale;
     endWidth_ *= image.scale;
-    normal_ = image.newNormal;
     return Kdapi::eOk;
-}
-
-void KdDbVertexCurve::transformVertices(const KdGeMatrix3d& map, double scale)
-{
-    for (KdDbVertex* vertex : vertices_) {
-        vertex->position_.transformBy(map);
-        vertex->startWidth_ *= scale;
-        vertex->endWidth_ *= scale;
-        ObjectAccess::markChanged(*vertex);
-    }
 }
 
 void KdDbVertexCurve::draw(korra::DrawSink& sink) const
@@ -165,28 +167,24 @@ void KdDbVertexCurve::describe(korra::ObjectVisitor& visitor)
     KdDbCurve::describe(visitor);
     visitor.behindMarker(2);
     visitor.derived(66, 1);
-    KdGePoint3d heightPoint(0.0, 0.0, elevation_);
-    visitor.point(10, heightPoint);
-    elevation_ = heightPoint.z;
-    visitor.real(39, thickness_, 0.0);
+    place_.describeElevationPoint(visitor);
+    place_.describeThickness(visitor);
     visitor.integer(70, flags_, 0);
     visitor.real(40, startWidth_, 0.0);
     visitor.real(41, endWidth_, 0.0);
     visitor.integer(75, curveType_, 0);
-    visitor.vector(210, normal_, KdGeVector3d::kZAxis);
+    place_.describeNormal(visitor);
 }
 
 std::unique_ptr<KdGeCurve3d> KdDb2dPolyline::segmentGeometry(const KdDbVertex& from,
                                                              const KdDbVertex& to) const
 {
-    const KdGeMatrix3d toBlock = KdGeMatrix3d::planeToWorld(normal_);
-    const KdGePoint3d start =
-        toBlock * KdGePoint3d(from.position().x, from.position().y, elevation_);
-    const KdGePoint3d end = toBlock * KdGePoint3d(to.position().x, to.position().y, elevation_);
+    const KdGePoint3d start = place_.pointAt({from.position().x, from.position().y});
+    const KdGePoint3d end = place_.pointAt({to.position().x, to.position().y});
     if (!korra::isBulged(from.bulge()) || start.isEqualTo(end))
         return std::make_unique<KdGeLineSeg3d>(start, end);
     return std::make_unique<KdGeCircArc3d>(
-        KdGeCircArc3d::fromBulge(start, end, from.bulge(), normal_));
+        KdGeCircArc3d::fromBulge(start, end, from.bulge(), place_.normal()));
 }
 
 std::unique_ptr<KdGeCurve3d> KdDb3dPolyline::segmentGeometry(const KdDbVertex& from,

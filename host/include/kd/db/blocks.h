@@ -41,7 +41,7 @@ public:
 
     double rotation() const { return rotation_; } ///< radians, about the normal
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
     KdDbObjectId blockTableRecord() const { return block_; }
 
@@ -80,8 +80,8 @@ private:
     KdGeMatrix3d definitionToCell() const;
 
     KdDbObjectId block_;
+    korra::PlanarPlace place_;
     KdGePoint3d position_; ///< in the entity coordinate system of the normal
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
     KdGeScale3d scale_;
     double rotation_ = 0.0;
     std::vector<KdDbAttribute*> attributes_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/planar_place.h"
 
 #include <memory>
 #include <vector>
@@ -59,8 +60,7 @@ protected:
 private:
     KdGePoint3d start_;
     KdGePoint3d end_;
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
-    double thickness_ = 0.0;
+    korra::PlanarPlace place_;
 };
 
 /// An arc in the plane of its normal; angles in radians, counter-clockwise about the normal from
@@ -82,7 +82,7 @@ public:
 
     double endAngle() const { return endAngle_; }
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
     std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
@@ -97,12 +97,11 @@ protected:
     KdDbEntity* newEdge(int marker) const override;
 
 private:
+    korra::PlanarPlace place_;
     KdGePoint3d center_; ///< in the entity coordinate system of the normal
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
     double radius_ = 0.0;
     double startAngle_ = 0.0;
     double endAngle_ = 0.0;
-    double thickness_ = 0.0;
 };
 
 class KdDbCircle : public KdDbCurve {
@@ -116,7 +115,7 @@ public:
 
     double radius() const { return radius_; }
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
     std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
@@ -131,10 +130,9 @@ protected:
     KdDbEntity* newEdge(int marker) const override;
 
 private:
+    korra::PlanarPlace place_;
     KdGePoint3d center_; ///< in the entity coordinate system of the normal
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
     double radius_ = 0.0;
-    double thickness_ = 0.0;
 };
 
 /// A light polyline: vertices in one plane, straight and arc segments.
@@ -154,9 +152,9 @@ public:
 
     Kdapi::ErrorStatus setClosed(bool closed);
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
-    double elevation() const { return elevation_; }
+    double elevation() const { return place_.elevation(); }
 
     /// Inserts a vertex before `index`; numVerts() appends.
     /// @param bulge  tangent of a quarter of the swept angle, positive counter-clockwise
@@ -209,9 +207,7 @@ private:
     unsigned int segmentCount() const;
 
     std::vector<Vertex> vertices_;
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
-    double elevation_ = 0.0;
-    double thickness_ = 0.0;
+    korra::PlanarPlace place_;
     double constantWidth_ = 0.0;
     short flags_ = 0;
 };
@@ -240,6 +236,9 @@ protected:
 
 private:
     friend class KdDbVertexCurve;
+
+    /// Follows the plane of the polyline.
+    void moveInPlane(const korra::PlaneImage& image);
 
     KdGePoint3d position_;
     double bulge_ = 0.0;
@@ -284,8 +283,7 @@ protected:
     virtual bool isPlanar() const = 0;
 
     short flags_ = 0;
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
-    double elevation_ = 0.0;
+    korra::PlanarPlace place_;
 
 private:
     friend class korra::ObjectAccess;
@@ -298,10 +296,8 @@ private:
 
     /// One per pair of neighbours on the curve, the closing one last.
     std::vector<Segment> segments() const;
-    void transformVertices(const KdGeMatrix3d& map, double scale);
 
     std::vector<KdDbVertex*> vertices_;
-    double thickness_ = 0.0;
     double startWidth_ = 0.0;
     double endWidth_ = 0.0;
     short curveType_ = 0;
@@ -353,6 +349,5 @@ protected:
 
 private:
     KdGePoint3d position_;
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
-    double thickness_ = 0.0;
+    korra::PlanarPlace place_;
 };

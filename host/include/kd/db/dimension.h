@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/planar_place.h"
 
 #include <optional>
 #include <string>
@@ -36,7 +37,7 @@ public:
 
     KdGePoint3d textPosition() const { return textPosition_; }
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
     /// What is measured: drawing units, or radians for angles; before DIMLFAC.
     virtual double measurement() const { return measurement_; }
@@ -112,7 +113,9 @@ protected:
 
     /// The points that define the dimension and that only its own kind has.
     virtual void definition(korra::ObjectVisitor& visitor);
-    virtual void transformDefinition(const KdGeMatrix3d& matrix);
+
+    /// @param image  what the matrix makes of the plane
+    virtual void transformDefinition(const KdGeMatrix3d& matrix, const korra::PlaneImage& image);
 
     /// Draws the graphics. @return eOk; eNotApplicable when the kind cannot; eDegenerateGeometry
     /// for points that leave nothing to measure
@@ -124,10 +127,10 @@ protected:
     /// Where the user has placed the text, in the plane of the normal; none: where the style says.
     std::optional<KdGePoint2d> movedText() const;
 
+    korra::PlanarPlace place_;
     KdGePoint3d dimLinePoint_; ///< group 10
     KdGePoint3d textPosition_; ///< group 11, in the entity coordinate system
     bool textMoved_ = false;   ///< the user has placed the text
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
 
 private:
     friend class korra::DimensionSheet;
@@ -173,7 +176,7 @@ protected:
     short kind() const override { return 0; }
 
     void definition(korra::ObjectVisitor& visitor) override;
-    void transformDefinition(const KdGeMatrix3d& matrix) override;
+    void transformDefinition(const KdGeMatrix3d& matrix, const korra::PlaneImage& image) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 
     /// Direction of the dimension line, radians.
@@ -218,7 +221,7 @@ protected:
     short kind() const override { return 4; }
 
     void definition(korra::ObjectVisitor& visitor) override;
-    void transformDefinition(const KdGeMatrix3d& matrix) override;
+    void transformDefinition(const KdGeMatrix3d& matrix, const korra::PlaneImage& image) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 
     KdGePoint3d chordPoint_; ///< group 15
@@ -261,7 +264,7 @@ protected:
     void setKind(short kind) override { threePoint_ = kind != 2; }
 
     void definition(korra::ObjectVisitor& visitor) override;
-    void transformDefinition(const KdGeMatrix3d& matrix) override;
+    void transformDefinition(const KdGeMatrix3d& matrix, const korra::PlaneImage& image) override;
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/planar_place.h"
 
 #include <string>
 
@@ -41,7 +42,7 @@ public:
 
     KdDbObjectId textStyle() const { return textStyle_; }
 
-    KdGeVector3d normal() const { return normal_; }
+    KdGeVector3d normal() const { return place_.normal(); }
 
     Kdapi::ErrorStatus setPosition(const KdGePoint3d& position);
     Kdapi::ErrorStatus setAlignmentPoint(const KdGePoint3d& point);
@@ -71,15 +72,14 @@ private:
     void moveBySimilarity(const KdGeMatrix3d& matrix);
 
     std::wstring text_;
+    korra::PlanarPlace place_;
     KdGePoint3d position_;  ///< in the entity coordinate system of the normal
     KdGePoint3d alignment_; ///< in the entity coordinate system of the normal
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
     KdDbObjectId textStyle_;
     double height_ = 0.0;
     double rotation_ = 0.0;
     double oblique_ = 0.0;
     double widthFactor_ = 1.0;
-    double thickness_ = 0.0;
     short horizontalMode_ = 0;
     short verticalMode_ = 0;
     short generation_ = 0;
@@ -189,8 +189,8 @@ private:
     friend class korra::MTextLayout;
 
     std::wstring contents_;
+    korra::PlanarPlace place_;
     KdGePoint3d location_;
-    KdGeVector3d normal_ = KdGeVector3d::kZAxis;
     KdGeVector3d direction_ = KdGeVector3d::kXAxis;
     KdDbObjectId textStyle_;
     double textHeight_ = 0.0;
