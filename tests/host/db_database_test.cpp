@@ -74,8 +74,7 @@ TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
     EXPECT_EQ(empty.getSymbolTable(layers, KdDb::kForRead), Kdapi::eNullObjectId);
 
     // An old file: a layer table without layer "0", and nothing else.
-    const KdDbObjectId id =
-        ObjectAccess::adopt(empty, new KdDbLayerTable, {}, KdDbHandle(0x20), false);
+    const KdDbObjectId id = ObjectAccess::adopt(empty, new KdDbLayerTable, KdDbHandle(0x20));
     empty.contents().tables[static_cast<std::size_t>(TableKind::layer)] = id;
     korra::completeDrawing(empty.contents());
     EXPECT_EQ(empty.layerTableId(), id);
@@ -86,7 +85,7 @@ TEST_F(DatabaseTest, HandlesAreTakenOnce)
 {
     KdDbDatabase empty(false, true);
     const auto adopt = [&](KdDbHandle wanted) {
-        return ObjectAccess::adopt(empty, new KdDbDictionary, {}, wanted, false).handle().value();
+        return ObjectAccess::adopt(empty, new KdDbDictionary, wanted).handle().value();
     };
     EXPECT_EQ(adopt({}), 1u);
     EXPECT_EQ(adopt(KdDbHandle(0x10)), 0x10u);

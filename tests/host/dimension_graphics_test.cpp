@@ -11,6 +11,21 @@ using korra::ObjectAccess;
 
 namespace {
 
+/// Gives a dimension a block of graphics, as a file does.
+class BlockGiver final : public korra::PassingVisitor {
+public:
+    explicit BlockGiver(KdDbObjectId block) : block_(block) {}
+
+    void name(int, KdDbObjectId& value, korra::TableKind table, korra::Reference) override
+    {
+        if (table == korra::TableKind::block)
+            value = block_;
+    }
+
+private:
+    KdDbObjectId block_;
+};
+
 /// A dimension of the drawing and what its block shows.
 class DimensionGraphicsTest : public HostTest {
 protected:
@@ -299,7 +314,8 @@ TEST_F(DimensionGraphicsTest, RecomputingNeedsAWriterAndKeepsWhatCannotBeMade)
 
     auto* ordinate = new KdDbDimension;
     addEntityToBlock(L"*D77", new KdDbLine(KdGePoint3d(), KdGePoint3d(1, 0, 0)));
-    ObjectAccess::dimBlock(*ordinate) = blockId(L"*D77");
+    BlockGiver giver(blockId(L"*D77"));
+    ObjectAccess::describe(*ordinate, giver);
     measure(ordinate);
     change([](auto& writer) {
         EXPECT_EQ(writer.recomputeDimBlock(true), Kdapi::eNotApplicable);

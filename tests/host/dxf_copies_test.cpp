@@ -148,7 +148,8 @@ constexpr Kind kRecordKinds[] = {
     {"UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
     {"VPORT",
      "70 64; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; 37 3; 40 4; 41 1.5; 42 35; 51 30; 110 "
-     "1; 120 2; 130 3; 111 0; 121 1; 131 0; 112 0; 122 0; 132 1; 345 A0"},
+     "1; 120 2; 130 3; 111 0; 121 1; 131 0; 112 0; 122 0; 132 1; 345 A7",
+     "0 TABLE; 2 UCS; 0 UCS; 5 A7; 2 Named; 0 ENDTAB\n"},
 };
 
 TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)

@@ -26,8 +26,9 @@ std::wstring nameOf(KdDbObjectId record)
 std::vector<std::uint64_t> entitiesOf(const KdDbDatabase& database, const wchar_t* block)
 {
     std::vector<std::uint64_t> handles;
-    for (const KdDbObjectId id : ObjectAccess::entities(*database.contents().block(block)))
-        handles.push_back(id.handle().value());
+    for (const KdDbEntity* entity :
+         ObjectAccess::entities(*database.contents().block(block)).each())
+        handles.push_back(entity->objectId().handle().value());
     return handles;
 }
 
@@ -65,11 +66,11 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_EQ(light.getBulgeAt(0, bulge), Kdapi::eOk);
     EXPECT_EQ(bulge, 1.0);
     const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA5);
-    EXPECT_EQ(spatial.vertices().at(1)->position(), KdGePoint3d(2, 2, 8));
-    EXPECT_EQ(spatial.vertices().at(0)->ownerId(), spatial.objectId());
+    EXPECT_EQ(spatial.vertices()[1]->position(), KdGePoint3d(2, 2, 8));
+    EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
     const auto& flat = *find<KdDb2dPolyline>(*database, 0xA6);
     EXPECT_TRUE(flat.isClosed());
-    EXPECT_EQ(flat.vertices().at(0)->bulge(), -1.0);
+    EXPECT_EQ(flat.vertices()[0]->bulge(), -1.0);
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)

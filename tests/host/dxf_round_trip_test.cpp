@@ -100,7 +100,7 @@ TEST_F(DrawingRoundTrip, AChangedValueChangesItsOwnTextAlone)
         auto& data = ObjectAccess::extras(line).xData;
         std::ranges::find(data, 1040, &korra::TypedValue::code)->value = 0.75;
         data.push_back({1070, static_cast<short>(5)});
-        ObjectAccess::markChanged(line);
+        ObjectAccess::willChange(line);
     });
     EXPECT_EQ(extended, replaced(replaced(text, "1040\n0.6250\n", "1040\n0.75\n"), "1071\n-70000\n",
                                  "1071\n-70000\n1070\n5\n"));
@@ -111,7 +111,7 @@ TEST_F(DrawingRoundTrip, AnExtendedValueGoesWithAllItsTags)
     const std::string text = changed<KdDbLine>(0x50, [](KdDbLine& line) {
         std::erase_if(ObjectAccess::extras(line).xData,
                       [](const auto& value) { return value.code == 1010; });
-        ObjectAccess::markChanged(line);
+        ObjectAccess::willChange(line);
     });
     EXPECT_EQ(text, replaced(file(kModernSample), "1010\n1.00\n1020\n2.00\n1030\n3.00\n", ""));
 }
@@ -138,7 +138,7 @@ TEST_F(DrawingRoundTrip, ListsGrowAndShrink)
 
     const std::string shrunk = changed<KdDbDictionary>(0xC, [](KdDbDictionary& dictionary) {
         ObjectAccess::entries(dictionary).pop_back();
-        ObjectAccess::markChanged(dictionary);
+        ObjectAccess::willChange(dictionary);
     });
     EXPECT_EQ(shrunk, replaced(text, "  3\nMine\n350\n61\n", ""));
 }

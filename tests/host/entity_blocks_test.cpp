@@ -136,9 +136,7 @@ TEST_F(EntityBlocksTest, ABlockThatContainsItselfStillEnds)
     // Only a damaged drawing has this: appending refuses it.
     auto* record = korra::ObjectAccess::live<KdDbBlockTableRecord>(blockId(L"Loop"));
     auto* inside = new KdDbBlockReference(KdGePoint3d(1, 0, 0), blockId(L"Loop"));
-    const KdDbObjectId id =
-        korra::ObjectAccess::adopt(database(), inside, blockId(L"Loop"), {}, false);
-    korra::ObjectAccess::entities(*record).push_back(id);
+    korra::ObjectAccess::append(*record, inside);
 
     korra::ExtentsSink sink;
     korra::drawBlockContents(blockId(L"Loop"), sink);

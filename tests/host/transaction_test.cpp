@@ -4,6 +4,7 @@
 #include "support/objects.h"
 
 #include "kd/ap.h"
+#include "korra/host.h"
 
 namespace tests {
 namespace {
@@ -82,6 +83,82 @@ TEST_F(TransactionTest, AbortingGivesFieldsDataAndErasingBack)
     EXPECT_FALSE(lineId.isErased());
     EXPECT_EQ(Open<KdDbLine>(lineId, KdDb::kForRead)->endPoint(), KdGePoint3d(1, 0, 0));
     EXPECT_FALSE(Open<KdDbLayerTableRecord>(database().clayer(), KdDb::kForRead)->isOff());
+}
+
+TEST_F(TransactionTest, AbortingTakesPartsDictionariesAndAddedObjectsBack)
+{
+    auto* const made = new KdDb3dPolyline;
+    made->appendVertex(new KdDbVertex({0, 0, 0}, 0.0));
+    const KdDbObjectId polylineId = addEntity(made);
+    const std::string before = korra::drawingText(database());
+
+    manager().startTransaction();
+    auto* const polyline = get<KdDb3dPolyline>(polylineId, KdDb::kForWrite);
+    KdDbObjectId vertex;
+    auto* const added = new KdDbVertex({1, 0, 0}, 0.0);
+    polyline->appendVertex(vertex, added);
+    added->close();
+    polyline->createExtensionDictionary();
+    const KdDbObjectId dictionary = polyline->extensionDictionary();
+    const KdDbObjectId line = addEntity(new KdDbLine); // opened past the transaction
+    const KdDbObjectId layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    EXPECT_EQ(manager().abortTransaction(), Kdapi::eOk);
+
+    EXPECT_EQ(made->vertices().size(), 1u);
+    EXPECT_TRUE(made->extensionDictionary().isNull());
+    for (const KdDbObjectId id : {vertex, dictionary, line, layer})
+        EXPECT_TRUE(id.isErased());
+    EXPECT_EQ(korra::drawingText(database()), before);
+    EXPECT_EQ((addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls")).isErased(), false);
+}
+
+TEST_F(TransactionTest, AnAbortedDimensionHasItsGraphicsBack)
+{
+    const KdDbObjectId id = addEntity(new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
+    const std::string before = korra::drawingText(database());
+    manager().startTransaction();
+    auto* const dimension = get<KdDbDimension>(id, KdDb::kForWrite);
+    dimension->setDimdec(0);
+    dimension->transformBy(KdGeMatrix3d::translation({5, 0, 0}));
+    dimension->close(); // which makes the graphics anew
+    EXPECT_NE(korra::drawingText(database()), before);
+    manager().abortTransaction();
+    EXPECT_EQ(korra::drawingText(database()), before);
+}
+
+TEST_F(TransactionTest, WhatAnInnerOneKeepsTheOuterOneTakesBack)
+{
+    const KdDbObjectId id = addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));
+    const auto setEnd = [&](double x) {
+        get<KdDbLine>(id, KdDb::kForWrite)->setEndPoint({x, 0, 0});
+    };
+    const auto end = [&] { return Open<KdDbLine>(id, KdDb::kForRead)->endPoint().x; };
+    manager().startTransaction();
+    manager().startTransaction();
+    setEnd(2);
+    manager().endTransaction();
+    manager().startTransaction();
+    setEnd(3);
+    const KdDbObjectId added = addEntity(new KdDbLine);
+    manager().abortTransaction();
+    EXPECT_EQ(end(), 2);
+    EXPECT_TRUE(added.isErased());
+    manager().abortTransaction();
+    EXPECT_EQ(end(), 1);
+}
+
+TEST_F(TransactionTest, ObjectsOfAnyOpenDrawingTakePart)
+{
+    KdDbDatabase other(true, true);
+    const KdDbObjectId id = other.clayer();
+    for (KdDbTransactionManager* each : {&manager(), other.transactionManager()}) {
+        ASSERT_NE(each->startTransaction(), nullptr);
+        KdDbObject* object = nullptr;
+        ASSERT_EQ(each->getObject(object, id, KdDb::kForWrite), Kdapi::eOk);
+        static_cast<KdDbLayerTableRecord*>(object)->setIsOff(true);
+        EXPECT_EQ(each->abortTransaction(), Kdapi::eOk);
+        EXPECT_FALSE(Open<KdDbLayerTableRecord>(id, KdDb::kForRead)->isOff());
+    }
 }
 
 TEST_F(TransactionTest, NothingStaysOpenWhateverFails)

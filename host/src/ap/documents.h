@@ -2,7 +2,6 @@
 
 #include "kd/ap.h"
 #include "kd/db/database.h"
-#include "objects/transaction.h"
 
 #include <memory>
 #include <string>
@@ -26,7 +25,10 @@ public:
 
     KdAp::DocLockMode lockMode() const override;
 
-    KdDbTransactionManager* transactionManager() const override { return transactions_.get(); }
+    KdDbTransactionManager* transactionManager() const override
+    {
+        return database_->transactionManager();
+    }
 
     void setFileName(std::wstring name) { name_ = std::move(name); }
 
@@ -40,7 +42,6 @@ private:
 
     std::wstring name_;
     std::unique_ptr<KdDbDatabase> database_;
-    std::unique_ptr<TransactionManager> transactions_ = std::make_unique<TransactionManager>();
     std::vector<KdAp::DocLockMode> locks_; ///< innermost last
 };
 

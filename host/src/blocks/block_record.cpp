@@ -30,11 +30,12 @@ bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
         pending.pop_back();
         if (next == wanted)
             return true;
-        auto* record = ObjectAccess::live<KdDbBlockTableRecord>(next);
+        const auto* record = ObjectAccess::live<KdDbBlockTableRecord>(next);
         if (!record || !visited.insert(next).second)
             continue;
-        for (const KdDbObjectId id : ObjectAccess::entities(*record)) {
-            if (const auto* reference = ObjectAccess::live<KdDbBlockReference>(id))
+        for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
+            const auto* const reference = KdDbBlockReference::cast(entity);
+            if (reference && !reference->isErased())
                 pending.push_back(reference->blockTableRecord());
         }
     }
@@ -72,8 +73,9 @@ bool isSpaceName(std::wstring_view blockName)
 void KdDbBlockTableRecord::describe(korra::ObjectVisitor& visitor)
 {
     KdDbSymbolTableRecord::describe(visitor);
-    visitor.handle(340, layout_);
+    visitor.reference(340, layout_, korra::Reference::hard, KdDbLayout::desc());
     visitor.point(10, origin_, KdGePoint3d::kOrigin);
+    visitor.owned(entities_);
 }
 
 bool KdDbBlockTableRecord::isIndispensable() const
@@ -95,19 +97,14 @@ Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbObjectId& id, KdDb
 {
     if (platform::gate("KdDbBlockTableRecord::appendKdDbEntity", objectId()))
         return Kdapi::eNotOpenForWrite;
-    if (!entity)
-        return Kdapi::eNullObjectPointer;
-    if (entity->database())
-        return Kdapi::eAlreadyInDb;
-    if (!database())
-        return Kdapi::eNotInDatabase;
+    if (const auto status = ObjectAccess::canOwn(*this, entity))
+        return status;
     if (wouldContainItself(*this, *entity))
         return Kdapi::eSelfReference;
     if (const auto status = beginChange())
         return status;
+    id = ObjectAccess::append(*this, entity, korra::Opening::forWrite);
     completeProperties(*entity, database()->contents());
-    id = ObjectAccess::adopt(*database(), entity, objectId());
-    entities_.push_back(id);
     return Kdapi::eOk;
 }
 
@@ -123,7 +120,7 @@ Kdapi::ErrorStatus KdDbBlockTableRecord::newIterator(KdDbBlockTableRecordIterato
     iterator = nullptr;
     if (platform::gate("KdDbBlockTableRecord::newIterator", objectId()))
         return Kdapi::eNotOpenForRead;
-    iterator = new KdDbBlockTableRecordIterator(entities_, skipErased);
+    iterator = new KdDbBlockTableRecordIterator(entities_.ids(), skipErased);
     iterator->start(atBeginning, skipErased);
     return Kdapi::eOk;
 }

@@ -39,15 +39,6 @@ KdDbBlockReference::KdDbBlockReference(const KdGePoint3d& position, KdDbObjectId
 {
 }
 
-KdDbBlockReference::~KdDbBlockReference()
-{
-    // In a database every attribute is an object of its own, which goes with the database.
-    if (ObjectAccess::slot(*this))
-        return;
-    for (KdDbAttribute* attribute : attributes_)
-        delete attribute;
-}
-
 KdGePoint3d KdDbBlockReference::position() const
 {
     return place_.toBlock() * position_;
@@ -85,16 +76,7 @@ Kdapi::ErrorStatus KdDbBlockReference::appendAttribute(KdDbObjectId& id, KdDbAtt
 {
     if (platform::gate("appendAttribute", objectId()))
         return Kdapi::eNotOpenForWrite;
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!attribute)
-        return Kdapi::eNullObjectPointer;
-    if (ObjectAccess::slot(*attribute))
-        return Kdapi::eAlreadyInDb;
-    attributes_.push_back(attribute);
-    if (database())
-        id = ObjectAccess::adopt(*database(), attribute, objectId());
-    return Kdapi::eOk;
+    return ObjectAccess::appendPart(*this, attribute, id);
 }
 
 KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
@@ -102,8 +84,8 @@ KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
     if (platform::gate("attributeIterator", objectId()))
         return nullptr;
     std::vector<KdDbObjectId> ids;
-    for (const KdDbAttribute* attribute : attributes_) {
-        if (!attribute->isErased() && ObjectAccess::slot(*attribute))
+    for (const KdDbAttribute* attribute : attributes_.each()) {
+        if (!attribute->isErased() && attribute->database())
             ids.push_back(attribute->objectId());
     }
     return new KdDbObjectIterator(std::move(ids));
@@ -112,7 +94,7 @@ KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
 Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
 {
     // The texts of attributes cannot be stretched one way.
-    if (const auto status = beginTransform(matrix, !attributes_.empty()); status != Kdapi::eOk)
+    if (const auto status = beginTransform(matrix, !attributes_.isEmpty()); status != Kdapi::eOk)
         return status;
     KdGePoint3d origin;
     KdGeVector3d x;
@@ -131,7 +113,7 @@ Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
     place_.setNormal(z);
     rotation_ = place_.angleOf(x);
     position_ = place_.toPlane() * origin;
-    for (KdDbAttribute* attribute : attributes_)
+    for (KdDbAttribute* attribute : attributes_.each())
         attribute->moveBySimilarity(matrix);
     return Kdapi::eOk;
 }
@@ -147,7 +129,7 @@ void KdDbBlockReference::draw(korra::DrawSink& sink) const
                                   toBlock * KdGeMatrix3d::translation(offset) * toCell, sink);
         }
     }
-    for (const KdDbAttribute* attribute : attributes_) {
+    for (const KdDbAttribute* attribute : attributes_.each()) {
         if (attribute->isErased() || korra::isHidden(*attribute, sink))
             continue;
         sink.beginPart(attribute->objectId(), korra::PartRole::attribute);
@@ -160,7 +142,7 @@ void KdDbBlockReference::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
     visitor.behindMarker(2);
-    visitor.derived(66, attributes_.empty() ? 0 : 1);
+    visitor.derived(66, attributes_.isEmpty() ? 0 : 1);
     visitor.name(2, block_, korra::TableKind::block);
     visitor.point(10, position_);
     visitor.real(41, scale_.sx, 1.0);
@@ -172,4 +154,5 @@ void KdDbBlockReference::describe(korra::ObjectVisitor& visitor)
     visitor.real(44, columnSpacing_, 0.0);
     visitor.real(45, rowSpacing_, 0.0);
     place_.describeNormal(visitor);
+    visitor.owned(attributes_);
 }

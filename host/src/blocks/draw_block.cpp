@@ -105,8 +105,10 @@ void drawBlockContents(KdDbObjectId block, DrawSink& sink)
     // Only a block with an extension dictionary can have an order other than its own.
     const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
     if (!extras || extras->extensionDictionary.isNull()) {
-        for (const KdDbObjectId id : ObjectAccess::entities(*record))
-            drawEntity(id, sink);
+        for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
+            if (!entity->isErased())
+                drawEntity(*entity, sink);
+        }
         return;
     }
     for (const KdDbObjectId id : drawOrder(*record))

@@ -6,6 +6,7 @@
 #include "platform/gate.h"
 
 #include <algorithm>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -20,9 +21,8 @@ constexpr wchar_t kDrawOrderKey[] = L"ACAD_SORTENTS";
 
 std::vector<KdDbObjectId> liveEntities(const KdDbBlockTableRecord& block)
 {
-    std::vector<KdDbObjectId> live =
-        ObjectAccess::entities(const_cast<KdDbBlockTableRecord&>(block));
-    std::erase_if(live, [](KdDbObjectId id) { return id.isNull() || id.isErased(); });
+    std::vector<KdDbObjectId> live = ObjectAccess::entities(block).ids();
+    std::erase_if(live, [](KdDbObjectId id) { return id.isErased(); });
     return live;
 }
 
@@ -63,30 +63,29 @@ KdDbObjectId sortentsTableOf(const KdDbBlockTableRecord& block)
 KdDbObjectId makeSortentsTable(KdDbBlockTableRecord& block)
 {
     KdDbDictionary& dictionary = ObjectAccess::extensionDictionary(block);
-    auto* table = new KdDbSortentsTable;
-    ObjectAccess::block(*table) = block.objectId();
-    const KdDbObjectId id =
-        ObjectAccess::adopt(*block.database(), table, dictionary.objectId(), {}, false);
-    ObjectAccess::enter(dictionary, kDrawOrderKey, id);
-    return id;
+    auto table = std::make_unique<KdDbSortentsTable>(block.objectId());
+    ObjectAccess::enter(dictionary, kDrawOrderKey, *table);
+    return table.release()->objectId();
 }
 
 std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block)
 {
     const auto* table = ObjectAccess::live<KdDbSortentsTable>(sortentsTableOf(block));
-    return table ? ObjectAccess::drawOrder(*table) : liveEntities(block);
+    return table ? table->fullDrawOrder() : liveEntities(block);
 }
 
-std::vector<KdDbObjectId> ObjectAccess::drawOrder(const KdDbSortentsTable& table)
+} // namespace korra
+
+std::vector<KdDbObjectId> KdDbSortentsTable::fullDrawOrder() const
 {
-    const auto* block = live<KdDbBlockTableRecord>(table.block_);
+    const auto* const block = ObjectAccess::live<KdDbBlockTableRecord>(block_);
     if (!block)
         return {};
     std::vector<KdDbObjectId> order = liveEntities(*block);
-    if (table.entries_.empty())
+    if (entries_.empty())
         return order;
     std::unordered_map<KdDbObjectId, KdDbHandle> sortHandles;
-    for (const auto& entry : table.entries_)
+    for (const auto& entry : entries_)
         sortHandles[entry.entity] = entry.sortHandle;
     const auto key = [&](KdDbObjectId id) {
         const auto found = sortHandles.find(id);
@@ -96,14 +95,13 @@ std::vector<KdDbObjectId> ObjectAccess::drawOrder(const KdDbSortentsTable& table
     return order;
 }
 
-} // namespace korra
-
 void KdDbSortentsTable::describe(korra::ObjectVisitor& visitor)
 {
+    KdDbObject::describe(visitor);
     visitor.behindMarker(1);
-    visitor.handle(330, block_);
+    visitor.reference(330, block_, korra::Reference::soft, KdDbBlockTableRecord::desc());
     visitor.list(331, entries_, [](korra::ObjectVisitor& element, Entry& entry) {
-        element.handle(331, entry.entity);
+        element.reference(331, entry.entity, korra::Reference::soft, KdDbEntity::desc());
         element.handle(5, entry.sortHandle);
     });
 }
@@ -113,7 +111,7 @@ Kdapi::ErrorStatus KdDbSortentsTable::getFullDrawOrder(KdArray<KdDbObjectId>& or
     if (platform::gate("KdDbSortentsTable::getFullDrawOrder", objectId()))
         return Kdapi::eNotOpenForRead;
     order.removeAll();
-    for (const KdDbObjectId id : ObjectAccess::drawOrder(*this))
+    for (const KdDbObjectId id : fullDrawOrder())
         order.append(id);
     return Kdapi::eOk;
 }
@@ -122,7 +120,7 @@ Kdapi::ErrorStatus KdDbSortentsTable::setRelativeDrawOrder(const KdArray<KdDbObj
 {
     if (platform::gate("KdDbSortentsTable::setRelativeDrawOrder", objectId()))
         return Kdapi::eNotOpenForWrite;
-    std::vector<KdDbObjectId> full = ObjectAccess::drawOrder(*this);
+    std::vector<KdDbObjectId> full = fullDrawOrder();
     if (!areDistinctMembers(order, full))
         return Kdapi::eInvalidInput;
     if (const auto status = beginChange())

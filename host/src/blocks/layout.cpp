@@ -17,9 +17,9 @@ namespace korra {
 std::vector<KdDbObjectId> viewportsOf(const KdDbBlockTableRecord& sheet)
 {
     std::vector<KdDbObjectId> viewports;
-    for (const KdDbObjectId id : ObjectAccess::entities(const_cast<KdDbBlockTableRecord&>(sheet))) {
-        if (ObjectAccess::live<KdDbViewport>(id))
-            viewports.push_back(id);
+    for (const KdDbEntity* entity : ObjectAccess::entities(sheet).each()) {
+        if (!entity->isErased() && KdDbViewport::cast(entity))
+            viewports.push_back(entity->objectId());
     }
     const auto isOwn = [](KdDbObjectId id) {
         return ObjectAccess::live<KdDbViewport>(id)->number() == 1;
@@ -32,11 +32,12 @@ std::vector<KdDbObjectId> viewportsOf(const KdDbBlockTableRecord& sheet)
 
 void KdDbLayout::describe(korra::ObjectVisitor& visitor)
 {
+    KdDbObject::describe(visitor);
     visitor.behindMarker(2); // plot settings use the same codes before it
     visitor.text(1, name_);
     visitor.integer(70, flags_);
     visitor.integer(71, tabOrder_);
-    visitor.handle(330, block_);
+    visitor.reference(330, block_, korra::Reference::soft, KdDbBlockTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbLayout::setLayoutName(const wchar_t* name)

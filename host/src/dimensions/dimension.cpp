@@ -25,18 +25,17 @@ KdDbObjectId makeBlock(KdDbDatabase& database)
         ++number;
     auto* record = new KdDbBlockTableRecord;
     ObjectAccess::name(*record) = L"*D" + std::to_wstring(number);
-    const KdDbObjectId id =
-        ObjectAccess::adopt(database, record, database.blockTableId(), {}, false);
-    ObjectAccess::records(*table).push_back(id);
-    ObjectAccess::markChanged(*record);
+    const KdDbObjectId id = ObjectAccess::append(*table, record);
+    ObjectAccess::willChange(*record);
     return id;
 }
 
 void empty(KdDbBlockTableRecord& block)
 {
-    for (const KdDbObjectId id : ObjectAccess::entities(block))
-        ObjectAccess::setErased(*ObjectAccess::object(id), true);
-    ObjectAccess::entities(block).clear();
+    ObjectAccess::willChange(block);
+    for (KdDbEntity* entity : ObjectAccess::entities(block).each())
+        ObjectAccess::setErased(*entity, true);
+    ObjectAccess::owned(block)->replace({});
 }
 
 } // namespace
@@ -48,7 +47,7 @@ KdDbObjectId KdDbDimension::dimensionStyle() const
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionStyle(KdDbObjectId style)
 {
-    return setIf(!style.isNull(), style_, style, Kdapi::eNullObjectId);
+    return setReference(style_, style, KdDbDimStyleTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionText(const wchar_t* text)
@@ -70,6 +69,7 @@ Kdapi::ErrorStatus KdDbDimension::recomputeDimBlock(bool force)
 
 Kdapi::ErrorStatus KdDbDimension::renewGraphics()
 {
+    ObjectAccess::noteChange(*this);
     style_ = dimensionStyle();
     korra::DimensionSheet sheet(*this);
     if (const auto status = makeGraphics(sheet); status != Kdapi::eOk)
@@ -82,11 +82,11 @@ Kdapi::ErrorStatus KdDbDimension::renewGraphics()
     }
     empty(*record);
     sheet.putInto(block_);
+    ObjectAccess::willChange(*this);
     notYetInBlock_.setToIdentity();
     measurement_ = measurement();
     if (!textMoved_)
         textPosition_ = sheet.textPosition();
-    ObjectAccess::markChanged(*this);
     return Kdapi::eOk;
 }
 
@@ -160,7 +160,8 @@ void KdDbDimension::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
     visitor.behindMarker(2);
-    visitor.name(2, block_, korra::TableKind::block);
+    visitor.name(2, block_, korra::TableKind::block,
+                 blockIsOfSource_ ? korra::Reference::soft : korra::Reference::hard);
     visitor.point(10, dimLinePoint_);
     visitor.point(11, textPosition_);
     int type = kind() | typeFlags_ | (textMoved_ ? kTextMovedFlag : 0);
@@ -177,4 +178,6 @@ void KdDbDimension::describe(korra::ObjectVisitor& visitor)
     place_.describeNormal(visitor);
     visitor.behindMarker(3);
     definition(visitor);
+    visitor.unsaved(blockIsOfSource_);
+    visitor.unsaved(notYetInBlock_);
 }

@@ -199,15 +199,13 @@ void DimensionSheet::putInto(KdDbObjectId block)
     auto* record = ObjectAccess::live<KdDbBlockTableRecord>(block);
     KdDbDatabase& database = *block.database();
     const KdDbObjectId layer = database.contents().record(TableKind::layer, L"0");
+    ObjectAccess::willChange(*record);
     for (std::unique_ptr<KdDbEntity>& entity : entities_) {
         entity->setLayer(layer);
-        KdDbEntity* resident = entity.release();
-        const KdDbObjectId id = ObjectAccess::adopt(database, resident, block, {}, false);
-        ObjectAccess::entities(*record).push_back(id);
-        ObjectAccess::markChanged(*resident);
+        ObjectAccess::append(*record, entity.get());
+        ObjectAccess::willChange(*entity.release());
     }
     entities_.clear();
-    ObjectAccess::markChanged(*record);
 }
 
 } // namespace korra

@@ -22,7 +22,7 @@ void completeTable(DatabaseContents& contents, TableKind kind)
 {
     KdDbObjectId& id = contents.tables[static_cast<std::size_t>(kind)];
     if (!ObjectAccess::live<Table>(id))
-        id = ObjectAccess::adopt(contents.database, new Table, {}, {}, false);
+        id = ObjectAccess::adopt(contents.database, new Table);
 }
 
 void completeTables(DatabaseContents& contents)
@@ -49,8 +49,7 @@ bool completeRecord(DatabaseContents& contents, TableKind kind, const wchar_t* n
     ObjectAccess::name(*record) = name;
     dress(*record);
     auto& table = static_cast<KdDbSymbolTable&>(*ObjectAccess::object(contents.table(kind)));
-    ObjectAccess::records(table).push_back(
-        ObjectAccess::adopt(contents.database, record, table.objectId(), {}, false));
+    ObjectAccess::append(table, record);
     return true;
 }
 
@@ -84,15 +83,12 @@ void completeRecords(DatabaseContents& contents)
 
 void completeDictionaries(DatabaseContents& contents)
 {
-    KdDbDatabase& database = contents.database;
     if (!ObjectAccess::live<KdDbDictionary>(contents.namedObjects))
-        contents.namedObjects = ObjectAccess::adopt(database, new KdDbDictionary, {}, {}, false);
+        contents.namedObjects = ObjectAccess::adopt(contents.database, new KdDbDictionary);
     if (!layoutDictionaryOf(contents).isNull())
         return;
-    const KdDbObjectId layouts =
-        ObjectAccess::adopt(database, new KdDbDictionary, contents.namedObjects, {}, false);
     ObjectAccess::enter(*ObjectAccess::live<KdDbDictionary>(contents.namedObjects),
-                        kLayoutDictionary, layouts);
+                        kLayoutDictionary, *new KdDbDictionary);
 }
 
 bool isModelSpace(const KdDbBlockTableRecord& block)
@@ -124,7 +120,7 @@ KdDbLayout& makeLayout(DatabaseContents& contents, const KdDbBlockTableRecord& b
         ObjectAccess::tabOrder(*layout) =
             layouts.empty() ? 1 : std::max(layouts.back()->getTabOrder(), 0) + 1;
     }
-    ObjectAccess::adopt(contents.database, layout, layoutDictionaryOf(contents), {}, false);
+    ObjectAccess::own(*ObjectAccess::object(layoutDictionaryOf(contents)), layout);
     return *layout;
 }
 
@@ -145,17 +141,17 @@ void completeLayout(DatabaseContents& contents, KdDbBlockTableRecord& block)
     if (!layout)
         layout = &makeLayout(contents, block);
     if (block.getLayoutId() != layout->objectId()) {
+        ObjectAccess::willChange(block);
         ObjectAccess::layout(block) = layout->objectId();
-        ObjectAccess::markChanged(block);
     }
     if (layout->getBlockTableRecordId() != block.objectId()) {
+        ObjectAccess::willChange(*layout);
         ObjectAccess::block(*layout) = block.objectId();
-        ObjectAccess::markChanged(*layout);
     }
     const auto layouts = layoutsOf(contents);
     if (std::ranges::find(layouts, layout) == layouts.end())
         ObjectAccess::enter(*ObjectAccess::live<KdDbDictionary>(layoutDictionaryOf(contents)),
-                            layout->getLayoutName(), layout->objectId());
+                            layout->getLayoutName(), *layout);
 }
 
 /// Gives a sheet that has at most floating viewports its own one, which shows the whole sheet.
@@ -174,18 +170,16 @@ void completeSheet(DatabaseContents& contents, KdDbBlockTableRecord& sheet)
     own->setViewHeight(kSheetHeight);
     own->setLayer(contents.record(TableKind::layer, L"0"));
     own->setLinetype(contents.record(TableKind::linetype, L"ByLayer"));
-    auto& entities = ObjectAccess::entities(sheet);
-    entities.insert(entities.begin(),
-                    ObjectAccess::adopt(contents.database, own, sheet.objectId(), {}, false));
+    ObjectAccess::append(sheet, own);
 }
 
 void completeSpaces(DatabaseContents& contents)
 {
     auto& table =
         static_cast<KdDbSymbolTable&>(*ObjectAccess::object(contents.table(TableKind::block)));
-    for (const KdDbObjectId id : ObjectAccess::records(table)) {
-        auto* block = ObjectAccess::live<KdDbBlockTableRecord>(id);
-        if (!block || !isSpaceName(block->name()))
+    for (KdDbSymbolTableRecord* record : ObjectAccess::records(table).each()) {
+        auto* const block = KdDbBlockTableRecord::cast(record);
+        if (!block || block->isErased() || !isSpaceName(block->name()))
             continue;
         completeLayout(contents, *block);
         if (!isModelSpace(*block))

@@ -126,10 +126,10 @@ Kdapi::ErrorStatus KdDbDatabase::getDimstyleData(KdDbDimStyleTableRecord* record
         return Kdapi::eNullObjectPointer;
     if (platform::gate("KdDbDatabase::getDimstyleData") || !record->isWriteEnabled())
         return Kdapi::eNotOpenForWrite;
+    ObjectAccess::willChange(*record);
     auto& values = ObjectAccess::values(*record);
     for (std::size_t index = 0; index < values.size(); ++index)
         values[index] = currentValue(*contents_, korra::dimensionVariables()[index]);
-    ObjectAccess::markChanged(*record);
     return Kdapi::eOk;
 }
 

@@ -93,6 +93,11 @@ Kdapi::ErrorStatus KdDbDatabase::getSymbolTable(KdDbViewportTable*& table, KdDb:
     return openTable(*this, TableKind::viewport, table, mode);
 }
 
+KdDbTransactionManager* KdDbDatabase::transactionManager() const
+{
+    return contents_->transactions.get();
+}
+
 KdDbObjectId KdDbDatabase::blockTableId() const
 {
     return contents_->table(TableKind::block);

@@ -25,8 +25,8 @@ KdDbObjectId dictionaryIn(KdDbObjectId dictionary, std::wstring_view name)
 
 void rename(KdDbBlockTableRecord& block, std::wstring name)
 {
+    ObjectAccess::willChange(block);
     ObjectAccess::name(block) = std::move(name);
-    ObjectAccess::markChanged(block);
 }
 
 } // namespace

@@ -32,7 +32,7 @@ void KdDbViewportTableRecord::describe(korra::ObjectVisitor& visitor)
     visitor.point(110, ucsOrigin_, KdGePoint3d::kOrigin);
     visitor.vector(111, ucsXAxis_, KdGeVector3d::kXAxis);
     visitor.vector(112, ucsYAxis_, KdGeVector3d::kYAxis);
-    visitor.handle(345, ucs_);
+    visitor.reference(345, ucs_, korra::Reference::hard, KdDbUCSTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setCenterPoint(const KdGePoint2d& center)
@@ -78,6 +78,8 @@ Kdapi::ErrorStatus KdDbViewportTableRecord::setUcs(KdDbObjectId namedSystem)
 {
     if (platform::gate("KdDbViewportTableRecord::setUcs", objectId(), namedSystem))
         return Kdapi::eNotOpenForWrite;
+    if (database() && namedSystem.database() && namedSystem.database() != database())
+        return Kdapi::eWrongDatabase;
     KdDbObject* opened = nullptr;
     if (const auto status = ObjectAccess::open(opened, namedSystem, KdDb::kForRead))
         return status;

@@ -17,23 +17,6 @@ constexpr int kDeepestNesting = 500;
 /// A few references in each of a few dozen blocks could show more than anyone can draw.
 constexpr double kMostEntities = 1e8;
 
-/// The block that an entity shows, and how often; null for one that shows none.
-struct ShownBlock {
-    KdDbBlockTableRecord* block = nullptr;
-    double times = 1.0;
-};
-
-ShownBlock blockShownBy(const KdDbObject* entity)
-{
-    if (const auto* reference = KdDbBlockReference::cast(entity))
-        return {ObjectAccess::live<KdDbBlockTableRecord>(reference->blockTableRecord()),
-                static_cast<double>(ObjectAccess::columns(*reference)) *
-                    ObjectAccess::rows(*reference)};
-    if (const auto* dimension = KdDbDimension::cast(entity))
-        return {ObjectAccess::live<KdDbBlockTableRecord>(dimension->dimBlockId())};
-    return {};
-}
-
 /// Walks every block to the blocks that it shows, without recursion: a file decides how deep.
 class NestingWalk {
 public:
@@ -46,11 +29,11 @@ public:
         enter(block);
         while (!path_.empty()) {
             Step& step = path_.back();
-            const auto& entities = ObjectAccess::entities(*step.block);
+            const auto& entities = ObjectAccess::entities(*step.block).objects();
             if (step.next == entities.size())
                 leave();
             else
-                look(ObjectAccess::object(entities[step.next++]));
+                look(static_cast<const KdDbEntity&>(*entities[step.next++]));
         }
     }
 
@@ -74,14 +57,14 @@ private:
             path_.push_back({&block});
     }
 
-    void look(const KdDbObject* entity)
+    void look(const KdDbEntity& entity)
     {
-        const ShownBlock shown = blockShownBy(entity);
+        const ShownBlock shown = ObjectAccess::shownBlock(entity);
         Step& step = path_.back();
         step.times = shown.times;
         step.extent.entities += shown.times;
-        if (shown.block)
-            follow(*shown.block);
+        if (auto* const block = ObjectAccess::live<KdDbBlockTableRecord>(shown.block))
+            follow(*block);
     }
 
     void follow(KdDbBlockTableRecord& shown)
@@ -134,8 +117,9 @@ private:
                 return read.line;
         }
         for (std::size_t index = 0; index < ids_.size(); ++index) {
-            const KdDbObject* object = ObjectAccess::object(ids_[index]);
-            if (object->ownerId() == block.objectId() && blockShownBy(object).block)
+            const auto* const entity = KdDbEntity::cast(ObjectAccess::object(ids_[index]));
+            if (entity && entity->ownerId() == block.objectId() &&
+                !ObjectAccess::shownBlock(*entity).block.isNull())
                 return file_.objects[index].line;
         }
         return 0;
@@ -157,10 +141,8 @@ void checkBlockNesting(const DatabaseContents& contents, const ReadFile& file,
     if (!table)
         return;
     NestingWalk walk(file, ids);
-    for (const KdDbObjectId id : ObjectAccess::records(*table)) {
-        if (auto* block = ObjectAccess::live<KdDbBlockTableRecord>(id))
-            walk.visit(*block);
-    }
+    for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each())
+        walk.visit(static_cast<KdDbBlockTableRecord&>(*record));
 }
 
 } // namespace korra

@@ -1,7 +1,6 @@
 #include "dxf/drawing_assembly.h"
 #include "blocks/spaces.h"
 #include "drawing/complete_drawing.h"
-#include "tables/table_kinds.h"
 
 #include "dxf/block_nesting.h"
 #include "dxf/object_kinds.h"
@@ -14,6 +13,13 @@ namespace {
 
 /// Names are read by then, that of the record going before that of the BLOCK.
 constexpr int kBlockFieldCodes[] = {10, 20, 30, 70};
+
+/// Makes an object part of another one, last in its list.
+void place(KdDbObject& part, KdDbObject& owner)
+{
+    ObjectAccess::setOwner(part, owner.objectId());
+    ObjectAccess::owned(owner)->append(&part);
+}
 
 } // namespace
 
@@ -51,8 +57,8 @@ void DrawingAssembly::adoptObjects()
     contents_.byHandle.reserve(file_.objects.size());
     ids_.reserve(file_.objects.size());
     for (ReadObject& read : file_.objects)
-        ids_.push_back(ObjectAccess::adopt(contents_.database, read.object.release(), {},
-                                           KdDbHandle(read.handle), false));
+        ids_.push_back(ObjectAccess::adopt(contents_.database, read.object.release(),
+                                           KdDbHandle(read.handle)));
 }
 
 void DrawingAssembly::placeRecords()
@@ -69,12 +75,9 @@ void DrawingAssembly::placeRecords()
         if (read.place != FilePlace::record)
             continue;
         if (read.parent == ReadObject::kNone && blocks.isNull())
-            blocks =
-                ObjectAccess::adopt(contents_.database, newTable(TableKind::block), {}, {}, false);
+            blocks = ObjectAccess::adopt(contents_.database, kindOfTable(TableKind::block).make());
         const KdDbObjectId table = read.parent == ReadObject::kNone ? blocks : ids_[read.parent];
-        ObjectAccess::setOwner(object(index), table);
-        ObjectAccess::records(static_cast<KdDbSymbolTable&>(*ObjectAccess::object(table)))
-            .push_back(ids_[index]);
+        place(object(index), *ObjectAccess::object(table));
     }
 }
 
@@ -92,7 +95,7 @@ void DrawingAssembly::placeEntities()
     for (std::size_t index = 0; index < ids_.size(); ++index) {
         const ReadObject& read = file_.objects[index];
         if (read.place == FilePlace::part) {
-            placePart(read, object(index));
+            place(object(index), object(read.parent));
             continue;
         }
         if (read.place != FilePlace::entities && read.place != FilePlace::block)
@@ -100,20 +103,8 @@ void DrawingAssembly::placeEntities()
         auto& block = read.place == FilePlace::block
                           ? static_cast<KdDbBlockTableRecord&>(object(read.parent))
                           : spaceOf(read);
-        ObjectAccess::setOwner(object(index), block.objectId());
-        ObjectAccess::entities(block).push_back(ids_[index]);
+        place(object(index), block);
     }
-}
-
-void DrawingAssembly::placePart(const ReadObject& read, KdDbObject& part)
-{
-    KdDbObject& whole = object(read.parent);
-    ObjectAccess::setOwner(part, whole.objectId());
-    if (auto* curve = KdDbVertexCurve::cast(&whole))
-        ObjectAccess::vertices(*curve).push_back(static_cast<KdDbVertex*>(&part));
-    else
-        ObjectAccess::attributes(static_cast<KdDbBlockReference&>(whole))
-            .push_back(static_cast<KdDbAttribute*>(&part));
 }
 
 /// In the entities section the owner says the space, where it is one; else the flag 67.
@@ -147,18 +138,18 @@ void DrawingAssembly::readFieldsOf(std::size_t index)
     if (!extras || extras->source.empty())
         return; // a block without a record
     const bool isBlock = KdDbBlockTableRecord::cast(&target) != nullptr;
-    reader_->readFields(target, extras->source, file_.objects[index].line,
-                        isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>());
-    reader_->readExtensions();
+    reader_->read(target, extras->source, file_.objects[index].line,
+                  isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>(),
+                  Extensions::read);
 }
 
 void DrawingAssembly::readBlockFields()
 {
     for (const ReadBlock& block : file_.blocks) {
         KdDbObject& record = object(block.record);
-        reader_->readFields(record, block.frame.begin, block.line, kBlockFieldCodes);
-        if (ObjectAccess::extras(record).source.empty())
-            reader_->readExtensions();
+        const bool hasRecord = !ObjectAccess::extras(record).source.empty();
+        reader_->read(record, block.frame.begin, block.line, kBlockFieldCodes,
+                      hasRecord ? Extensions::ignored : Extensions::read);
     }
 }
 

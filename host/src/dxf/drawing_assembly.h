@@ -30,7 +30,6 @@ private:
     void placeRecords();
     void keepForm();
     void placeEntities();
-    void placePart(const ReadObject& read, KdDbObject& part);
     KdDbBlockTableRecord& spaceOf(const ReadObject& read);
     void readFields();
     void readFieldsOf(std::size_t index);

@@ -36,7 +36,8 @@ std::string withSecondName(std::string begin, std::string_view lineEnd)
 
 bool needsSequenceEnd(KdDbObject& entity)
 {
-    return KdDbVertexCurve::cast(&entity) || !ObjectAccess::parts(entity).empty();
+    const OwnedObjects* const parts = ObjectAccess::owned(entity);
+    return parts && (KdDbVertexCurve::cast(&entity) || !parts->isEmpty());
 }
 
 } // namespace
@@ -75,10 +76,11 @@ std::vector<KdDbBlockTableRecord*> DrawingWriter::liveBlocks() const
 {
     std::vector<KdDbBlockTableRecord*> blocks;
     auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(TableKind::block));
-    for (const KdDbObjectId id :
-         table ? ObjectAccess::records(*table) : std::vector<KdDbObjectId>()) {
-        if (auto* block = ObjectAccess::live<KdDbBlockTableRecord>(id))
-            blocks.push_back(block);
+    if (!table)
+        return blocks;
+    for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
+        if (!record->isErased())
+            blocks.push_back(static_cast<KdDbBlockTableRecord*>(record));
     }
     return blocks;
 }
@@ -86,9 +88,9 @@ std::vector<KdDbBlockTableRecord*> DrawingWriter::liveBlocks() const
 std::vector<const ObjectSlot*> DrawingWriter::entitiesToWrite(KdDbBlockTableRecord& block) const
 {
     std::vector<const ObjectSlot*> slots;
-    for (const KdDbObjectId id : ObjectAccess::entities(block)) {
-        if (isWritten(*id.slot()))
-            slots.push_back(id.slot());
+    for (const KdDbEntity* entity : ObjectAccess::entities(block).each()) {
+        if (isWritten(*ObjectAccess::slot(*entity)))
+            slots.push_back(ObjectAccess::slot(*entity));
     }
     return slots;
 }
@@ -129,9 +131,11 @@ std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
 std::string DrawingWriter::entityText(KdDbObject& entity)
 {
     std::string text = objectText(entity);
-    for (KdDbObject* part : ObjectAccess::parts(entity)) {
-        if (isWritten(*ObjectAccess::slot(*part)))
-            text += objectText(*part);
+    if (const OwnedObjects* const parts = ObjectAccess::owned(entity)) {
+        for (KdDbObject* part : parts->objects()) {
+            if (isWritten(*ObjectAccess::slot(*part)))
+                text += objectText(*part);
+        }
     }
     const auto end = form_.sequenceEnds.find(entity.objectId());
     if (end != form_.sequenceEnds.end())

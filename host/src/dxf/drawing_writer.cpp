@@ -70,8 +70,9 @@ bool DrawingWriter::needsObjectsSection() const
 
 bool DrawingWriter::writesBlockRecords() const
 {
-    return writesEverything_ || std::ranges::find(form_.tables, tableName(TableKind::block),
-                                                  &FileForm::Table::name) != form_.tables.end();
+    return writesEverything_ ||
+           std::ranges::find(form_.tables, kindOfTable(TableKind::block).fileName,
+                             &FileForm::Table::name) != form_.tables.end();
 }
 
 std::string DrawingWriter::tag(int code, std::string_view value) const
@@ -171,7 +172,7 @@ std::string DrawingWriter::tables()
     std::string text;
     std::set<TableKind> done;
     for (const FileForm::Table& table : form_.tables) {
-        const auto kind = tableKind(table.name);
+        const auto kind = tableKindNamed(table.name);
         text += kind ? tableText(table, *kind) : table.head + table.bytes + table.tail;
         if (kind)
             done.insert(*kind);
@@ -188,8 +189,9 @@ std::string DrawingWriter::newTableText(TableKind kind)
 {
     if (kind == TableKind::block && !writesBlockRecords())
         return {};
-    const std::string head = tag(0, "TABLE") + tag(2, tableName(kind)) + tag(70, "0");
-    const FileForm::Table table = {std::string(tableName(kind)), head, {}, tag(0, "ENDTAB")};
+    const std::string head = tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) + tag(70, "0");
+    const FileForm::Table table = {
+        std::string(kindOfTable(kind).fileName), head, {}, tag(0, "ENDTAB")};
     std::size_t count = 0;
     static_cast<void>(records(kind, count));
     return writesEverything_ || count > 0 ? tableText(table, kind) : std::string();
@@ -214,10 +216,10 @@ std::string DrawingWriter::records(TableKind kind, std::size_t& count)
     auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(kind));
     if (!table)
         return text;
-    for (const KdDbObjectId id : ObjectAccess::records(*table)) {
-        if (!isWritten(*id.slot()))
+    for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
+        if (!isWritten(*ObjectAccess::slot(*record)))
             continue;
-        text += objectText(*ObjectAccess::object(id));
+        text += objectText(*record);
         ++count;
     }
     return text;

@@ -109,7 +109,7 @@ void FileScanner::readTable()
 {
     const std::string name(trimmed(tags_.valueOf(2)));
     file_.form.tables.push_back({name, object_.bytes, {}, {}});
-    if (const auto kind = tableKind(name))
+    if (const auto kind = tableKindNamed(name))
         readRecords(*kind);
     else
         keepTable();
@@ -131,9 +131,9 @@ void FileScanner::readRecords(TableKind kind)
 {
     const std::size_t table = addTable(kind);
     for (advance(); !atBoundary(); advance()) {
-        if (object_.type != tableName(kind))
-            fail("the table " + std::string(tableName(kind)) + " cannot hold " +
-                 shown(object_.type));
+        const std::string type(kindOfRecords(kind).fileName);
+        if (object_.type != type)
+            fail("the table " + type + " cannot hold " + shown(object_.type));
         if (kind == TableKind::block)
             readBlockRecord(table);
         else
@@ -143,19 +143,19 @@ void FileScanner::readRecords(TableKind kind)
 
 std::size_t FileScanner::addTable(TableKind kind)
 {
-    const std::string_view name = tableName(kind);
+    const std::string_view name = kindOfTable(kind).fileName;
     if (std::ranges::count(file_.form.tables, name, &FileForm::Table::name) > 1)
         fail("the table " + std::string(name) + " comes twice");
     const std::size_t table =
-        add(std::unique_ptr<KdDbObject>(newTable(kind)), FilePlace::table, ReadObject::kNone);
+        add(newOfKind(kindOfTable(kind)), FilePlace::table, ReadObject::kNone);
     ObjectAccess::extras(*file_.objects[table].object).source.clear(); // kept in the form
     return table;
 }
 
 void FileScanner::readRecord(TableKind kind, std::size_t table)
 {
-    std::unique_ptr<KdDbSymbolTableRecord> record(newRecord(kind));
-    ObjectAccess::name(*record) = nameOfObject();
+    std::unique_ptr<KdDbObject> record = newOfKind(kindOfRecords(kind));
+    ObjectAccess::name(static_cast<KdDbSymbolTableRecord&>(*record)) = nameOfObject();
     add(std::move(record), FilePlace::record, table);
 }
 
@@ -226,13 +226,14 @@ void FileScanner::readEntities(FilePlace place, std::size_t parent)
 
 void FileScanner::readEntity(FilePlace place, std::size_t parent)
 {
-    const std::size_t entity = add(newEntity(object_.type, tags_), place, parent);
+    const std::size_t entity =
+        add(newObject(Kind::Place::entity, object_.type, tags_), place, parent);
     const bool isPolyline = object_.type == "POLYLINE";
     const bool isReference = object_.type == "INSERT";
-    const bool isMeshed = isPolyline && isMesh(tags_);
+    const bool isMesh = isPolyline && isUnknown(*file_.objects[entity].object);
     const bool hasParts = isPolyline || parseWhole(tags_.valueOf(66)).value_or(0) != 0;
     advance();
-    if (isMeshed)
+    if (isMesh)
         readMesh(entity);
     else if (isPolyline || isReference)
         readParts(entity, isPolyline ? "VERTEX" : "ATTRIB", hasParts);
@@ -255,7 +256,7 @@ void FileScanner::readMesh(std::size_t entity)
 void FileScanner::readParts(std::size_t entity, const char* type, bool areExpected)
 {
     for (; object_.type == type; advance()) {
-        add(newEntity(object_.type, tags_), FilePlace::part, entity);
+        add(newObject(Kind::Place::entity, object_.type, tags_), FilePlace::part, entity);
         areExpected = true;
     }
     if (areExpected)
@@ -270,7 +271,8 @@ void FileScanner::readParts(std::size_t entity, const char* type, bool areExpect
 void FileScanner::readObjects()
 {
     for (; !atBoundary(); advance())
-        add(newObject(object_.type), FilePlace::objects, ReadObject::kNone);
+        add(newObject(Kind::Place::object, object_.type, tags_), FilePlace::objects,
+            ReadObject::kNone);
 }
 
 std::size_t FileScanner::add(std::unique_ptr<KdDbObject> object, FilePlace place,

@@ -1,6 +1,6 @@
 #include "dxf/references.h"
 
-#include "dxf/object_kinds.h"
+#include "objects/kinds.h"
 
 #include "platform/text.h"
 
@@ -14,31 +14,15 @@ std::wstring folded(std::wstring_view name)
     return text;
 }
 
-const wchar_t* standardName(TableKind kind, bool ofLayer)
-{
-    switch (kind) {
-    case TableKind::layer:
-        return L"0";
-    case TableKind::linetype:
-        return ofLayer ? L"Continuous" : L"ByLayer";
-    case TableKind::textStyle:
-    case TableKind::dimStyle:
-        return L"Standard";
-    default:
-        return nullptr;
-    }
-}
-
 References::References(DatabaseContents& contents) : contents_(contents)
 {
     for (std::size_t kind = 0; kind < kTableKinds; ++kind) {
         auto* owner = ObjectAccess::live<KdDbSymbolTable>(contents.tables[kind]);
         if (!owner)
             continue;
-        for (const KdDbObjectId id : ObjectAccess::records(*owner)) {
-            const auto* record = static_cast<KdDbSymbolTableRecord*>(ObjectAccess::object(id));
-            records_[kind].emplace(folded(record->name()), id); // the first of a name counts
-        }
+        for (const KdDbSymbolTableRecord* record : ObjectAccess::records(*owner).each())
+            records_[kind].emplace(folded(record->name()), // the first of a name counts
+                                   record->objectId());
     }
 }
 
@@ -55,7 +39,7 @@ KdDbObjectId References::find(TableKind kind, std::wstring_view name) const
     return found == records.end() ? KdDbObjectId() : found->second;
 }
 
-KdDbObjectId References::named(TableKind kind, std::string_view bytes, bool ofLayer)
+KdDbObjectId References::named(TableKind kind, std::string_view bytes, NamedBy by)
 {
     Known& known = known_[static_cast<std::size_t>(kind)];
     if (const auto found = known.find(bytes); found != known.end())
@@ -63,22 +47,22 @@ KdDbObjectId References::named(TableKind kind, std::string_view bytes, bool ofLa
     const std::wstring name = contents_.header.encoding().decode(bytes);
     KdDbObjectId id = find(kind, name);
     if (id.isNull())
-        id = substitute(kind, name, ofLayer);
-    if (!ofLayer)
+        id = substitute(kind, name, by);
+    if (by != NamedBy::layer)
         known.emplace(bytes, id);
     return id;
 }
 
-KdDbObjectId References::substitute(TableKind kind, std::wstring_view name, bool ofLayer)
+KdDbObjectId References::substitute(TableKind kind, std::wstring_view name, NamedBy by)
 {
     if (kind == TableKind::layer && !name.empty())
         return recordOrNew(kind, name);
-    return standard(kind, ofLayer);
+    return standard(kind, by);
 }
 
-KdDbObjectId References::standard(TableKind kind, bool ofLayer)
+KdDbObjectId References::standard(TableKind kind, NamedBy by)
 {
-    const wchar_t* name = standardName(kind, ofLayer);
+    const wchar_t* name = standardName(kind, by);
     return name ? recordOrNew(kind, name) : KdDbObjectId();
 }
 
@@ -87,13 +71,11 @@ KdDbObjectId References::recordOrNew(TableKind kind, std::wstring_view name)
     if (const KdDbObjectId existing = find(kind, name); !existing.isNull())
         return existing;
     KdDbSymbolTable& owner = table(kind);
-    KdDbSymbolTableRecord* record = newRecord(kind);
+    auto* const record = static_cast<KdDbSymbolTableRecord*>(kindOfRecords(kind).make());
     ObjectAccess::name(*record) = name;
     if (auto* layer = KdDbLayerTableRecord::cast(record))
-        layer->setLinetypeObjectId(standard(TableKind::linetype, true));
-    const KdDbObjectId id =
-        ObjectAccess::adopt(contents_.database, record, owner.objectId(), {}, false);
-    ObjectAccess::records(owner).push_back(id);
+        layer->setLinetypeObjectId(standard(TableKind::linetype, NamedBy::layer));
+    const KdDbObjectId id = ObjectAccess::append(owner, record);
     records_[static_cast<std::size_t>(kind)].emplace(folded(name), id);
     return id;
 }
@@ -102,7 +84,7 @@ KdDbSymbolTable& References::table(TableKind kind)
 {
     KdDbObjectId& id = contents_.tables[static_cast<std::size_t>(kind)];
     if (id.isNull())
-        id = ObjectAccess::adopt(contents_.database, newTable(kind), {}, {}, false);
+        id = ObjectAccess::adopt(contents_.database, kindOfTable(kind).make());
     return static_cast<KdDbSymbolTable&>(*ObjectAccess::object(id));
 }
 

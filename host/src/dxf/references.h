@@ -2,6 +2,7 @@
 
 #include "form/encoding.h"
 #include "objects/contents.h"
+#include "objects/kinds.h"
 
 #include <array>
 #include <cstdint>
@@ -24,11 +25,11 @@ public:
     explicit References(DatabaseContents& contents);
 
     /// @param bytes  the name as the file has it
-    /// @param ofLayer  a layer asks
-    KdDbObjectId named(TableKind kind, std::string_view bytes, bool ofLayer);
+    /// @param by  who asks
+    KdDbObjectId named(TableKind kind, std::string_view bytes, NamedBy by);
 
     /// What an object has that names no record of a kind: null where nothing stands for that.
-    KdDbObjectId standard(TableKind kind, bool ofLayer);
+    KdDbObjectId standard(TableKind kind, NamedBy by);
 
     /// Null for a handle that no object has.
     KdDbObjectId at(std::uint64_t handle) const;
@@ -52,15 +53,12 @@ private:
     using Known = std::unordered_map<std::string, KdDbObjectId, BytesHash, std::equal_to<>>;
 
     KdDbObjectId find(TableKind kind, std::wstring_view name) const;
-    KdDbObjectId substitute(TableKind kind, std::wstring_view name, bool ofLayer);
+    KdDbObjectId substitute(TableKind kind, std::wstring_view name, NamedBy by);
 
     DatabaseContents& contents_;
     std::array<std::unordered_map<std::wstring, KdDbObjectId>, kTableKinds> records_; ///< folded
     std::array<Known, kTableKinds> known_; ///< names that were asked for, as the file has them
 };
-
-/// Name of the record that stands for a missing one; null where nothing does.
-const wchar_t* standardName(TableKind kind, bool ofLayer);
 
 /// A name without regard to case.
 std::wstring folded(std::wstring_view name);

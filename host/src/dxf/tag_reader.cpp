@@ -3,6 +3,7 @@
 #include "dxf/drawing_error.h"
 #include "dxf/extended_values.h"
 #include "dxf/tag_stream.h"
+#include "objects/kinds.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -10,43 +11,36 @@
 
 namespace korra {
 
-void TagReader::readFields(KdDbObject& object, std::string_view source, std::size_t line,
-                           std::span<const int> only)
+void TagReader::read(KdDbObject& object, std::string_view source, std::size_t line,
+                     std::span<const int> only, Extensions extensions)
 {
-    object_ = &object;
     line_ = line;
-    isLayer_ = object.isA() == KdDbLayerTableRecord::desc();
+    namedBy_ = KdDbLayerTableRecord::cast(&object) ? NamedBy::layer : NamedBy::other;
+    extensions_ = extensions;
     cursor_.reset(source, only);
-    const bool isKnown = !UnknownEntity::cast(&object) && !UnknownObject::cast(&object);
-    if (isKnown && cursor_.tags().openGroup() != TagList::kNone)
+    if (kindOf(object) && cursor_.tags().openGroup() != TagList::kNone)
         fail(cursor_.tags().openGroup(), "the end of the group");
     ObjectAccess::describe(object, *this);
 }
 
-void TagReader::readExtensions()
-{
-    readExtensionDictionary();
-    readExtendedValues();
-}
-
-void TagReader::readExtensionDictionary()
+void TagReader::extensionDictionary(KdDbObjectId& value)
 {
     const std::size_t tag = cursor_.tags().extensionDictionaryTag();
-    if (tag != TagList::kNone)
-        ObjectAccess::extras(*object_).extensionDictionary = references_.at(handleAt(tag));
+    if (extensions_ == Extensions::read && tag != TagList::kNone)
+        value = references_.at(handleAt(tag));
 }
 
-void TagReader::readExtendedValues()
+void TagReader::extendedData(std::vector<TypedValue>& values)
 {
     const TagList& tags = cursor_.tags();
-    if (!tags.hasExtendedData())
+    if (extensions_ == Extensions::ignored || !tags.hasExtendedData())
         return;
     std::size_t wrong = 0;
-    auto values = readExtendedData(tags, encoding_, wrong);
-    if (!values)
+    auto read = readExtendedData(tags, encoding_, wrong);
+    if (!read)
         fail(wrong, "a value of extended data");
-    for (ExtendedValue& each : *values)
-        ObjectAccess::extras(*object_).xData.push_back(std::move(each.value));
+    for (ExtendedValue& each : *read)
+        values.push_back(std::move(each.value));
 }
 
 void TagReader::fail(std::size_t tag, const char* expected) const
@@ -186,16 +180,16 @@ void TagReader::point(int code, KdGePoint2d& value)
     value = KdGePoint2d(realAt(tags.axis[0]), realAt(tags.axis[1]));
 }
 
-void TagReader::name(int code, KdDbObjectId& value, TableKind table)
+void TagReader::name(int code, KdDbObjectId& value, TableKind table, Reference)
 {
     const std::size_t tag = cursor_.take(code);
     if (tag != TagCursor::kNone)
-        value = references_.named(table, cursor_.tag(tag).value, isLayer_);
+        value = references_.named(table, cursor_.tag(tag).value, namedBy_);
     else if (value.isNull() && cursor_.accepts(code))
-        value = references_.standard(table, isLayer_);
+        value = references_.standard(table, namedBy_);
 }
 
-void TagReader::handle(int code, KdDbObjectId& value)
+void TagReader::reference(int code, KdDbObjectId& value, Reference, const KdRxClass*)
 {
     const std::size_t tag = cursor_.take(code);
     if (tag != TagCursor::kNone)

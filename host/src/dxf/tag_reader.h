@@ -11,6 +11,9 @@
 
 namespace korra {
 
+/// Whether extended data and the extension dictionary are read, too.
+enum class Extensions { read, ignored };
+
 /// Gives objects the fields, the extended data and the extension dictionary that their tags hold.
 class TagReader final : public ObjectVisitor {
 public:
@@ -21,12 +24,10 @@ public:
 
     /// @param line  of the value of the first tag, for messages
     /// @param only  codes of the fields to read; empty: all
+    /// @param extensions  whether to read extended data and the extension dictionary
     /// @throw DrawingError for a value that is not what its code says
-    void readFields(KdDbObject& object, std::string_view source, std::size_t line,
-                    std::span<const int> only = {});
-
-    /// Of the object and the source that were read last.
-    void readExtensions();
+    void read(KdDbObject& object, std::string_view source, std::size_t line,
+              std::span<const int> only, Extensions extensions);
 
     void real(int code, double& value) override;
     void real(int code, double& value, double byDefault) override;
@@ -39,11 +40,26 @@ public:
     void point(int code, KdGePoint3d& value, const KdGePoint3d& byDefault) override;
     void vector(int code, KdGeVector3d& value, const KdGeVector3d& byDefault) override;
     void point(int code, KdGePoint2d& value) override;
-    void name(int code, KdDbObjectId& value, TableKind table) override;
-    void handle(int code, KdDbObjectId& value) override;
+    void name(int code, KdDbObjectId& value, TableKind table, Reference meaning) override;
+    void reference(int code, KdDbObjectId& value, Reference meaning,
+                   const KdRxClass* kind) override;
     void handle(int code, KdDbHandle& value) override;
     void color(int code, KdCmColor& value) override;
     void layerColor(int code, KdCmColor& value, bool& off) override;
+
+    void extendedData(std::vector<TypedValue>& values) override;
+    void extensionDictionary(KdDbObjectId& value) override;
+
+    // The place in the file tells who owns what.
+    void owner(KdDbObjectId&) override {}
+
+    void owned(OwnedObjects&) override {}
+
+    void source(std::string&) override {}
+
+    void unsaved(bool&) override {}
+
+    void unsaved(KdGeMatrix3d&) override {}
 
     void derived(int, long long) override {}
 
@@ -72,15 +88,13 @@ private:
     bool readPoint(int code, KdGePoint3d& value);
     bool readWhole(int code, long long& value);
     void readTrueColor(KdCmColor& value);
-    void readExtensionDictionary();
-    void readExtendedValues();
 
     References& references_;
     const TextEncoding& encoding_;
     TagCursor cursor_;
-    KdDbObject* object_ = nullptr;
     std::size_t line_ = 0;
-    bool isLayer_ = false;
+    NamedBy namedBy_ = NamedBy::other;
+    Extensions extensions_ = Extensions::ignored;
 };
 
 } // namespace korra

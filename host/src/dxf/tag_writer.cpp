@@ -5,16 +5,17 @@
 #include "dxf/tag_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korra {
 namespace {
 
 /// What a file need not say: the linetype and the text style that everything has.
-bool maySkip(TableKind table, bool ofLayer, const std::wstring& name)
+bool maySkip(TableKind table, NamedBy by, const std::wstring& name)
 {
     const bool isOptional =
-        (table == TableKind::linetype && !ofLayer) || table == TableKind::textStyle;
-    return isOptional && name == standardName(table, ofLayer);
+        (table == TableKind::linetype && by != NamedBy::layer) || table == TableKind::textStyle;
+    return isOptional && name == standardName(table, by);
 }
 
 /// The tags behind which the fields of an object begin: type, handle, groups and owner.
@@ -84,22 +85,20 @@ std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source
                                      std::span<const int> only)
 {
     begin(source, only);
-    isLayer_ = object.isA() == KdDbLayerTableRecord::desc();
+    namedBy_ = KdDbLayerTableRecord::cast(&object) ? NamedBy::layer : NamedBy::other;
     ObjectAccess::describe(object, *this);
+    if (extendedData_)
+        writeExtendedData(*std::exchange(extendedData_, std::nullopt));
     return assembled();
 }
 
 std::string TagWriter::objectWritten(KdDbObject& object, std::string_view source,
                                      std::span<const int> only)
 {
+    writesExtensions_ = true;
     std::string written = fieldsWritten(object, source, only);
-    const ObjectExtras* extras = ObjectAccess::extras(static_cast<const KdDbObject&>(object));
-    if (!extras)
-        return written;
-    begin(written, {});
-    writeExtensionDictionary(*extras);
-    writeExtendedData(*extras);
-    return assembled();
+    writesExtensions_ = false;
+    return written;
 }
 
 std::string TagWriter::assembled() const
@@ -278,18 +277,18 @@ bool TagWriter::means(std::size_t tag, TableKind table, KdDbObjectId value) cons
     const KdDbObjectId named = contents_.record(table, name);
     if (!named.isNull())
         return named == value;
-    const wchar_t* standard = standardName(table, isLayer_);
+    const wchar_t* standard = standardName(table, namedBy_);
     return standard && contents_.record(table, standard) == value;
 }
 
-void TagWriter::name(int code, KdDbObjectId& value, TableKind table)
+void TagWriter::name(int code, KdDbObjectId& value, TableKind table, Reference)
 {
     const std::size_t tag = take(code);
     const auto* record = KdDbSymbolTableRecord::cast(ObjectAccess::object(value));
     if (!record)
         return; // what names no record stays as it is
     if (tag == TagCursor::kNone) {
-        if (!maySkip(table, isLayer_, record->name()))
+        if (!maySkip(table, namedBy_, record->name()))
             insert(code, encoding_.encode(record->name()));
     } else if (!means(tag, table, value)) {
         replace(tag, encoding_.encode(record->name()));
@@ -313,7 +312,7 @@ void TagWriter::writeHandle(int code, KdDbHandle value)
         remove(tag);
 }
 
-void TagWriter::handle(int code, KdDbObjectId& value)
+void TagWriter::reference(int code, KdDbObjectId& value, Reference, const KdRxClass*)
 {
     writeHandle(code, value.handle());
 }
@@ -415,32 +414,38 @@ void TagWriter::endList()
     cursor_.endList();
 }
 
-void TagWriter::writeExtensionDictionary(const ObjectExtras& extras)
+void TagWriter::extensionDictionary(KdDbObjectId& value)
 {
-    if (!ObjectAccess::live<KdDbDictionary>(extras.extensionDictionary))
+    if (!writesExtensions_ || !ObjectAccess::live<KdDbDictionary>(value))
         return;
-    const std::string handle = formatHandle(extras.extensionDictionary.handle().value());
+    const std::string handle = formatHandle(value.handle().value());
     const std::size_t tag = cursor_.tags().extensionDictionaryTag();
     if (tag != TagList::kNone) {
-        if (parseHandle(cursor_.tag(tag).value) != extras.extensionDictionary.handle().value())
+        if (parseHandle(cursor_.tag(tag).value) != value.handle().value())
             replace(tag, handle);
         return;
     }
     const std::size_t handleTag = cursor_.tags().handleTag();
-    place_ = handleTag == TagList::kNone ? 0 : handleTag;
-    insert(102, "{ACAD_XDICTIONARY");
-    insert(360, handle);
-    insert(102, "}");
+    const std::size_t behind = handleTag == TagList::kNone ? 0 : handleTag;
+    for (const auto& [code, text] :
+         {std::pair(102, "{ACAD_XDICTIONARY"), std::pair(360, handle.c_str()), std::pair(102, "}")})
+        appendTag(insertedBehind_[behind], code, text, lineEnd_);
 }
 
-void TagWriter::writeExtendedData(const ObjectExtras& extras)
+void TagWriter::extendedData(std::vector<TypedValue>& values)
+{
+    if (writesExtensions_)
+        extendedData_ = values;
+}
+
+void TagWriter::writeExtendedData(const std::vector<TypedValue>& wanted)
 {
     std::size_t wrong = 0;
     const auto there = readExtendedData(cursor_.tags(), encoding_, wrong);
     if (!there)
         return;
     place_ = there->empty() ? lastPlain(cursor_.tags()) : there->front().firstTag - 1;
-    const std::size_t sameAtEnd = commonEnd(*there, extras.xData);
+    const std::size_t sameAtEnd = commonEnd(*there, wanted);
     std::size_t next = 0; // of the values that are there and may still be wanted
     const auto removeUpTo = [&](std::size_t end) {
         for (; next < end; ++next) {
@@ -448,8 +453,8 @@ void TagWriter::writeExtendedData(const ObjectExtras& extras)
                 remove((*there)[next].firstTag + tag);
         }
     };
-    for (std::size_t index = 0; index + sameAtEnd < extras.xData.size(); ++index) {
-        const TypedValue& value = extras.xData[index];
+    for (std::size_t index = 0; index + sameAtEnd < wanted.size(); ++index) {
+        const TypedValue& value = wanted[index];
         const std::size_t same = findValue(*there, next, there->size() - sameAtEnd, value);
         if (same == there->size()) {
             insertedBehind_[place_] += extendedValueTags(value, encoding_, lineEnd_);

@@ -3,9 +3,11 @@
 #include "dxf/tag_cursor.h"
 #include "dxf/tag_values.h"
 #include "objects/contents.h"
+#include "objects/kinds.h"
 #include "objects/object_visitor.h"
 
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,7 +29,7 @@ public:
     std::string fieldsWritten(KdDbObject& object, std::string_view source,
                               std::span<const int> only = {});
 
-    /// The same with the extended data and the handle of the extension dictionary.
+    /// Fields, extended data and the handle of the extension dictionary.
     std::string objectWritten(KdDbObject& object, std::string_view source,
                               std::span<const int> only = {});
 
@@ -42,13 +44,27 @@ public:
     void point(int code, KdGePoint3d& value, const KdGePoint3d& byDefault) override;
     void vector(int code, KdGeVector3d& value, const KdGeVector3d& byDefault) override;
     void point(int code, KdGePoint2d& value) override;
-    void name(int code, KdDbObjectId& value, TableKind table) override;
-    void handle(int code, KdDbObjectId& value) override;
+    void name(int code, KdDbObjectId& value, TableKind table, Reference meaning) override;
+    void reference(int code, KdDbObjectId& value, Reference meaning,
+                   const KdRxClass* kind) override;
     void handle(int code, KdDbHandle& value) override;
     void color(int code, KdCmColor& value) override;
     void layerColor(int code, KdCmColor& value, bool& off) override;
     void derived(int code, long long value) override;
     void behindMarker(int count) override;
+    void extendedData(std::vector<TypedValue>& values) override;
+    void extensionDictionary(KdDbObjectId& value) override;
+
+    // The place in the file tells who owns what.
+    void owner(KdDbObjectId&) override {}
+
+    void owned(OwnedObjects&) override {}
+
+    void source(std::string&) override {}
+
+    void unsaved(bool&) override {}
+
+    void unsaved(KdGeMatrix3d&) override {}
 
 protected:
     void wholeNumber(int code, long long& value) override;
@@ -79,8 +95,7 @@ private:
     void insertPieces(int code, int pieceCode, std::wstring_view value);
     bool means(std::size_t tag, TableKind table, KdDbObjectId value) const;
     void begin(std::string_view source, std::span<const int> only);
-    void writeExtensionDictionary(const ObjectExtras& extras);
-    void writeExtendedData(const ObjectExtras& extras);
+    void writeExtendedData(const std::vector<TypedValue>& wanted);
 
     const DatabaseContents& contents_;
     const TextEncoding& encoding_;
@@ -88,8 +103,10 @@ private:
     TagCursor cursor_;
     std::size_t place_ = 0; ///< tag behind which a missing field is inserted
     std::size_t listCount_ = 0;
-    bool isLayer_ = false;
-    std::map<std::size_t, std::string> replaced_; ///< whole tags; empty: gone
+    NamedBy namedBy_ = NamedBy::other;
+    bool writesExtensions_ = false;
+    std::optional<std::vector<TypedValue>> extendedData_; ///< to be written behind the fields
+    std::map<std::size_t, std::string> replaced_;         ///< whole tags; empty: gone
     std::map<std::size_t, std::string> insertedBehind_;
 };
 

@@ -70,8 +70,9 @@ bool saveUserSystem(KdDbDatabase& database, const std::wstring& name)
     record->setXAxis(x);
     record->setYAxis(y);
     const KdDbObjectId table = database.UCSTableId();
-    const KdDbObjectId id = ObjectAccess::adopt(database, record.release(), table, {}, false);
-    ObjectAccess::records(*ObjectAccess::live<KdDbUCSTable>(table)).push_back(id);
+    const KdDbObjectId id =
+        ObjectAccess::append(*ObjectAccess::live<KdDbUCSTable>(table), record.get());
+    record.release();
     setUserSystem(database, userToWorld(database), id);
     return true;
 }

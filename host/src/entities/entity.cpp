@@ -59,7 +59,7 @@ KdDbEntity::~KdDbEntity() = default;
 
 Kdapi::ErrorStatus KdDbEntity::setLayer(KdDbObjectId layer)
 {
-    return setIf(!layer.isNull(), layer_, layer, Kdapi::eNullObjectId);
+    return setReference(layer_, layer, KdDbLayerTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbEntity::setColor(const KdCmColor& color)
@@ -69,7 +69,7 @@ Kdapi::ErrorStatus KdDbEntity::setColor(const KdCmColor& color)
 
 Kdapi::ErrorStatus KdDbEntity::setLinetype(KdDbObjectId linetype)
 {
-    return setIf(!linetype.isNull(), linetype_, linetype, Kdapi::eNullObjectId);
+    return setReference(linetype_, linetype, KdDbLinetypeTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLinetypeScale(double scale)

@@ -54,7 +54,7 @@ Kdapi::ErrorStatus KdDbMText::setRotation(double rotation)
 
 Kdapi::ErrorStatus KdDbMText::setTextStyle(KdDbObjectId style)
 {
-    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
+    return setReference(textStyle_, style, KdDbTextStyleTableRecord::desc());
 }
 
 double KdDbMText::actualWidth() const

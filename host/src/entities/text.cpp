@@ -74,7 +74,7 @@ Kdapi::ErrorStatus KdDbText::setVerticalMode(short mode)
 
 Kdapi::ErrorStatus KdDbText::setTextStyle(KdDbObjectId style)
 {
-    return setIf(!style.isNull(), textStyle_, style, Kdapi::eNullObjectId);
+    return setReference(textStyle_, style, KdDbTextStyleTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
@@ -87,12 +87,12 @@ Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
 
 void KdDbText::moveBySimilarity(const KdGeMatrix3d& matrix)
 {
+    korra::ObjectAccess::willChange(*this);
     const korra::PlaneImage image = place_.transformBy(matrix);
     position_.transformBy(image.map);
     alignment_.transformBy(image.map);
     height_ *= image.scale;
     rotation_ = image.angle(rotation_);
-    korra::ObjectAccess::markChanged(*this);
 }
 
 void KdDbText::draw(korra::DrawSink& sink) const

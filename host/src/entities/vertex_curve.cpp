@@ -55,15 +55,6 @@ void KdDbVertex::describe(korra::ObjectVisitor& visitor)
     visitor.angle(50, tangent_, 0.0);
 }
 
-KdDbVertexCurve::~KdDbVertexCurve()
-{
-    // In a database every vertex is an object of its own, which goes with the database.
-    if (ObjectAccess::slot(*this))
-        return;
-    for (KdDbVertex* vertex : vertices_)
-        delete vertex;
-}
-
 Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbVertex* vertex)
 {
     KdDbObjectId id;
@@ -75,16 +66,7 @@ Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbVertex* vertex)
 
 Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbObjectId& id, KdDbVertex* vertex)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (!vertex)
-        return Kdapi::eNullObjectPointer;
-    if (ObjectAccess::slot(*vertex))
-        return Kdapi::eAlreadyInDb;
-    vertices_.push_back(vertex);
-    if (database())
-        id = ObjectAccess::adopt(*database(), vertex, objectId());
-    return Kdapi::eOk;
+    return ObjectAccess::appendPart(*this, vertex, id);
 }
 
 std::vector<KdDbVertexCurve::Segment> KdDbVertexCurve::segments() const
@@ -92,7 +74,7 @@ std::vector<KdDbVertexCurve::Segment> KdDbVertexCurve::segments() const
     std::vector<Segment> result;
     const KdDbVertex* first = nullptr;
     const KdDbVertex* last = nullptr;
-    for (const KdDbVertex* vertex : vertices_) {
+    for (const KdDbVertex* vertex : vertices_.each()) {
         if (vertex->isErased() || (vertex->flags_ & kFrameVertex) != 0)
             continue;
         if (last)
@@ -121,16 +103,18 @@ Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
     if (const auto status = beginTransform(matrix, isPlanar()); status != Kdapi::eOk)
         return status;
     if (!isPlanar()) {
-        for (KdDbVertex* vertex : vertices_) {
+        for (KdDbVertex* vertex : vertices_.each()) {
+            ObjectAccess::willChange(*vertex);
             vertex->position_.transformBy(matrix);
-            ObjectAccess::markChanged(*vertex);
         }
         return Kdapi::eOk;
     }
-    for (KdDbVertex* vertex : vertices_)
+    for (KdDbVertex* vertex : vertices_.each()) {
+        ObjectAccess::willChange(*vertex);
         vertex->position_.z = place_.elevation();
+    }
     const korra::PlaneImage image = place_.transformBy(matrix);
-    for (KdDbVertex* vertex : vertices_)
+    for (KdDbVertex* vertex : vertices_.each())
         vertex->moveInPlane(image);
     startWidth_ *= image.scale;
     endWidth_ *= image.scale;
@@ -174,6 +158,7 @@ void KdDbVertexCurve::describe(korra::ObjectVisitor& visitor)
     visitor.real(41, endWidth_, 0.0);
     visitor.integer(75, curveType_, 0);
     place_.describeNormal(visitor);
+    visitor.owned(vertices_);
 }
 
 std::unique_ptr<KdGeCurve3d> KdDb2dPolyline::segmentGeometry(const KdDbVertex& from,

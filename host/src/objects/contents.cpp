@@ -2,6 +2,7 @@
 
 #include "kd/db.h"
 #include "objects/object_slots.h"
+#include "objects/transaction.h"
 
 #include "platform/text.h"
 
@@ -10,19 +11,12 @@ namespace {
 
 std::vector<KdDbDatabase*> databases;
 
-/// Owners forget their parts first: each object is deleted once, by its slot.
-void forgetParts(KdDbObject& object)
-{
-    if (auto* const curve = KdDbVertexCurve::cast(&object))
-        ObjectAccess::vertices(*curve).clear();
-    else if (auto* const reference = KdDbBlockReference::cast(&object))
-        ObjectAccess::attributes(*reference).clear();
-}
-
 } // namespace
 
 DatabaseContents::DatabaseContents(KdDbDatabase& owner)
-    : database(owner), store(runningSlots() ? runningSlots() : std::make_shared<ObjectSlots>())
+    : database(owner),
+      store(runningSlots() ? runningSlots() : std::make_shared<ObjectSlots>()),
+      transactions(std::make_unique<TransactionManager>())
 {
     databases.push_back(&owner);
 }
@@ -34,10 +28,6 @@ DatabaseContents::~DatabaseContents()
 
 void DatabaseContents::clear()
 {
-    for (const ObjectSlot* slot : slots) {
-        if (slot->object)
-            forgetParts(*slot->object);
-    }
     for (ObjectSlot* slot : slots) {
         delete slot->object;
         slot->object = nullptr;
@@ -70,14 +60,13 @@ KdDbBlockTableRecord* DatabaseContents::block(std::wstring_view name) const
 KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, bool erasedToo)
 {
     KdDbObjectId erased;
-    for (const KdDbObjectId id : ObjectAccess::records(table)) {
-        const auto* const record = static_cast<KdDbSymbolTableRecord*>(ObjectAccess::object(id));
-        if (!record || record->name().size() != name.size() ||
+    for (const KdDbSymbolTableRecord* record : ObjectAccess::records(table).each()) {
+        if (record->name().size() != name.size() ||
             platform::compareNoCase(record->name(), name) != 0)
             continue;
         if (!record->isErased())
-            return id;
-        erased = id;
+            return record->objectId();
+        erased = record->objectId();
     }
     return erasedToo ? erased : KdDbObjectId();
 }

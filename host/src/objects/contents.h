@@ -28,6 +28,7 @@ struct DatabaseContents {
 
     /// Where the slots lie: the running host's store, or one of its own without a host.
     std::shared_ptr<ObjectSlots> store;
+    std::unique_ptr<KdDbTransactionManager> transactions;
     DrawingHeader header;
     FileForm form;
 

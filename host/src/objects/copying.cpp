@@ -1,5 +1,6 @@
-#include "objects/field_values.h"
-#include "objects/object_access.h"
+#include "objects/kinds.h"
+#include "objects/references.h"
+#include "objects/snapshot.h"
 
 #include "platform/gate.h"
 
@@ -11,93 +12,83 @@ namespace {
 
 std::unique_ptr<KdDbObject> copyOf(const KdDbObject& source);
 
-template <class Part>
-void copyParts(const std::vector<Part*>& source, std::vector<Part*>& target)
-{
-    for (const Part* part : source) {
-        if (!part->isErased())
-            target.push_back(static_cast<Part*>(copyOf(*part).release()));
+/// Gives the copy of an entity copies of the parts that are not erased.
+class PartCopying final : public PassingVisitor {
+public:
+    explicit PartCopying(const OwnedObjects& source) : source_(source) {}
+
+    void owned(OwnedObjects& target) override
+    {
+        for (const KdDbObject* part : source_.objects()) {
+            if (part->isErased())
+                continue;
+            target.reserveOne();
+            target.append(copyOf(*part).release());
+        }
     }
-}
 
-void copyParts(KdDbObject& source, KdDbObject& target)
-{
-    if (auto* curve = KdDbVertexCurve::cast(&source))
-        copyParts(ObjectAccess::vertices(*curve),
-                  ObjectAccess::vertices(static_cast<KdDbVertexCurve&>(target)));
-    else if (auto* reference = KdDbBlockReference::cast(&source))
-        copyParts(ObjectAccess::attributes(*reference),
-                  ObjectAccess::attributes(static_cast<KdDbBlockReference&>(target)));
-}
-
-void copyXData(const KdDbObject& source, KdDbObject& target)
-{
-    if (const ObjectExtras* extras = ObjectAccess::extras(source))
-        ObjectAccess::extras(target).xData = extras->xData;
-    else if (ObjectAccess::extras(std::as_const(target)))
-        ObjectAccess::extras(target).xData.clear();
-}
+private:
+    const OwnedObjects& source_;
+};
 
 std::unique_ptr<KdDbObject> copyOf(const KdDbObject& source)
 {
-    std::unique_ptr<KdDbObject> copy(ObjectAccess::newOfSameClass(source));
-    if (!copy)
+    const Kind* const kind = kindOf(source);
+    if (!kind)
         return nullptr;
-    copyFields(source, *copy);
-    copyXData(source, *copy);
-    copyParts(const_cast<KdDbObject&>(source), *copy);
+    std::unique_ptr<KdDbObject> copy(kind->make());
+    giveValues(*copy, valuesOf(source, Extent::contents), Extent::contents);
+    ObjectAccess::markCopy(*copy);
+    const OwnedObjects* const parts =
+        KdDbEntity::cast(&source) ? ObjectAccess::owned(source) : nullptr;
+    if (parts) {
+        PartCopying copying(*parts);
+        ObjectAccess::describe(*copy, copying);
+    }
     return copy;
 }
 
-bool isUnknown(const KdDbObject& object)
+/// Gives an object the contents of another one, or when that fails leaves it as it was.
+void takeContents(KdDbObject& object, const KdDbObject& source)
 {
-    return UnknownEntity::cast(&object) || UnknownObject::cast(&object);
+    FieldValues before = valuesOf(object, Extent::contents);
+    try {
+        giveValues(object, valuesOf(source, Extent::contents), Extent::contents);
+    } catch (...) {
+        giveValues(object, std::move(before), Extent::contents);
+        throw;
+    }
 }
 
 } // namespace
-
-FieldValues fieldValues(const KdDbObject& object)
-{
-    // Visitors share one form for reading and writing; the recorder leaves the object as it is.
-    FieldRecorder recorder;
-    ObjectAccess::describe(const_cast<KdDbObject&>(object), recorder);
-    return recorder.take();
-}
-
-void copyFields(const KdDbObject& source, KdDbObject& target)
-{
-    FieldPlayer player(fieldValues(source));
-    ObjectAccess::describe(target, player);
-}
-
-bool haveSameFields(const KdDbObject& left, const KdDbObject& right)
-{
-    return left.isA() == right.isA() && fieldValues(left) == fieldValues(right);
-}
-
 } // namespace korra
 
 Kdapi::ErrorStatus KdDbObject::copyFrom(const KdRxObject* source)
 {
+    using namespace korra;
     if (platform::gate("KdDbObject::copyFrom", objectId()))
         return Kdapi::eNotThatKindOfClass;
     if (!source)
         return Kdapi::eNullObjectPointer;
-    if (source->isA() != isA() || korra::isUnknown(*this))
+    if (source->isA() != isA() || !kindOf(*this))
         return Kdapi::eNotThatKindOfClass;
+    const auto& object = static_cast<const KdDbObject&>(*source);
+    const Kdapi::ErrorStatus refused =
+        database() ? checkReferences(object, *database(), ForeignNames::translated) : Kdapi::eOk;
+    if (refused != Kdapi::eOk)
+        return refused;
     if (const auto status = beginChange())
         return status;
-    if (source == this)
-        return Kdapi::eOk;
-    const auto& object = static_cast<const KdDbObject&>(*source);
-    korra::copyFields(object, *this);
-    korra::copyXData(object, *this);
+    if (source != this)
+        takeContents(*this, object);
+    if (database())
+        translateNames(*this, *database());
     return Kdapi::eOk;
 }
 
 KdRxObject* KdDbObject::clone() const
 {
-    if (platform::gate("KdDbObject::clone", objectId()) || korra::isUnknown(*this))
+    if (platform::gate("KdDbObject::clone", objectId()))
         return nullptr;
     return korra::copyOf(*this).release();
 }

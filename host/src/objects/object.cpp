@@ -97,12 +97,22 @@ Kdapi::ErrorStatus KdDbObject::beginChange()
         return Kdapi::eOk;
     if (!slot_->writing)
         return Kdapi::eNotOpenForWrite;
-    slot_->changed = true;
+    ObjectAccess::willChange(*this);
     slot_->touched = true;
     return Kdapi::eOk;
 }
 
-void KdDbObject::describe(korra::ObjectVisitor&) {}
+void KdDbObject::describe(korra::ObjectVisitor& visitor)
+{
+    korra::ObjectExtras none;
+    korra::ObjectExtras& extras = extras_ ? *extras_ : none;
+    visitor.owner(owner_);
+    visitor.extensionDictionary(extras.extensionDictionary);
+    visitor.extendedData(extras.xData);
+    visitor.source(extras.source);
+    if (!extras_ && (!none.extensionDictionary.isNull() || !none.xData.empty()))
+        extras_ = std::make_unique<korra::ObjectExtras>(std::move(none));
+}
 
 namespace korra {
 
@@ -178,12 +188,6 @@ void ObjectAccess::finishChanges(KdDbObject& object)
     if (object.slot_->touched && !object.slot_->erased)
         object.changesDone();
     object.slot_->touched = false;
-}
-
-void ObjectAccess::markChanged(KdDbObject& object)
-{
-    if (object.slot_)
-        object.slot_->changed = true;
 }
 
 ObjectExtras& ObjectAccess::extras(KdDbObject& object)

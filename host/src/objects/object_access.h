@@ -24,8 +24,9 @@ struct ObjectSlot {
     std::uint16_t held = 0; ///< openings that transactions hold
     bool writing = false;
     bool erased = false;
-    bool changed = false; ///< differs from what the file holds
-    bool touched = false; ///< changed since it was opened for writing
+    bool erasedWithOwner = false; ///< comes back when the owner does
+    bool changed = false;         ///< differs from what the file holds
+    bool touched = false;         ///< changed since it was opened for writing
 };
 
 /// One value of extended data.
@@ -36,6 +37,9 @@ struct TypedValue {
 
     friend bool operator==(const TypedValue&, const TypedValue&) = default;
 };
+
+/// Whether an object is left open for writing.
+enum class Opening { closed, forWrite };
 
 /// What only some objects have.
 struct ObjectExtras {
@@ -48,11 +52,29 @@ struct ObjectExtras {
 /// The host's own way into objects: past open modes, gates and access control.
 class ObjectAccess {
 public:
-    /// A new slot for a free-standing object: it becomes database-resident, open for writing. The
-    /// parts that it owns (attributes, vertices) come with it and are closed.
+    /// Takes a free-standing object with its parts into a database. It has no owner; its parts are
+    /// closed.
     /// @param handle  null or taken: the next free one
-    static KdDbObjectId adopt(KdDbDatabase& database, KdDbObject* object, KdDbObjectId owner,
-                              KdDbHandle handle = {}, bool open = true);
+    static KdDbObjectId adopt(KdDbDatabase& database, KdDbObject* object, KdDbHandle handle = {});
+
+    /// Takes an object into the database of another one, which owns it.
+    static KdDbObjectId own(KdDbObject& owner, KdDbObject* object,
+                            Opening opening = Opening::closed);
+
+    /// The same, last in the owner's list of what is part of it.
+    static KdDbObjectId append(KdDbObject& owner, KdDbObject* object,
+                               Opening opening = Opening::closed);
+
+    /// Gives an entity a part that is an object of its own; in a database it stays open for
+    /// writing.
+    /// @return eOk and the id, null where the entity is free-standing; the statuses of canOwn() but
+    ///         eNotInDatabase; eNotOpenForWrite: the part is then still the caller's
+    static Kdapi::ErrorStatus appendPart(KdDbEntity& entity, KdDbEntity* part, KdDbObjectId& id);
+
+    /// Whether an object can become another one's in its database.
+    /// @return eOk; eNullObjectPointer, eAlreadyInDb; eNotInDatabase for a free-standing owner;
+    ///         eWrongDatabase, eNotThatKindOfClass where it refers to what it cannot
+    static Kdapi::ErrorStatus canOwn(const KdDbObject& owner, const KdDbObject* object);
 
     /// Opens an object by the rules of kddbOpenObject(), past its gate.
     static Kdapi::ErrorStatus open(KdDbObject*& object, KdDbObjectId id, KdDb::OpenMode mode,
@@ -67,18 +89,29 @@ public:
     /// Takes an object out of the list of the free-standing ones; nothing when it is not in it.
     static void unlinkFree(KdDbObject& object);
 
-    /// Tells that the object differs from what the file holds; for changes past beginChange().
-    static void markChanged(KdDbObject& object);
+    /// Every change of an object in a database begins here: it differs from its file from now on,
+    /// and transactions note what it was.
+    static void willChange(KdDbObject& object);
 
-    /// Erases an object, or takes it back, with all that it owns, whoever has it open.
+    /// The same for what a file does not say of the object, such as its list of parts.
+    static void noteChange(KdDbObject& object);
+
+    /// Erases an object with all that it owns, or brings it back with what was erased with it,
+    /// whoever has it open.
     static void setErased(KdDbObject& object, bool erased);
 
-    /// Objects that an object owns and that go the way it goes: attributes, vertices, the extension
-    /// dictionary, entries of a dictionary.
-    static std::vector<KdDbObjectId> owned(KdDbObject& object);
+    /// The list of what an object owns as part of itself; null for one that has none.
+    static OwnedObjects* owned(KdDbObject& object);
 
-    /// Attributes of a reference or vertices of a polyline; empty for all others.
-    static std::vector<KdDbObject*> parts(KdDbObject& object);
+    static const OwnedObjects* owned(const KdDbObject& object)
+    {
+        return owned(const_cast<KdDbObject&>(object)); // looking at it does not change it
+    }
+
+    /// True for a copy of another object.
+    static bool isCopy(const KdDbObject& object) { return object.isCopy_; }
+
+    static void markCopy(KdDbObject& object) { object.isCopy_ = true; }
 
     /// Classes of the free-standing objects that live now.
     static std::vector<const KdRxClass*> freeStandingClasses();
@@ -97,8 +130,6 @@ public:
 
     static void describe(KdDbObject& object, ObjectVisitor& visitor) { object.describe(visitor); }
 
-    static KdDbObject* newOfSameClass(const KdDbObject& object) { return object.newOfSameClass(); }
-
     static void draw(const KdDbEntity& entity, DrawSink& sink) { entity.draw(sink); }
 
     /// The extras, made when there are none yet; the const form may find none.
@@ -109,59 +140,32 @@ public:
     /// Makes an extension dictionary unless there is one; the object is in a database.
     static KdDbDictionary& extensionDictionary(KdDbObject& object);
 
-    /// Enters an object under a name, in the place of the entry that had the name; the object is in
-    /// the database already.
-    static void enter(KdDbDictionary& dictionary, std::wstring_view name, KdDbObjectId id);
+    /// Enters an object under a name, in the place of the entry that had the name, whose object is
+    /// erased. A free-standing object comes into the database and is the dictionary's own.
+    static void enter(KdDbDictionary& dictionary, std::wstring_view name, KdDbObject& object,
+                      Opening opening = Opening::closed);
 
     static void setOwner(KdDbObject& object, KdDbObjectId owner) { object.owner_ = owner; }
 
-    static void setSlot(KdDbObject& object, ObjectSlot* slot) { object.slot_ = slot; }
-
     static ObjectSlot* slot(const KdDbObject& object) { return object.slot_; }
 
-    static std::vector<KdDbObjectId>& records(KdDbSymbolTable& table) { return table.records_; }
-
-    static const std::vector<KdDbObjectId>& records(const KdDbSymbolTable& table)
+    static const Owned<KdDbSymbolTableRecord>& records(const KdDbSymbolTable& table)
     {
         return table.records_;
     }
 
-    static std::vector<KdDbObjectId>& entities(KdDbBlockTableRecord& block)
+    static const Owned<KdDbEntity>& entities(const KdDbBlockTableRecord& block)
     {
         return block.entities_;
     }
 
     static KdDbObjectId& layout(KdDbBlockTableRecord& block) { return block.layout_; }
 
-    static KdDbObjectId& block(KdDbSortentsTable& table) { return table.block_; }
-
-    static std::vector<KdDbObjectId> drawOrder(const KdDbSortentsTable& table);
-
     static KdDbObjectId& block(KdDbLayout& layout) { return layout.block_; }
 
     static int& tabOrder(KdDbLayout& layout) { return layout.tabOrder_; }
 
     static std::wstring& name(KdDbSymbolTableRecord& record) { return record.name_; }
-
-    static std::vector<KdDbVertex*>& vertices(KdDbVertexCurve& curve) { return curve.vertices_; }
-
-    static int columns(const KdDbBlockReference& reference) { return reference.columns(); }
-
-    static int rows(const KdDbBlockReference& reference) { return reference.rows(); }
-
-    static std::vector<KdDbAttribute*>& attributes(KdDbBlockReference& reference)
-    {
-        return reference.attributes_;
-    }
-
-    static KdDbObjectId& dimBlock(KdDbDimension& dimension) { return dimension.block_; }
-
-    static short& dimKind(KdDbDimension& dimension) { return dimension.kind_; }
-
-    static void setThreePoint(KdDbAngularDimension& dimension, bool threePoint)
-    {
-        dimension.threePoint_ = threePoint;
-    }
 
     static std::vector<KdDbDimensionValue>& values(KdDbDimStyleTableRecord& style)
     {
@@ -170,14 +174,12 @@ public:
 
     static std::wstring& fontFile(KdDbTextStyleTableRecord& style) { return style.fileName_; }
 
-    static KdDbObjectId& namedUcs(KdDbViewportTableRecord& viewport) { return viewport.ucs_; }
-
     static std::vector<KdDbDictionary::Entry>& entries(KdDbDictionary& dictionary)
     {
         return dictionary.entries_;
     }
 
-    static int edgeCount(const KdDbEntity& entity) { return entity.edgeCount(); }
+    static ShownBlock shownBlock(const KdDbEntity& entity) { return entity.shownBlock(); }
 
     static KdDbEntity* newEdge(const KdDbEntity& entity, int marker)
     {
@@ -192,8 +194,6 @@ public:
     UnknownEntity() = default;
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new UnknownEntity; }
-
     void draw(DrawSink&) const override {}
 };
 
@@ -201,9 +201,6 @@ class UnknownObject : public KdDbObject {
     KDRX_DECLARE_MEMBERS(UnknownObject)
 public:
     UnknownObject() = default;
-
-protected:
-    KdDbObject* newOfSameClass() const override { return new UnknownObject; }
 };
 
 } // namespace korra

@@ -1,10 +1,62 @@
+#include "objects/change_log.h"
 #include "objects/contents.h"
 #include "objects/object_slots.h"
+#include "objects/references.h"
 
 #include "platform/gate.h"
 
 namespace korra {
 namespace {
+
+class ListFinder final : public PassingVisitor {
+public:
+    OwnedObjects* found() const { return found_; }
+
+    void owned(OwnedObjects& objects) override { found_ = &objects; }
+
+private:
+    OwnedObjects* found_ = nullptr;
+};
+
+/// Collects all that an object owns: parts, its extension dictionary, entries that name it as their
+/// owner. An entry may name an object that belongs elsewhere; that one stays.
+class OwnedFinder final : public PassingVisitor {
+public:
+    explicit OwnedFinder(const KdDbObject& owner) : owner_(owner.objectId()) {}
+
+    std::vector<KdDbObject*> take() { return std::move(found_); }
+
+    void reference(int, KdDbObjectId& value, Reference meaning, const KdRxClass*) override
+    {
+        if (meaning == Reference::softOwner || meaning == Reference::hardOwner)
+            add(ObjectAccess::object(value));
+    }
+
+    void extensionDictionary(KdDbObjectId& value) override { add(ObjectAccess::object(value)); }
+
+    void owned(OwnedObjects& objects) override
+    {
+        for (KdDbObject* object : objects.objects())
+            add(object);
+    }
+
+private:
+    void add(KdDbObject* object)
+    {
+        if (object && object->ownerId() == owner_)
+            found_.push_back(object);
+    }
+
+    KdDbObjectId owner_;
+    std::vector<KdDbObject*> found_;
+};
+
+std::vector<KdDbObject*> ownedBy(KdDbObject& object)
+{
+    OwnedFinder finder(object);
+    ObjectAccess::describe(object, finder);
+    return finder.take();
+}
 
 KdDbHandle claimHandle(DatabaseContents& contents, KdDbHandle wanted)
 {
@@ -18,72 +70,152 @@ KdDbHandle claimHandle(DatabaseContents& contents, KdDbHandle wanted)
     return wanted;
 }
 
-void adoptParts(KdDbDatabase& database, KdDbObject& owner)
+/// A slot for an object that comes into a database.
+/// @throw std::bad_alloc with nothing changed that anybody could see
+ObjectSlot& newSlot(DatabaseContents& contents, KdDbHandle wanted)
 {
-    for (KdDbObject* part : ObjectAccess::parts(owner)) {
-        if (!ObjectAccess::slot(*part))
-            ObjectAccess::adopt(database, part, owner.objectId(), {}, false);
+    ObjectSlot& slot = contents.store->add();
+    slot.handle = claimHandle(contents, wanted);
+    contents.slots.push_back(&slot);
+    try {
+        contents.byHandle.emplace(slot.handle.value(), &slot);
+        if (ChangeLog* const log = runningLog())
+            log->noteAdded(KdDbObjectId(&slot));
+    } catch (...) {
+        contents.byHandle.erase(slot.handle.value());
+        contents.slots.pop_back();
+        throw;
     }
+    return slot;
 }
 
 } // namespace
 
-KdDbObjectId ObjectAccess::adopt(KdDbDatabase& database, KdDbObject* object, KdDbObjectId owner,
-                                 KdDbHandle handle, bool open)
+/// The slots come first: when memory ends, object and parts are free-standing still.
+KdDbObjectId ObjectAccess::adopt(KdDbDatabase& database, KdDbObject* object, KdDbHandle handle)
 {
     DatabaseContents& contents = database.contents();
-    ObjectSlot& slot = contents.store->add();
-    slot.database = &database;
-    slot.object = object;
-    slot.handle = claimHandle(contents, handle);
-    slot.writing = slot.changed = slot.touched = open;
-    contents.slots.push_back(&slot);
-    contents.byHandle.emplace(slot.handle.value(), &slot);
-
-    unlinkFree(*object);
-    object->slot_ = &slot;
-    object->owner_ = owner;
-    adoptParts(database, *object);
+    OwnedObjects* const parts = owned(*object);
+    ObjectSlot& slot = newSlot(contents, handle);
+    std::size_t readied = 0;
+    try {
+        for (; parts && readied < parts->size(); ++readied)
+            newSlot(contents, {});
+    } catch (...) {
+        for (std::size_t count = 0; count <= readied; ++count) {
+            contents.byHandle.erase(contents.slots.back()->handle.value());
+            contents.slots.pop_back();
+        }
+        throw;
+    }
+    const auto take = [&](KdDbObject& taken, ObjectSlot& place) {
+        place.database = &database;
+        place.object = &taken;
+        unlinkFree(taken);
+        taken.slot_ = &place;
+    };
+    take(*object, slot);
+    if (!parts)
+        return KdDbObjectId(&slot);
+    parts->handOver();
+    std::size_t place = contents.slots.size() - parts->size();
+    for (KdDbObject* part : parts->objects()) {
+        take(*part, *contents.slots[place++]);
+        part->owner_ = KdDbObjectId(&slot);
+    }
     return KdDbObjectId(&slot);
 }
 
-std::vector<KdDbObject*> ObjectAccess::parts(KdDbObject& object)
+KdDbObjectId ObjectAccess::own(KdDbObject& owner, KdDbObject* object, Opening opening)
 {
-    if (auto* curve = KdDbVertexCurve::cast(&object))
-        return {curve->vertices_.begin(), curve->vertices_.end()};
-    if (auto* reference = KdDbBlockReference::cast(&object))
-        return {reference->attributes_.begin(), reference->attributes_.end()};
-    return {};
+    if (isCopy(*object))
+        translateNames(*object, *owner.database());
+    const KdDbObjectId id = adopt(*owner.database(), object);
+    setOwner(*object, owner.objectId());
+    ObjectSlot& slot = *id.slot();
+    slot.writing = slot.changed = slot.touched = opening == Opening::forWrite;
+    return id;
 }
 
-std::vector<KdDbObjectId> ObjectAccess::owned(KdDbObject& object)
+KdDbObjectId ObjectAccess::append(KdDbObject& owner, KdDbObject* object, Opening opening)
 {
-    std::vector<KdDbObjectId> ids;
-    for (const KdDbObject* part : parts(object))
-        ids.push_back(part->objectId());
-    if (auto* dictionary = KdDbDictionary::cast(&object)) {
-        for (const auto& entry : entries(*dictionary))
-            ids.push_back(entry.id);
+    OwnedObjects& list = *owned(owner);
+    list.reserveOne();
+    noteChange(owner);
+    const KdDbObjectId id = own(owner, object, opening);
+    list.append(object);
+    return id;
+}
+
+Kdapi::ErrorStatus ObjectAccess::canOwn(const KdDbObject& owner, const KdDbObject* object)
+{
+    if (!object)
+        return Kdapi::eNullObjectPointer;
+    if (object->database())
+        return Kdapi::eAlreadyInDb;
+    if (!owner.database())
+        return Kdapi::eNotInDatabase;
+    return checkReferences(*object, *owner.database(),
+                           isCopy(*object) ? ForeignNames::translated : ForeignNames::refused);
+}
+
+Kdapi::ErrorStatus ObjectAccess::appendPart(KdDbEntity& entity, KdDbEntity* part, KdDbObjectId& id)
+{
+    const auto refused = canOwn(entity, part);
+    if (refused != Kdapi::eOk && refused != Kdapi::eNotInDatabase)
+        return refused;
+    if (const auto status = entity.beginChange())
+        return status;
+    if (entity.database()) {
+        id = append(entity, part, Opening::forWrite);
+        return Kdapi::eOk;
     }
-    if (object.extras_)
-        ids.push_back(object.extras_->extensionDictionary);
-    // An entry may name an object that belongs elsewhere; that one stays.
-    std::erase_if(ids, [&](KdDbObjectId id) {
-        return !ObjectAccess::object(id) ||
-               ObjectAccess::object(id)->ownerId() != object.objectId();
-    });
-    return ids;
+    OwnedObjects& parts = *owned(entity);
+    parts.reserveOne();
+    parts.append(part);
+    return Kdapi::eOk;
+}
+
+OwnedObjects* ObjectAccess::owned(KdDbObject& object)
+{
+    ListFinder finder;
+    describe(object, finder);
+    return finder.found();
+}
+
+void ObjectAccess::noteChange(KdDbObject& object)
+{
+    ChangeLog* const log = object.slot_ ? runningLog() : nullptr;
+    if (log)
+        log->noteChange(object);
+}
+
+void ObjectAccess::willChange(KdDbObject& object)
+{
+    noteChange(object);
+    if (object.slot_)
+        object.slot_->changed = true;
 }
 
 void ObjectAccess::setErased(KdDbObject& object, bool erased)
 {
-    ObjectSlot& slot = *object.slot_;
-    if (slot.erased == erased)
-        return; // also ends a circle of owners, which a damaged file can hold
-    slot.erased = erased;
-    slot.changed = true;
-    for (const KdDbObjectId id : owned(object))
-        setErased(*ObjectAccess::object(id), erased);
+    if (object.isErased() == erased)
+        return;
+    std::vector<KdDbObject*> pending{&object};
+    while (!pending.empty()) {
+        KdDbObject& next = *pending.back();
+        pending.pop_back();
+        willChange(next);
+        ObjectSlot& slot = *next.slot_;
+        slot.erased = erased;
+        slot.erasedWithOwner = erased && &next != &object;
+        for (KdDbObject* owned : ownedBy(next)) {
+            // Also ends a circle of owners, which a damaged file can hold.
+            const ObjectSlot& its = *owned->slot_;
+            if (erased ? !its.erased : its.erasedWithOwner)
+                pending.push_back(owned);
+        }
+    }
 }
 
 } // namespace korra

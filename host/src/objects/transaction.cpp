@@ -11,50 +11,54 @@ namespace {
 
 platform::Tally transactions("transaction");
 
-std::vector<korra::TypedValue> xDataOf(const KdDbObject& object)
+/// Every transaction of the host, innermost last.
+std::vector<KdDbTransaction*> all;
+
+/// Openings of an object that the transactions other than the given one hold.
+int heldByOthers(const KdDbTransaction& ending, KdDbObjectId id)
 {
-    const korra::ObjectExtras* extras = ObjectAccess::extras(object);
-    return extras ? extras->xData : std::vector<korra::TypedValue>();
+    int held = 0;
+    for (const KdDbTransaction* transaction : all)
+        held += transaction == &ending ? 0 : transaction->holds(id);
+    return held;
 }
 
 } // namespace
 
-KdDbTransaction::KdDbTransaction() : tallied_(transactions) {}
-
-void KdDbTransaction::hold(KdDbObject& object)
+KdDbTransaction::KdDbTransaction() : tallied_(transactions)
 {
-    const KdDbObjectId id = object.objectId();
-    held_.push_back(id);
+    all.push_back(this);
+}
+
+KdDbTransaction::~KdDbTransaction()
+{
+    std::erase(all, this);
+}
+
+void KdDbTransaction::hold(KdDbObjectId id)
+{
+    ++held_[id];
     ++id.slot()->held;
-    if (std::ranges::find(before_, id, &Before::id) == before_.end())
-        before_.push_back({id, korra::fieldValues(object), xDataOf(object), object.isErased()});
 }
 
-std::ptrdiff_t KdDbTransaction::holds(KdDbObjectId id) const
+int KdDbTransaction::holds(KdDbObjectId id) const
 {
-    return std::ranges::count(held_, id);
+    const auto found = held_.find(id);
+    return found == held_.end() ? 0 : found->second;
 }
 
-void KdDbTransaction::giveBack() const
+KdDbTransaction* KdDbTransaction::outer() const
 {
-    for (const Before& before : before_) {
-        KdDbObject* object = ObjectAccess::object(before.id);
-        if (!object)
-            continue;
-        if (korra::fieldValues(*object) != before.fields) {
-            korra::FieldPlayer player(before.fields);
-            ObjectAccess::describe(*object, player);
-            ObjectAccess::markChanged(*object);
-        }
-        if (xDataOf(*object) != before.xData) {
-            ObjectAccess::extras(*object).xData = before.xData;
-            ObjectAccess::markChanged(*object);
-        }
-        ObjectAccess::setErased(*object, before.erased);
-    }
+    const auto place = std::ranges::find(all, this);
+    return place == all.begin() ? nullptr : *(place - 1);
 }
 
 namespace korra {
+
+ChangeLog* runningLog()
+{
+    return all.empty() ? nullptr : &all.back()->log();
+}
 
 KdDbTransaction* TransactionManager::startTransaction()
 {
@@ -73,7 +77,7 @@ Kdapi::ErrorStatus TransactionManager::getObject(KdDbObject*& object, KdDbObject
         return Kdapi::eNotApplicable;
     const Kdapi::ErrorStatus status = ObjectAccess::open(object, id, mode, openErased);
     if (status == Kdapi::eOk)
-        running_.back()->hold(*object);
+        running_.back()->hold(id);
     return status;
 }
 
@@ -82,7 +86,7 @@ Kdapi::ErrorStatus TransactionManager::endTransaction()
     const bool refused = platform::gate("KdDbTransactionManager::endTransaction");
     if (running_.empty())
         return Kdapi::eNotApplicable;
-    closeInnermost();
+    endInnermost();
     return refused ? Kdapi::eNotOpenForRead : Kdapi::eOk;
 }
 
@@ -91,24 +95,25 @@ Kdapi::ErrorStatus TransactionManager::abortTransaction()
     const bool refused = platform::gate("KdDbTransactionManager::abortTransaction");
     if (running_.empty())
         return Kdapi::eNotApplicable;
-    running_.back()->giveBack();
-    closeInnermost();
+    running_.back()->log().takeBack();
+    endInnermost();
     return refused ? Kdapi::eNotOpenForRead : Kdapi::eOk;
 }
 
-void TransactionManager::closeInnermost()
+/// Closes what the transaction still has open while its changes are still noted, then hands them
+/// on.
+void TransactionManager::endInnermost()
 {
-    const std::unique_ptr<KdDbTransaction> ending = std::move(running_.back());
-    running_.pop_back();
-    for (const KdDbObjectId id : ending->held()) {
-        std::ptrdiff_t heldOutside = 0;
-        for (const auto& outer : running_)
-            heldOutside += outer->holds(id);
+    KdDbTransaction& ending = *running_.back();
+    for (const auto& [id, openings] : ending.held()) {
         // What was closed before the end is held no more.
-        KdDbObject* object = ObjectAccess::object(id);
-        if (object && id.slot()->held > heldOutside)
+        KdDbObject* const object = ObjectAccess::object(id);
+        while (object && id.slot()->held > heldByOthers(ending, id))
             ObjectAccess::close(*object);
     }
+    if (KdDbTransaction* const outer = ending.outer())
+        ending.log().moveInto(outer->log());
+    running_.pop_back();
 }
 
 } // namespace korra

@@ -1,50 +1,49 @@
 #pragma once
 
 #include "kd/db/transaction.h"
-#include "objects/field_values.h"
-#include "objects/object_access.h"
+#include "objects/change_log.h"
 
 #include "platform/tally.h"
 
 #include <cstddef>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 /// One running transaction.
 class KdDbTransaction {
 public:
     KdDbTransaction();
+    ~KdDbTransaction();
+    KdDbTransaction(const KdDbTransaction&) = delete;
+    KdDbTransaction& operator=(const KdDbTransaction&) = delete;
 
-    /// Takes over an opening of an object, and notes what the object is when it is new here.
-    void hold(KdDbObject& object);
+    /// Takes over an opening of an object.
+    void hold(KdDbObjectId id);
 
-    /// The objects taken over, once for each opening.
-    const std::vector<KdDbObjectId>& held() const { return held_; }
+    /// The objects taken over, each with the number of its openings.
+    const std::unordered_map<KdDbObjectId, int>& held() const { return held_; }
 
-    std::ptrdiff_t holds(KdDbObjectId id) const;
+    int holds(KdDbObjectId id) const;
 
-    /// Makes every object taken over what it was before.
-    void giveBack() const;
+    korra::ChangeLog& log() { return log_; }
+
+    /// The transaction that runs around this one; null for the outermost.
+    KdDbTransaction* outer() const;
 
 private:
-    struct Before {
-        KdDbObjectId id;
-        korra::FieldValues fields;
-        std::vector<korra::TypedValue> xData;
-        bool erased;
-    };
-
     platform::Tallied tallied_;
-    std::vector<KdDbObjectId> held_;
-    std::vector<Before> before_;
+    std::unordered_map<KdDbObjectId, int> held_;
+    korra::ChangeLog log_;
 };
 
 namespace korra {
 
-/// The transactions of one document.
+/// The transactions of one drawing.
 ///
-/// A slot counts the openings that transactions hold; closing the object by hand takes one of them
-/// first, so that a transaction closes only what nobody has closed.
+/// A transaction notes every change that is made while it is the innermost one of the whole host,
+/// in whatever drawing. A slot counts the openings that transactions hold; closing the object by
+/// hand takes one of them first, so that a transaction closes only what nobody has closed.
 class TransactionManager final : public KdDbTransactionManager {
 public:
     KdDbTransaction* startTransaction() override;
@@ -56,7 +55,7 @@ public:
     int numActiveTransactions() const override { return static_cast<int>(running_.size()); }
 
 private:
-    void closeInnermost();
+    void endInnermost();
 
     std::vector<std::unique_ptr<KdDbTransaction>> running_; ///< innermost last
 };

@@ -6,6 +6,8 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 using korra::ObjectAccess;
 
@@ -16,6 +18,7 @@ KdDbDictionary::~KdDbDictionary() = default;
 
 void KdDbDictionary::describe(korra::ObjectVisitor& visitor)
 {
+    KdDbObject::describe(visitor);
     visitor.integer(280, hardOwner_, false);
     visitor.integer(281, cloning_);
     visitor.list(3, entries_, [this](korra::ObjectVisitor& element, Entry& entry) {
@@ -24,8 +27,8 @@ void KdDbDictionary::describe(korra::ObjectVisitor& visitor)
         KdDbObjectId hard;
         (hardOwner_ ? hard : soft) = entry.id;
         element.text(3, entry.name);
-        element.handle(350, soft);
-        element.handle(360, hard);
+        element.reference(350, soft, korra::Reference::softOwner, nullptr);
+        element.reference(360, hard, korra::Reference::hardOwner, nullptr);
         entry.id = hard.isNull() ? soft : hard;
     });
 }
@@ -57,16 +60,12 @@ Kdapi::ErrorStatus KdDbDictionary::setAt(const wchar_t* name, KdDbObject* object
         return Kdapi::eNotOpenForWrite;
     if (!name || !*name)
         return Kdapi::eInvalidKey;
-    if (!object)
-        return Kdapi::eNullObjectPointer;
-    if (object->database())
-        return Kdapi::eAlreadyInDb;
-    if (!database())
-        return Kdapi::eNotInDatabase;
+    if (const auto status = ObjectAccess::canOwn(*this, object))
+        return status;
     if (const auto status = beginChange())
         return status;
-    id = ObjectAccess::adopt(*database(), object, objectId());
-    ObjectAccess::enter(*this, name, id);
+    ObjectAccess::enter(*this, name, *object, korra::Opening::forWrite);
+    id = object->objectId();
     return Kdapi::eOk;
 }
 
@@ -78,30 +77,39 @@ int KdDbDictionary::numEntries() const
 
 namespace korra {
 
-void ObjectAccess::enter(KdDbDictionary& dictionary, std::wstring_view name, KdDbObjectId id)
+void ObjectAccess::enter(KdDbDictionary& dictionary, std::wstring_view name, KdDbObject& object,
+                         Opening opening)
 {
-    markChanged(dictionary);
-    for (KdDbDictionary::Entry& entry : dictionary.entries_) {
-        if (platform::compareNoCase(entry.name, name) != 0)
-            continue;
-        if (KdDbObject* replaced = object(entry.id); replaced && entry.id != id)
-            setErased(*replaced, true);
-        entry = {std::wstring(name), id};
+    willChange(dictionary);
+    std::vector<KdDbDictionary::Entry>& entries = dictionary.entries_;
+    const auto known = std::ranges::find_if(entries, [&](const KdDbDictionary::Entry& entry) {
+        return platform::compareNoCase(entry.name, name) == 0;
+    });
+    KdDbDictionary::Entry entering{std::wstring(name), {}};
+    const auto enteredId = [&] {
+        return object.database() ? object.objectId() : own(dictionary, &object, opening);
+    };
+    if (known == entries.end()) {
+        entries.push_back(std::move(entering)); // an entry without an object is none
+        entries.back().id = enteredId();
         return;
     }
-    dictionary.entries_.push_back({std::wstring(name), id});
+    KdDbObject* const replaced = ObjectAccess::object(known->id);
+    entering.id = enteredId();
+    *known = std::move(entering);
+    if (replaced && replaced != &object)
+        setErased(*replaced, true);
 }
 
 KdDbDictionary& ObjectAccess::extensionDictionary(KdDbObject& object)
 {
-    KdDbObjectId& id = extras(object).extensionDictionary;
-    if (KdDbDictionary* existing = live<KdDbDictionary>(id))
+    if (auto* const existing = live<KdDbDictionary>(extras(object).extensionDictionary))
         return *existing;
-    auto* dictionary = new KdDbDictionary;
+    auto dictionary = std::make_unique<KdDbDictionary>();
     dictionary->hardOwner_ = true;
-    id = adopt(*object.database(), dictionary, object.objectId(), {}, false);
-    markChanged(object);
-    return *dictionary;
+    willChange(object);
+    extras(object).extensionDictionary = own(object, dictionary.get());
+    return *dictionary.release();
 }
 
 } // namespace korra

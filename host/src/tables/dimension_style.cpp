@@ -1,3 +1,4 @@
+#include "kd/db.h"
 #include "objects/contents.h"
 #include "tables/dimension_accessors.h"
 #include "tables/dimension_variables.h"
@@ -28,7 +29,9 @@ void field(korra::ObjectVisitor& visitor, const DimensionVariable& variable,
         visitor.text(variable.code, std::get<std::wstring>(value), L"");
         break;
     case DimensionKind::reference:
-        visitor.handle(variable.code, std::get<KdDbObjectId>(value));
+        visitor.reference(variable.code, std::get<KdDbObjectId>(value), korra::Reference::hard,
+                          variable.code == kTextStyle ? KdDbTextStyleTableRecord::desc()
+                                                      : KdDbBlockTableRecord::desc());
         break;
     default:
         visitor.integer(variable.code, std::get<int>(value), static_cast<int>(variable.byDefault));
@@ -125,10 +128,6 @@ KdDbObjectId KdDbDimStyleTableRecord::dimtxsty() const
 
 Kdapi::ErrorStatus KdDbDimStyleTableRecord::setDimtxsty(KdDbObjectId textStyle)
 {
-    if (textStyle.isNull())
-        return Kdapi::eNullObjectId;
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    values_[static_cast<std::size_t>(korra::dimensionVariableIndex(kTextStyle))] = textStyle;
-    return Kdapi::eOk;
+    auto& value = values_[static_cast<std::size_t>(korra::dimensionVariableIndex(kTextStyle))];
+    return setReference(std::get<KdDbObjectId>(value), textStyle, KdDbTextStyleTableRecord::desc());
 }

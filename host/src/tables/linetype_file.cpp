@@ -97,6 +97,7 @@ Kdapi::ErrorStatus redefine(KdDbObjectId id, const LinetypeDefinition& definitio
     if (const auto status = ObjectAccess::open(object, id, KdDb::kForWrite))
         return status;
     // The tags of the old pattern go with it: those of shapes and texts have no field.
+    ObjectAccess::noteChange(*object);
     ObjectAccess::extras(*object).source.clear();
     static_cast<KdDbLinetypeTableRecord*>(object)->setPattern(definition.comments.c_str(),
                                                               definition.dashes);
@@ -109,12 +110,11 @@ Kdapi::ErrorStatus addLinetype(KdDbDatabase& database, const LinetypeDefinition&
     const KdDbObjectId tableId = database.linetypeTableId();
     if (const auto status = ObjectAccess::open(opened, tableId, KdDb::kForWrite))
         return status;
-    auto* record = new KdDbLinetypeTableRecord;
+    auto record = std::make_unique<KdDbLinetypeTableRecord>();
     ObjectAccess::name(*record) = definition.name;
     record->setPattern(definition.comments.c_str(), definition.dashes);
-    const KdDbObjectId id = ObjectAccess::adopt(database, record, tableId);
-    ObjectAccess::records(static_cast<KdDbSymbolTable&>(*opened)).push_back(id);
-    ObjectAccess::close(*record);
+    ObjectAccess::append(*opened, record.get(), Opening::forWrite);
+    ObjectAccess::close(*record.release());
     return ObjectAccess::close(*opened);
 }
 

@@ -128,7 +128,7 @@ Kdapi::ErrorStatus KdDbLayerTableRecord::setColor(const KdCmColor& color)
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setLinetypeObjectId(KdDbObjectId linetype)
 {
-    return set(linetype_, linetype);
+    return setReference(linetype_, linetype, KdDbLinetypeTableRecord::desc());
 }
 
 void KdDbTextStyleTableRecord::describe(korra::ObjectVisitor& visitor)

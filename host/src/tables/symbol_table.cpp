@@ -2,12 +2,12 @@
 
 #include "objects/contents.h"
 #include "objects/id_steps.h"
-#include "tables/table_kinds.h"
+#include "objects/kinds.h"
 
 #include "platform/gate.h"
 #include "platform/tally.h"
 
-#include <array>
+#include <string_view>
 
 using korra::ObjectAccess;
 
@@ -26,49 +26,29 @@ namespace {
 
 platform::Tally iterators("symbol table iterator");
 
-struct TableClasses {
-    KdRxClass* table;
-    KdRxClass* record;
-};
-
-/// Table and record classes in the order of korra::TableKind.
-const std::array<TableClasses, korra::kTableKinds>& tableClasses()
+bool holdsRecordsLike(const KdDbSymbolTable& table, const KdDbSymbolTableRecord& record)
 {
-    static const std::array<TableClasses, korra::kTableKinds> classes = {{
-        {KdDbBlockTable::desc(), KdDbBlockTableRecord::desc()},
-        {KdDbDimStyleTable::desc(), KdDbDimStyleTableRecord::desc()},
-        {KdDbLayerTable::desc(), KdDbLayerTableRecord::desc()},
-        {KdDbLinetypeTable::desc(), KdDbLinetypeTableRecord::desc()},
-        {KdDbRegAppTable::desc(), KdDbRegAppTableRecord::desc()},
-        {KdDbTextStyleTable::desc(), KdDbTextStyleTableRecord::desc()},
-        {KdDbUCSTable::desc(), KdDbUCSTableRecord::desc()},
-        {KdDbViewportTable::desc(), KdDbViewportTableRecord::desc()},
-    }};
-    return classes;
+    const auto kind = korra::tableKindOf(table);
+    return kind && record.isKindOf(korra::kindOfRecords(*kind).description());
+}
+
+/// What a record can be named: an asterisk stands only in front, as in the host's own names.
+bool isRecordName(std::wstring_view name)
+{
+    constexpr std::size_t kLongest = 255;
+    constexpr std::wstring_view kRefused = L"<>/\\\":;?|,=`";
+    return !name.empty() && name.size() <= kLongest &&
+           name.find_first_of(kRefused) == std::wstring_view::npos &&
+           name.find(L'*', 1) == std::wstring_view::npos;
 }
 
 } // namespace
 
-namespace korra {
-
-std::optional<TableKind> tableKindOf(const KdDbObject& table)
+void KdDbSymbolTable::describe(korra::ObjectVisitor& visitor)
 {
-    for (std::size_t kind = 0; kind < tableClasses().size(); ++kind) {
-        if (tableClasses()[kind].table == table.isA())
-            return static_cast<TableKind>(kind);
-    }
-    return std::nullopt;
+    KdDbObject::describe(visitor);
+    visitor.owned(records_);
 }
-
-bool holdsRecordsLike(const KdDbSymbolTable& table, const KdDbSymbolTableRecord& record)
-{
-    const auto kind = tableKindOf(table);
-    return kind && record.isKindOf(tableClasses()[static_cast<std::size_t>(*kind)].record);
-}
-
-} // namespace korra
-
-void KdDbSymbolTable::describe(korra::ObjectVisitor&) {}
 
 Kdapi::ErrorStatus KdDbSymbolTable::getAt(const wchar_t* name, KdDbObjectId& id,
                                           bool getErased) const
@@ -94,15 +74,11 @@ Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord*
 {
     if (platform::gate("KdDbSymbolTable::add", objectId()))
         return Kdapi::eNotOpenForWrite;
-    if (!record)
-        return Kdapi::eNullObjectPointer;
-    if (!korra::holdsRecordsLike(*this, *record))
+    if (record && !holdsRecordsLike(*this, *record))
         return Kdapi::eNotThatKindOfClass;
-    if (record->database())
-        return Kdapi::eAlreadyInDb;
-    if (!database())
-        return Kdapi::eNotInDatabase;
-    if (record->name().empty())
+    if (const auto status = ObjectAccess::canOwn(*this, record))
+        return status;
+    if (!isRecordName(record->name()))
         return Kdapi::eInvalidKey;
     if (!korra::recordNamed(*this, record->name(), false).isNull())
         return Kdapi::eDuplicateKey;
@@ -111,8 +87,7 @@ Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord*
     if (auto* layer = KdDbLayerTableRecord::cast(record);
         layer && layer->linetypeObjectId().isNull())
         layer->setLinetypeObjectId(database()->continuousLinetype());
-    id = ObjectAccess::adopt(*database(), record, objectId());
-    records_.push_back(id);
+    id = ObjectAccess::append(*this, record, korra::Opening::forWrite);
     return Kdapi::eOk;
 }
 
@@ -122,7 +97,7 @@ Kdapi::ErrorStatus KdDbSymbolTable::newIterator(KdDbSymbolTableIterator*& iterat
     iterator = nullptr;
     if (platform::gate("KdDbSymbolTable::newIterator", objectId()))
         return Kdapi::eNotOpenForRead;
-    iterator = new KdDbSymbolTableIterator(records_, skipErased);
+    iterator = new KdDbSymbolTableIterator(records_.ids(), skipErased);
     iterator->start(atBeginning, skipErased);
     return Kdapi::eOk;
 }
@@ -159,6 +134,7 @@ Kdapi::ErrorStatus KdDbSymbolTableIterator::getRecordId(KdDbObjectId& id) const
 
 void KdDbSymbolTableRecord::describe(korra::ObjectVisitor& visitor)
 {
+    KdDbObject::describe(visitor);
     visitor.text(2, name_);
     visitor.integer(70, flags_);
 }
@@ -175,7 +151,7 @@ Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
 {
     if (platform::gate("KdDbSymbolTableRecord::setName", objectId(), name))
         return Kdapi::eNotOpenForWrite;
-    if (!name || !*name)
+    if (!name || !isRecordName(name))
         return Kdapi::eInvalidKey;
     if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
         const KdDbObjectId taken = korra::recordNamed(*table, name, false);

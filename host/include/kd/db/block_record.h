@@ -2,11 +2,19 @@
 
 #include "kd/db/tables.h"
 
+class KdDbBlockTableRecord;
+
+namespace korra {
+std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block);
+}
+
 /// The order in which the entities of a block are drawn, first drawn first.
 class KdDbSortentsTable : public KdDbObject {
     KDRX_DECLARE_MEMBERS(KdDbSortentsTable)
 public:
     KdDbSortentsTable() = default;
+
+    explicit KdDbSortentsTable(KdDbObjectId block) : block_(block) {}
 
     /// Every entity of the block that is not erased, in drawing order.
     /// @param honorSortMask  taken for the host's signature; the order is always sorted
@@ -22,10 +30,8 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbSortentsTable; }
-
 private:
-    friend class korra::ObjectAccess;
+    friend std::vector<KdDbObjectId> korra::drawOrder(const KdDbBlockTableRecord& block);
 
     /// An entity and the handle that it is sorted by instead of its own.
     struct Entry {
@@ -34,6 +40,7 @@ private:
         friend bool operator==(const Entry&, const Entry&) = default;
     };
 
+    std::vector<KdDbObjectId> fullDrawOrder() const;
     void sortAs(const std::vector<KdDbObjectId>& order);
 
     KdDbObjectId block_;
@@ -104,12 +111,10 @@ protected:
 
     bool isIndispensable() const override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbBlockTableRecord; }
-
 private:
     friend class korra::ObjectAccess;
 
-    std::vector<KdDbObjectId> entities_;
+    korra::Owned<KdDbEntity> entities_;
     KdGePoint3d origin_;
     KdDbObjectId layout_;
 };

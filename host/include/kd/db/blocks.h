@@ -32,7 +32,6 @@ class KdDbBlockReference : public KdDbEntity {
 public:
     KdDbBlockReference() = default;
     KdDbBlockReference(const KdGePoint3d& position, KdDbObjectId blockTableRecord);
-    ~KdDbBlockReference() override;
 
     /// The insertion point in the coordinates of the owning block.
     KdGePoint3d position() const;
@@ -63,9 +62,12 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbBlockReference; }
-
     void draw(korra::DrawSink& sink) const override;
+
+    korra::ShownBlock shownBlock() const override
+    {
+        return {block_, static_cast<double>(columns()) * rows()};
+    }
 
 private:
     friend class korra::ObjectAccess;
@@ -84,7 +86,7 @@ private:
     KdGePoint3d position_; ///< in the entity coordinate system of the normal
     KdGeScale3d scale_;
     double rotation_ = 0.0;
-    std::vector<KdDbAttribute*> attributes_;
+    korra::Owned<KdDbAttribute> attributes_;
 
     short columns_ = 1; ///< of an array of cells; spacing along the turned axes, drawing units
     short rows_ = 1;

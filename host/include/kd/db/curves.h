@@ -49,8 +49,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbLine; }
-
     void draw(korra::DrawSink& sink) const override;
 
     int edgeCount() const override { return 1; }
@@ -90,8 +88,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbArc; }
-
     int edgeCount() const override { return 1; }
 
     KdDbEntity* newEdge(int marker) const override;
@@ -122,8 +118,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbCircle; }
 
     int edgeCount() const override { return 1; }
 
@@ -185,8 +179,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbPolyline; }
-
     void draw(korra::DrawSink& sink) const override;
     int edgeCount() const override;
     KdDbEntity* newEdge(int marker) const override;
@@ -230,8 +222,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbVertex; }
-
     void draw(korra::DrawSink& sink) const override;
 
 private:
@@ -252,8 +242,6 @@ private:
 class KdDbVertexCurve : public KdDbCurve {
     KDRX_DECLARE_MEMBERS(KdDbVertexCurve)
 public:
-    ~KdDbVertexCurve() override;
-
     bool isClosed() const override { return (flags_ & 1) != 0; }
 
     /// Appends a vertex; the polyline owns it. In a database the vertex gets an id and stays open
@@ -262,7 +250,7 @@ public:
     Kdapi::ErrorStatus appendVertex(KdDbObjectId& id, KdDbVertex* vertex);
 
     /// The vertices in order; a free-standing polyline has its vertices without ids.
-    const std::vector<KdDbVertex*>& vertices() const { return vertices_; }
+    const korra::Owned<KdDbVertex>& vertices() const { return vertices_; }
 
     std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
@@ -297,7 +285,7 @@ private:
     /// One per pair of neighbours on the curve, the closing one last.
     std::vector<Segment> segments() const;
 
-    std::vector<KdDbVertex*> vertices_;
+    korra::Owned<KdDbVertex> vertices_;
     double startWidth_ = 0.0;
     double endWidth_ = 0.0;
     short curveType_ = 0;
@@ -306,8 +294,6 @@ private:
 class KdDb2dPolyline : public KdDbVertexCurve {
     KDRX_DECLARE_MEMBERS(KdDb2dPolyline)
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDb2dPolyline; }
-
     std::unique_ptr<KdGeCurve3d> segmentGeometry(const KdDbVertex& from,
                                                  const KdDbVertex& to) const override;
 
@@ -320,8 +306,6 @@ public:
     KdDb3dPolyline() { flags_ = 8; }
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDb3dPolyline; }
-
     std::unique_ptr<KdGeCurve3d> segmentGeometry(const KdDbVertex& from,
                                                  const KdDbVertex& to) const override;
 
@@ -342,8 +326,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbPoint; }
 
     void draw(korra::DrawSink& sink) const override;
 

@@ -3,6 +3,7 @@
 #include "kd/db/block_record.h"
 #include "kd/db/dictionary.h"
 #include "kd/db/layout.h"
+#include "kd/db/transaction.h"
 
 #include <memory>
 
@@ -102,6 +103,9 @@ public:
     /// current style stays. @return eOk; eNullObjectPointer, the statuses of opening the record
     Kdapi::ErrorStatus setDimstyleData(const KdDbDimStyleTableRecord* record);
     Kdapi::ErrorStatus setDimstyleData(KdDbObjectId style);
+
+    /// The transactions of the drawing, whether it belongs to a document or not; never null.
+    KdDbTransactionManager* transactionManager() const;
 
     korra::DatabaseContents& contents() const { return *contents_; }
 

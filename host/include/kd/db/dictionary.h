@@ -29,8 +29,6 @@ protected:
 
     bool isIndispensable() const override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbDictionary; }
-
 private:
     friend class korra::ObjectAccess;
 

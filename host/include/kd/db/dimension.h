@@ -100,9 +100,10 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbDimension; }
-
     void draw(korra::DrawSink& sink) const override;
+
+    korra::ShownBlock shownBlock() const override { return {block_, 1.0}; }
+
     void changesDone() override;
 
     /// The kind's number in files: 0 rotated, 1 aligned, 2 and 5 angular, 3 diametric, 4 radial.
@@ -171,8 +172,6 @@ public:
     double measurement() const override;
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbRotatedDimension; }
-
     short kind() const override { return 0; }
 
     void definition(korra::ObjectVisitor& visitor) override;
@@ -198,8 +197,6 @@ public:
                          const KdGePoint3d& dimLinePoint);
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbAlignedDimension; }
-
     short kind() const override { return 1; }
 
     double direction() const override;
@@ -216,8 +213,6 @@ public:
     double measurement() const override;
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbRadialDimension; }
-
     short kind() const override { return 4; }
 
     void definition(korra::ObjectVisitor& visitor) override;
@@ -237,8 +232,6 @@ public:
                            double leaderLength);
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbDiametricDimension; }
-
     short kind() const override { return 3; }
 
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
@@ -257,8 +250,6 @@ public:
     double measurement() const override;
 
 protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbAngularDimension; }
-
     short kind() const override { return threePoint_ ? 5 : 2; }
 
     void setKind(short kind) override { threePoint_ = kind != 2; }

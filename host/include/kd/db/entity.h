@@ -3,6 +3,7 @@
 #include "kd/db/color.h"
 #include "kd/db/object.h"
 #include "kd/ge.h"
+#include "kd/own/shown_block.h"
 
 namespace korra {
 class DrawSink;
@@ -128,6 +129,9 @@ protected:
 
     /// Draws the entity once, in the coordinates of the owning block.
     virtual void draw(korra::DrawSink& sink) const = 0;
+
+    /// The block that the entity shows.
+    virtual korra::ShownBlock shownBlock() const { return {}; }
 
     /// How many edges the entity has; markers run from 1.
     virtual int edgeCount() const { return 0; }

@@ -55,8 +55,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbViewport; }
-
     void draw(korra::DrawSink& sink) const override;
 
 private:
@@ -93,8 +91,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbLayout; }
 
 private:
     friend class korra::ObjectAccess;

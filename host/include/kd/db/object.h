@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/ids.h"
+#include "kd/own/owned_objects.h"
 #include "kd/rx.h"
 
 #include <memory>
@@ -74,12 +75,16 @@ public:
     Kdapi::ErrorStatus setXData(const resbuf* list);
 
     /// Takes the fields and the extended data of another object of the same class; ids, owner,
-    /// extension dictionary and the attributes or vertices that it owns stay.
-    /// @return eOk; eNullObjectPointer; eNotThatKindOfClass; eNotOpenForWrite
+    /// extension dictionary and the attributes or vertices that it owns stay. Layers, linetypes and
+    /// styles of another drawing are found by name, as when a copy is added to a drawing.
+    /// @return eOk; eNullObjectPointer; eNotThatKindOfClass; eWrongDatabase; eNotOpenForWrite
     Kdapi::ErrorStatus copyFrom(const KdRxObject* source) override;
 
     /// A free-standing copy of the object with its extended data and with the attributes or
     /// vertices that it owns; null for abstract classes and for kinds that the host does not know.
+    ///
+    /// Added to another drawing the copy has that drawing's layer, linetype and styles of the same
+    /// names, else its standard ones.
     KdRxObject* clone() const override;
 
 protected:
@@ -87,11 +92,8 @@ protected:
     KdDbObject(const KdDbObject&) = delete;
     KdDbObject& operator=(const KdDbObject&) = delete;
 
-    /// Names every stored field once: reading, writing, copying and comparing are visitors.
+    /// Shows a visitor all that the object consists of: fields, references, what it owns.
     virtual void describe(korra::ObjectVisitor& visitor);
-
-    /// A new object of the same class with the same stored fields; null for abstract classes.
-    virtual KdDbObject* newOfSameClass() const { return nullptr; }
 
     /// True for what the drawing cannot do without: it is never erased.
     virtual bool isIndispensable() const { return false; }
@@ -120,12 +122,19 @@ protected:
         return status;
     }
 
+    /// Changes a reference to an object that is needed; what is in a database refers to nothing but
+    /// what is in it.
+    /// @param kind  the class that the other object has to be of
+    /// @return eOk; eNullObjectId; eWrongDatabase, eNotThatKindOfClass; eNotOpenForWrite
+    Kdapi::ErrorStatus setReference(KdDbObjectId& field, KdDbObjectId value, const KdRxClass* kind);
+
 private:
     friend class korra::ObjectAccess;
 
     korra::ObjectSlot* slot_ = nullptr;
     KdDbObjectId owner_;
     std::unique_ptr<korra::ObjectExtras> extras_;
+    bool isCopy_ = false;
     KdDbObject* previousFree_ = nullptr; ///< neighbours among the free-standing objects
     KdDbObject* nextFree_ = nullptr;
 };

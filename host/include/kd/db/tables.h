@@ -58,7 +58,7 @@ protected:
 private:
     friend class korra::ObjectAccess;
 
-    std::vector<KdDbObjectId> records_;
+    korra::Owned<KdDbSymbolTableRecord> records_;
 };
 
 class KdDbSymbolTableRecord : public KdDbObject {
@@ -108,8 +108,6 @@ protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbLinetypeTableRecord; }
 
 private:
     /// A part of the pattern; a shape or text stands in it in some linetypes of files.
@@ -162,8 +160,6 @@ protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbLayerTableRecord; }
 
 private:
     KdCmColor color_;
@@ -220,8 +216,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbTextStyleTableRecord; }
 
 private:
     std::wstring fileName_;
@@ -323,8 +317,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbDimStyleTableRecord; }
-
 private:
     friend class korra::ObjectAccess;
 
@@ -349,8 +341,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbUCSTableRecord; }
 
 private:
     KdGePoint3d origin_;
@@ -395,8 +385,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbViewportTableRecord; }
-
 private:
     friend class korra::ObjectAccess;
 
@@ -421,9 +409,6 @@ class KdDbRegAppTableRecord : public KdDbSymbolTableRecord {
     KDRX_DECLARE_MEMBERS(KdDbRegAppTableRecord)
 public:
     KdDbRegAppTableRecord() = default;
-
-protected:
-    KdDbObject* newOfSameClass() const override { return new KdDbRegAppTableRecord; }
 };
 
 #define KDDB_SYMBOL_TABLE(Class)                                                                   \
@@ -431,9 +416,6 @@ protected:
         KDRX_DECLARE_MEMBERS(Class)                                                                \
     public:                                                                                        \
         Class() = default;                                                                         \
-                                                                                                   \
-    protected:                                                                                     \
-        KdDbObject* newOfSameClass() const override { return new Class; }                          \
     };
 
 KDDB_SYMBOL_TABLE(KdDbBlockTable)

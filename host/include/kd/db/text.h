@@ -58,8 +58,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbText; }
-
     void draw(korra::DrawSink& sink) const override;
 
     /// The text field apart: attributes store the same fields in another order of modes.
@@ -104,8 +102,6 @@ public:
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
-    KdDbObject* newOfSameClass() const override { return new KdDbAttributeDefinition; }
-
     void draw(korra::DrawSink& sink) const override;
 
 private:
@@ -129,8 +125,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbAttribute; }
 
     void draw(korra::DrawSink& sink) const override;
 
@@ -180,8 +174,6 @@ public:
 
 protected:
     void describe(korra::ObjectVisitor& visitor) override;
-
-    KdDbObject* newOfSameClass() const override { return new KdDbMText; }
 
     void draw(korra::DrawSink& sink) const override;
 

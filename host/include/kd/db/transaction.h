@@ -5,8 +5,9 @@
 /// A running transaction; it belongs to its manager.
 class KdDbTransaction;
 
-/// Transactions of a document: what they open is closed with them. They nest; every operation works
-/// on the innermost one.
+/// Transactions of a drawing: what they open is closed with them, and what changes while they run
+/// can be taken back. They nest; every operation works on the innermost one of this drawing.
+/// Objects of any open drawing can take part.
 class KdDbTransactionManager {
 public:
     virtual ~KdDbTransactionManager() = default;
@@ -24,8 +25,10 @@ public:
     /// returned. @return eOk; eNotApplicable without a transaction
     virtual Kdapi::ErrorStatus endTransaction() = 0;
 
-    /// Ends the innermost transaction and gives the objects that it opened back the fields, the
-    /// extended data and the erasing that they had. What was added elsewhere stays.
+    /// Ends the innermost transaction and takes back every change of an object since it began, in
+    /// whatever drawing and however the object was opened: fields, extended data, parts, extension
+    /// dictionaries, erasing. What was added is erased and in no list. A transaction that ran in
+    /// another drawing's manager at the time takes its own changes along.
     /// @return as endTransaction()
     virtual Kdapi::ErrorStatus abortTransaction() = 0;
 

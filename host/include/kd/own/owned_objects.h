@@ -1,0 +1,65 @@
+#pragma once
+
+#include "kd/db/ids.h"
+
+#include <cstddef>
+#include <ranges>
+#include <vector>
+
+class KdDbObject;
+
+namespace korra {
+
+/// What an object owns as part of itself, in its order: vertices, attributes, records, entities.
+///
+/// Objects that are in no database are deleted with the list. Once they are in one they go with the
+/// database, and stay in the list also while they are erased.
+class OwnedObjects {
+public:
+    using Objects = std::vector<KdDbObject*>;
+
+    OwnedObjects() = default;
+    ~OwnedObjects();
+    OwnedObjects(const OwnedObjects&) = delete;
+    OwnedObjects& operator=(const OwnedObjects&) = delete;
+
+    const Objects& objects() const { return objects_; }
+
+    bool isEmpty() const { return objects_.empty(); }
+
+    std::size_t size() const { return objects_.size(); }
+
+    /// Ids of the objects; null ones while they are in no database.
+    std::vector<KdDbObjectId> ids() const;
+
+    /// Takes an object over. With room reserved it cannot fail.
+    void append(KdDbObject* object) { objects_.push_back(object); }
+
+    void reserveOne();
+
+    /// Another list of objects that are in the database all the same.
+    void replace(Objects objects) { objects_ = std::move(objects); }
+
+    /// The objects have come into a database, which deletes them.
+    void handOver() { areOfDatabase_ = true; }
+
+private:
+    Objects objects_;
+    bool areOfDatabase_ = false;
+};
+
+/// The same of one class.
+template <class T>
+class Owned : public OwnedObjects {
+public:
+    T* operator[](std::size_t place) const { return static_cast<T*>(objects()[place]); }
+
+    /// The objects in their order, erased ones included.
+    auto each() const
+    {
+        return objects() |
+               std::views::transform([](KdDbObject* object) { return static_cast<T*>(object); });
+    }
+};
+
+} // namespace korra

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "objects/snapshot.h"
+
+#include <unordered_map>
+#include <vector>
+
+namespace korra {
+
+/// What has changed since a transaction began, and how it was before.
+class ChangeLog {
+public:
+    /// Notes what an object is before its first change.
+    void noteChange(const KdDbObject& object);
+
+    /// Notes that an object has come into its database.
+    void noteAdded(KdDbObjectId id);
+
+    /// Makes every object noted what it was; what was added is erased, and no owner has it.
+    void takeBack();
+
+    /// Hands everything over to the log of the transaction around.
+    void moveInto(ChangeLog& outer);
+
+private:
+    struct Before {
+        FieldValues values;
+        bool erased;
+        bool erasedWithOwner;
+        bool changed;
+    };
+
+    std::unordered_map<KdDbObjectId, Before> before_;
+    std::vector<KdDbObjectId> added_;
+};
+
+/// The log of the innermost transaction that runs; null while none does.
+ChangeLog* runningLog();
+
+} // namespace korra

@@ -1,0 +1,133 @@
+#include "objects/snapshot.h"
+
+#include <utility>
+
+namespace korra {
+namespace {
+
+/// Meets every value in one way, whatever its kind.
+template <class Each>
+class ValueVisitor final : public ObjectVisitor {
+public:
+    ValueVisitor(Each& each, Extent extent) : each_(each), extent_(extent) {}
+
+    void real(int, double& value) override { each_(value); }
+
+    void real(int, double& value, double) override { each_(value); }
+
+    void angle(int, double& value) override { each_(value); }
+
+    void angle(int, double& value, double) override { each_(value); }
+
+    void text(int, std::wstring& value) override { each_(value); }
+
+    void text(int, std::wstring& value, const wchar_t*) override { each_(value); }
+
+    void longText(int, int, std::wstring& value) override { each_(value); }
+
+    void point(int, KdGePoint3d& value) override { each_(value); }
+
+    void point(int, KdGePoint3d& value, const KdGePoint3d&) override { each_(value); }
+
+    void vector(int, KdGeVector3d& value, const KdGeVector3d&) override { each_(value); }
+
+    void point(int, KdGePoint2d& value) override { each_(value); }
+
+    void handle(int, KdDbHandle& value) override { each_(value); }
+
+    void color(int, KdCmColor& value) override { each_(value); }
+
+    void layerColor(int, KdCmColor& value, bool& off) override
+    {
+        each_(value);
+        unsaved(off);
+    }
+
+    void derived(int, long long) override {}
+
+    void behindMarker(int) override {}
+
+    void extendedData(std::vector<TypedValue>& values) override { each_(values); }
+
+    void unsaved(bool& value) override
+    {
+        long long number = value;
+        each_(number);
+        value = number != 0;
+    }
+
+    void unsaved(KdGeMatrix3d& value) override { each_(value); }
+
+    void source(std::string& tags) override
+    {
+        if (extent_ == Extent::everything)
+            each_(tags);
+    }
+
+    void name(int, KdDbObjectId& value, TableKind, Reference) override { each_(value); }
+
+    void reference(int, KdDbObjectId& value, Reference, const KdRxClass*) override { each_(value); }
+
+    void owner(KdDbObjectId& value) override
+    {
+        if (extent_ == Extent::everything)
+            each_(value);
+    }
+
+    void extensionDictionary(KdDbObjectId& value) override
+    {
+        if (extent_ == Extent::everything)
+            each_(value);
+    }
+
+    void owned(OwnedObjects& objects) override
+    {
+        if (extent_ != Extent::everything)
+            return;
+        OwnedObjects::Objects list = objects.objects();
+        each_(list);
+        objects.replace(std::move(list));
+    }
+
+protected:
+    void wholeNumber(int, long long& value) override { each_(value); }
+
+    void wholeNumber(int, long long& value, long long) override { each_(value); }
+
+    std::size_t beginList(int, std::size_t count) override
+    {
+        auto number = static_cast<long long>(count);
+        each_(number);
+        return static_cast<std::size_t>(number);
+    }
+
+    void beginElement() override {}
+
+    void endList() override {}
+
+private:
+    Each& each_;
+    Extent extent_;
+};
+
+} // namespace
+
+FieldValues valuesOf(const KdDbObject& object, Extent extent)
+{
+    FieldValues values;
+    const auto note = [&](auto& value) { values.emplace_back(value); };
+    ValueVisitor visitor(note, extent);
+    // Visitors share one form for reading and writing; this one leaves the object as it is.
+    ObjectAccess::describe(const_cast<KdDbObject&>(object), visitor);
+    return values;
+}
+
+void giveValues(KdDbObject& object, FieldValues values, Extent extent)
+{
+    std::size_t next = 0;
+    const auto give = [&]<class T>(T& value) { value = std::move(std::get<T>(values[next++])); };
+    ValueVisitor visitor(give, extent);
+    ObjectAccess::describe(object, visitor);
+}
+
+} // namespace korra
