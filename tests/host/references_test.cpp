@@ -3,7 +3,11 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
-#include "objects/object_access.h"
+#include "korra/host.h"
+#include "objects/contents.h"
+#include "objects/deep_copy.h"
+#include "objects/references.h"
+#include "platform/text.h"
 
 #include <memory>
 #include <string>
@@ -181,6 +185,76 @@ TEST_F(ReferencesTest, ACopiedDimensionGetsGraphicsInItsNewDrawing)
     EXPECT_EQ(copy->dimBlockId().database(), &database());
     EXPECT_EQ(copy->dimensionStyle(), database().dimstyle());
     EXPECT_FALSE(original->dimBlockId().isErased());
+}
+
+/// The only entity of a block that is of the class.
+template <class T>
+T* onlyIn(KdDbObjectId block)
+{
+    std::vector<T*> found;
+    for (KdDbEntity* entity :
+         ObjectAccess::entities(*ObjectAccess::live<KdDbBlockTableRecord>(block)).each()) {
+        if (auto* const wanted = T::cast(entity); wanted && !wanted->isErased())
+            found.push_back(wanted);
+    }
+    EXPECT_EQ(found.size(), 1u);
+    return found.empty() ? nullptr : found.front();
+}
+
+TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
+{
+    // A block with a line, a dimension and a nested block; the drawing has a block of one's name.
+    const auto walls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    addRecord<KdDbRegAppTable, KdDbRegAppTableRecord>(L"SHAPES");
+    addEntityToBlock(L"Inner", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
+    auto* const line = new KdDbLine({0, 0, 0}, {1, 0, 0});
+    line->setLayer(walls);
+    addEntityToBlock(L"Outer", line);
+    addEntityToBlock(L"Outer", new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
+    addEntityToBlock(L"Outer", new KdDbBlockReference(KdGePoint3d(1, 2, 3), blockId(L"Inner")));
+    {
+        const Open<KdDbLine> writer(line->objectId());
+        const std::wstring handle = platform::fromUtf8(traceForm(walls));
+        resbuf* const pointing = kdutBuildList(1001, L"SHAPES", 1005, handle.c_str(), 0);
+        EXPECT_EQ(writer->setXData(pointing), Kdapi::eOk);
+        kdutRelRb(pointing);
+        writer->createExtensionDictionary();
+    }
+    const auto theirs = addTo<KdDbLayerTable, KdDbLayerTableRecord>(*other_, L"WALLS");
+    addTo<KdDbBlockTable, KdDbBlockTableRecord>(*other_, L"*D1");
+    KdDbDatabase& target = *other_;
+
+    korra::IdMap map;
+    korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(target.blockTableId()), map);
+
+    const KdDbObjectId outer = target.contents().record(korra::TableKind::block, L"Outer");
+    ASSERT_FALSE(outer.isNull());
+    EXPECT_EQ(map.at(blockId(L"Outer")), outer);
+    const auto* const copiedLine = onlyIn<KdDbLine>(outer);
+    EXPECT_EQ(copiedLine->layerId(), theirs);
+    EXPECT_EQ(copiedLine->endPoint(), KdGePoint3d(1, 0, 0));
+    EXPECT_EQ(copiedLine->extensionDictionary().database(), &target);
+    resbuf* const data = copiedLine->xData(L"SHAPES");
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(platform::toUtf8(data->rbnext->resval.rstring), traceForm(theirs));
+    kdutRelRb(data);
+    const auto* const dimension = onlyIn<KdDbDimension>(outer);
+    EXPECT_EQ(dimension->dimBlockId().database(), &target);
+    EXPECT_NE(ObjectAccess::live<KdDbBlockTableRecord>(dimension->dimBlockId())->name(), L"*D1");
+    EXPECT_EQ(dimension->dimensionStyle(), target.dimstyle());
+    const KdDbObjectId inner = onlyIn<KdDbBlockReference>(outer)->blockTableRecord();
+    EXPECT_EQ(inner.database(), &target);
+    EXPECT_EQ(onlyIn<KdDbCircle>(inner)->radius(), 1.0);
+    for (const auto& [source, copy] : map)
+        EXPECT_EQ(
+            checkReferences(*ObjectAccess::object(copy), target, korra::ForeignNames::refused),
+            Kdapi::eOk);
+
+    KdDbDatabase again(false, true); // what was copied is whole in its file, too
+    EXPECT_TRUE(korra::readDrawingText(again, korra::drawingText(target), "copied").done);
+    EXPECT_EQ(
+        onlyIn<KdDbCircle>(again.contents().record(korra::TableKind::block, L"Inner"))->radius(),
+        1.0);
 }
 
 TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)

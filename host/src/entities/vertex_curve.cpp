@@ -35,7 +35,6 @@ void KdDbVertex::moveInPlane(const korra::PlaneImage& image)
     endWidth_ *= image.scale;
     if ((flags_ & kHasTangent) != 0)
         tangent_ = image.angle(tangent_);
-    ObjectAccess::markChanged(*this);
 }
 
 void KdDbVertex::draw(korra::DrawSink& sink) const
