@@ -53,6 +53,14 @@ TEST_F(CurrentSettings, NameRecordsOfThisDrawingOnly)
     EXPECT_EQ(again->dimstyle().handle().value(), dimension.handle().value());
 }
 
+TEST_F(CurrentSettings, PointsHaveTheCoordinatesOfTheirSetting)
+{
+    ASSERT_TRUE(korra::setVariable("LIMMAX", "3,4"));
+    ASSERT_TRUE(korra::setVariable("INSBASE", "5,6,7"));
+    EXPECT_THAT(drawingText(database()), HasSubstr("$LIMMAX\n 10\n3\n 20\n4\n  9\n"
+                                                   "$INSBASE\n 10\n5\n 20\n6\n 30\n7\n"));
+}
+
 TEST_F(CurrentSettings, ColorAndLineWeightOfNewEntities)
 {
     EXPECT_EQ(database().cecolor(), KdCmColor());

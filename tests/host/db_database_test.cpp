@@ -104,7 +104,7 @@ TEST_F(DatabaseTest, SettingsFollowTheHeaderAndFallBackToWhatIsThere)
     EXPECT_EQ(database().clayer(), contents().record(TableKind::layer, L"0"));
     contents().header.setText("$CELTYPE", L"continuous", 6);
     EXPECT_EQ(database().celtype(), database().continuousLinetype());
-    contents().header.setInteger("$MEASUREMENT", 1);
+    contents().header.setInteger("$MEASUREMENT", 1, 70);
     EXPECT_EQ(database().measurement(), KdDb::kMetric);
 }
 

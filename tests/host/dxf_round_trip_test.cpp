@@ -214,7 +214,7 @@ TEST_F(DrawingRoundTrip, HeaderVariablesKeepTheirText)
     const auto database = readWhole(earlySample());
     korra::DrawingHeader& header = database->contents().header;
     header.setPoint("$EXTMIN", {0.0, -2.0, 0.0});
-    header.setInteger("$ORTHOMODE", 1);
+    header.setInteger("$ORTHOMODE", 1, 70);
     const std::string text = drawingText(*database);
     EXPECT_NE(text.find("$EXTMIN\n 10\n0.000000\n 20\n-2\n 30\n0\n  9\n$ORTHOMODE\n 70\n1\n  0\n"),
               text.npos);

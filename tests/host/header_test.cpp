@@ -40,17 +40,17 @@ TEST(DrawingHeaderTest, ReadsWhatIsThereAndElseTheDefault)
 TEST(DrawingHeaderTest, SettersKeepPlaceAndEqualText)
 {
     DrawingHeader header = sample();
-    header.setReal("$LTSCALE", 2.5);
-    header.setInteger("$TILEMODE", 0);
+    header.setReal("$LTSCALE", 2.5, 40);
+    header.setInteger("$TILEMODE", 0, 70);
     header.setText("$CLAYER", L"Wand", 8);
-    header.setPoint("$LIMMAX", {297, 100, 0});
-    header.setReal("$DIMSCALE", 0.1);
+    header.setPoint("$LIMMAX", KdGePoint2d(297, 100));
+    header.setReal("$DIMSCALE", 0.1, 40);
     ASSERT_EQ(header.variables().size(), 5u);
     EXPECT_EQ(header.variables()[0].values[0].text, "  2.50 ");
     EXPECT_EQ(header.variables()[1].values[0].text, "0");
     EXPECT_EQ(header.variables()[2].values[0].text, "Wand");
-    EXPECT_EQ(header.variables()[3].values[0].text, "297.0");
-    EXPECT_EQ(header.variables()[3].values[1].text, "100");
+    EXPECT_EQ(header.variables()[3].values,
+              (std::vector<korra::HeaderValue>{{10, "297.0"}, {20, "100"}}));
     EXPECT_EQ(header.variables()[4].name, "$DIMSCALE");
     EXPECT_EQ(header.variables()[4].values[0], (korra::HeaderValue{40, "0.1"}));
 }

@@ -1,48 +1,17 @@
 #include "objects/contents.h"
-#include "tables/dimension_variables.h"
-
 #include "platform/gate.h"
 #include "platform/text.h"
+#include "tables/dimension_variables.h"
+#include "tables/drawing_settings.h"
 
-using korra::DatabaseContents;
 using korra::DimensionKind;
 using korra::DimensionVariable;
-using korra::DrawingHeader;
+using korra::DrawingSettings;
 using korra::ObjectAccess;
-using korra::TableKind;
+using korra::RecordSetting;
+using korra::Setting;
 
-/// The header carries the current values under the variables' names: numbers as they are, and what
-/// a style refers to by its name.
 namespace {
-
-// Group codes of the header variables.
-constexpr int kTextCode = 1;
-constexpr int kTextStyleCode = 7;
-constexpr int kRealCode = 40;
-constexpr int kIntegerCode = 70;
-
-constexpr int kTextStyleVariable = 340; ///< group code of DIMTXSTY in a style
-
-std::string headerName(const DimensionVariable& variable)
-{
-    return platform::toUtf8(std::wstring(1, L'$') + variable.name);
-}
-
-TableKind referredTable(const DimensionVariable& variable)
-{
-    return variable.code == kTextStyleVariable ? TableKind::textStyle : TableKind::block;
-}
-
-const wchar_t* defaultName(const DimensionVariable& variable)
-{
-    return variable.code == kTextStyleVariable ? L"Standard" : L"";
-}
-
-KdDbObjectId referredRecord(const DatabaseContents& contents, const DimensionVariable& variable)
-{
-    const std::wstring name = contents.header.text(headerName(variable), defaultName(variable));
-    return name.empty() ? KdDbObjectId() : contents.record(referredTable(variable), name);
-}
 
 /// The variable of the same name that holds a reference; null when there is none. Arrow blocks have
 /// both: a name in old styles, a reference in newer ones.
@@ -56,67 +25,73 @@ const DimensionVariable* referenceOf(const DimensionVariable& text)
     return nullptr;
 }
 
-/// A text of the header that does not name a record.
-std::wstring plainText(const DatabaseContents& contents, const DimensionVariable& variable)
+/// A text that names a record is the value of the reference, and none of its own.
+bool namesRecord(const DrawingSettings& drawing, const DimensionVariable& variable)
 {
-    const DimensionVariable* reference = referenceOf(variable);
-    if (reference && !referredRecord(contents, *reference).isNull())
-        return {};
-    return contents.header.text(headerName(variable), L"");
+    const bool isText = variable.kind == DimensionKind::text;
+    const DimensionVariable* const reference = isText ? referenceOf(variable) : nullptr;
+    return reference &&
+           !drawing.get(std::get<RecordSetting>(korra::settingOf(*reference))).isNull();
 }
 
-KdDbDimensionValue currentValue(const DatabaseContents& contents, const DimensionVariable& variable)
+KdDbDimensionValue currentValue(const DrawingSettings& drawing, const DimensionVariable& variable)
 {
-    const DrawingHeader& header = contents.header;
-    switch (variable.kind) {
-    case DimensionKind::real:
-        return header.real(headerName(variable), variable.byDefault);
-    case DimensionKind::text:
-        return plainText(contents, variable);
-    case DimensionKind::reference:
-        return referredRecord(contents, variable);
-    default:
-        return header.integer(headerName(variable), static_cast<int>(variable.byDefault));
+    if (namesRecord(drawing, variable))
+        return std::wstring();
+    return std::visit(
+        [&](const auto& setting) -> KdDbDimensionValue { return drawing.get(setting); },
+        korra::settingOf(variable));
+}
+
+/// Stores a value of a style as the current one; what the drawing says already stays as it is.
+class ValueStore {
+public:
+    ValueStore(KdDbDatabase& database, const std::vector<KdDbDimensionValue>& values)
+        : drawing_(database), values_(values)
+    {
     }
-}
 
-/// What the header says for a text or a reference: of one that is null, what the text of the same
-/// name says.
-std::wstring headerText(const std::vector<KdDbDimensionValue>& values, std::size_t index)
-{
-    const DimensionVariable& variable = korra::dimensionVariables()[index];
-    if (const auto* text = std::get_if<std::wstring>(&values[index]))
-        return *text;
-    if (const auto* record =
-            ObjectAccess::live<KdDbSymbolTableRecord>(std::get<KdDbObjectId>(values[index])))
-        return record->name();
-    const auto first = static_cast<std::size_t>(korra::dimensionVariableIndex(variable.name));
-    return first == index ? defaultName(variable) : std::get<std::wstring>(values[first]);
-}
-
-void store(DrawingHeader& header, const std::vector<KdDbDimensionValue>& values, std::size_t index)
-{
-    const DimensionVariable& variable = korra::dimensionVariables()[index];
-    const std::string name = headerName(variable);
-    const KdDbDimensionValue& value = values[index];
-    if (const auto* real = std::get_if<double>(&value)) {
-        if (header.real(name, variable.byDefault) != *real)
-            header.setReal(name, *real, kRealCode);
-    } else if (const auto* number = std::get_if<int>(&value)) {
-        if (header.integer(name, static_cast<int>(variable.byDefault)) != *number)
-            header.setInteger(name, *number, kIntegerCode);
-    } else if (variable.kind == DimensionKind::reference || !referenceOf(variable)) {
-        const std::wstring text = headerText(values, index);
-        const std::wstring there = header.text(name, defaultName(variable));
-        // Names of records are the same in any case.
-        const bool same = variable.kind == DimensionKind::reference
-                              ? platform::compareNoCase(there, text) == 0
-                              : there == text;
-        if (!same)
-            header.setText(name, text,
-                           variable.code == kTextStyleVariable ? kTextStyleCode : kTextCode);
+    void store(std::size_t index)
+    {
+        const DimensionVariable& variable = korra::dimensionVariables()[index];
+        // An arrow block is stored once, by the reference.
+        if (variable.kind == DimensionKind::text && referenceOf(variable))
+            return;
+        std::visit([&](const auto& setting) { store(setting, index); }, korra::settingOf(variable));
     }
-}
+
+private:
+    template <class T>
+    void store(const Setting<T>& setting, std::size_t index)
+    {
+        const T& value = std::get<T>(values_[index]);
+        if (drawing_.get(setting) != value)
+            drawing_.set(setting, value);
+    }
+
+    /// Names of records are the same in any case.
+    void store(const RecordSetting& setting, std::size_t index)
+    {
+        const std::wstring name = nameOf(setting, index);
+        if (platform::compareNoCase(drawing_.get(setting.recordName), name) != 0)
+            drawing_.set(setting.recordName, name);
+    }
+
+    /// The name of the record; without one what the text of the same name says, else the default.
+    std::wstring nameOf(const RecordSetting& setting, std::size_t index) const
+    {
+        if (const auto* const record =
+                ObjectAccess::live<KdDbSymbolTableRecord>(std::get<KdDbObjectId>(values_[index])))
+            return record->name();
+        const int first = korra::dimensionVariableIndex(setting.recordName.name);
+        const auto* const text =
+            std::get_if<std::wstring>(&values_[static_cast<std::size_t>(first)]);
+        return text ? *text : setting.recordName.byDefault;
+    }
+
+    DrawingSettings drawing_;
+    const std::vector<KdDbDimensionValue>& values_;
+};
 
 } // namespace
 
@@ -128,8 +103,9 @@ Kdapi::ErrorStatus KdDbDatabase::getDimstyleData(KdDbDimStyleTableRecord* record
         return Kdapi::eNotOpenForWrite;
     ObjectAccess::willChange(*record);
     auto& values = ObjectAccess::values(*record);
+    const DrawingSettings drawing(*this);
     for (std::size_t index = 0; index < values.size(); ++index)
-        values[index] = currentValue(*contents_, korra::dimensionVariables()[index]);
+        values[index] = currentValue(drawing, korra::dimensionVariables()[index]);
     return Kdapi::eOk;
 }
 
@@ -140,8 +116,9 @@ Kdapi::ErrorStatus KdDbDatabase::setDimstyleData(const KdDbDimStyleTableRecord* 
     if (platform::gate("KdDbDatabase::setDimstyleData", record->objectId()))
         return Kdapi::eInvalidInput;
     const auto& values = ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(*record));
+    ValueStore store(*this, values);
     for (std::size_t index = 0; index < values.size(); ++index)
-        store(contents_->header, values, index);
+        store.store(index);
     return Kdapi::eOk;
 }
 

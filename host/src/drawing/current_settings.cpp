@@ -1,67 +1,91 @@
 #include "objects/contents.h"
+#include "platform/gate.h"
+#include "tables/drawing_settings.h"
 #include "tables/line_weights.h"
 
-#include "platform/gate.h"
+using korra::DrawingSettings;
 
-using korra::ObjectAccess;
+namespace settings = korra::settings;
 
-namespace {
-
-constexpr int kByLayerIndex = 256;
-
-// Group codes of the header variables.
-constexpr int kDimensionStyleCode = 2;
-constexpr int kTextStyleCode = 7;
-constexpr int kLayerCode = 8;
-constexpr int kColorCode = 62;
-constexpr int kLineWeightCode = 370;
-
-/// Enters the name of a record into a header variable.
-template <class Record>
-Kdapi::ErrorStatus makeCurrent(KdDbDatabase& database, KdDbObjectId id, const char* variable,
-                               int code)
+bool KdDbDatabase::tilemode() const
 {
-    if (id.isNull())
-        return Kdapi::eNullObjectId;
-    if (id.isErased())
-        return Kdapi::eWasErased;
-    const auto* record = ObjectAccess::live<Record>(id);
-    if (!record)
-        return Kdapi::eNotThatKindOfClass;
-    if (record->database() != &database)
-        return Kdapi::eWrongDatabase;
-    database.contents().header.setText(variable, record->name(), code);
+    return DrawingSettings(*this).get(settings::kTileMode) != 0;
+}
+
+bool KdDbDatabase::orthomode() const
+{
+    return DrawingSettings(*this).get(settings::kOrthoMode) != 0;
+}
+
+Kdapi::ErrorStatus KdDbDatabase::setOrthomode(bool on)
+{
+    if (platform::gate("KdDbDatabase::setOrthomode", on))
+        return Kdapi::eInvalidInput;
+    DrawingSettings(*this).set(settings::kOrthoMode, on ? 1 : 0);
     return Kdapi::eOk;
 }
 
-} // namespace
+KdDb::MeasurementValue KdDbDatabase::measurement() const
+{
+    const int value = DrawingSettings(*this).get(settings::kMeasurement);
+    return value == KdDb::kMetric ? KdDb::kMetric : KdDb::kEnglish;
+}
+
+KdDbObjectId KdDbDatabase::ucsname() const
+{
+    return DrawingSettings(*this).get(settings::kUserSystem);
+}
+
+KdDbObjectId KdDbDatabase::clayer() const
+{
+    return DrawingSettings(*this).get(settings::kLayer);
+}
 
 Kdapi::ErrorStatus KdDbDatabase::setClayer(KdDbObjectId layer)
 {
     if (platform::gate("KdDbDatabase::setClayer", layer))
         return Kdapi::eInvalidInput;
-    return makeCurrent<KdDbLayerTableRecord>(*this, layer, "$CLAYER", kLayerCode);
+    return DrawingSettings(*this).set(settings::kLayer, layer);
+}
+
+KdDbObjectId KdDbDatabase::textstyle() const
+{
+    return DrawingSettings(*this).get(settings::kTextStyle);
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setTextstyle(KdDbObjectId style)
 {
     if (platform::gate("KdDbDatabase::setTextstyle", style))
         return Kdapi::eInvalidInput;
-    return makeCurrent<KdDbTextStyleTableRecord>(*this, style, "$TEXTSTYLE", kTextStyleCode);
+    return DrawingSettings(*this).set(settings::kTextStyle, style);
+}
+
+KdDbObjectId KdDbDatabase::dimstyle() const
+{
+    return DrawingSettings(*this).get(settings::kDimStyle);
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setDimstyle(KdDbObjectId style)
 {
     if (platform::gate("KdDbDatabase::setDimstyle", style))
         return Kdapi::eInvalidInput;
-    return makeCurrent<KdDbDimStyleTableRecord>(*this, style, "$DIMSTYLE", kDimensionStyleCode);
+    return DrawingSettings(*this).set(settings::kDimStyle, style);
+}
+
+KdDbObjectId KdDbDatabase::celtype() const
+{
+    return DrawingSettings(*this).get(settings::kLinetype);
+}
+
+KdDbObjectId KdDbDatabase::continuousLinetype() const
+{
+    return contents_->record(korra::TableKind::linetype, L"Continuous");
 }
 
 KdCmColor KdDbDatabase::cecolor() const
 {
     KdCmColor color;
-    color.setColorIndex(
-        static_cast<std::uint16_t>(contents_->header.integer("$CECOLOR", kByLayerIndex)));
+    color.setColorIndex(static_cast<std::uint16_t>(DrawingSettings(*this).get(settings::kColor)));
     return color;
 }
 
@@ -69,14 +93,13 @@ Kdapi::ErrorStatus KdDbDatabase::setCecolor(const KdCmColor& color)
 {
     if (platform::gate("KdDbDatabase::setCecolor", color.colorIndex()))
         return Kdapi::eInvalidInput;
-    contents_->header.setInteger("$CECOLOR", color.colorIndex(), kColorCode);
+    DrawingSettings(*this).set(settings::kColor, color.colorIndex());
     return Kdapi::eOk;
 }
 
 KdDb::LineWeight KdDbDatabase::celweight() const
 {
-    return static_cast<KdDb::LineWeight>(
-        contents_->header.integer("$CELWEIGHT", KdDb::kLnWtByLayer));
+    return static_cast<KdDb::LineWeight>(DrawingSettings(*this).get(settings::kLineWeight));
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setCelweight(KdDb::LineWeight weight)
@@ -84,6 +107,6 @@ Kdapi::ErrorStatus KdDbDatabase::setCelweight(KdDb::LineWeight weight)
     if (platform::gate("KdDbDatabase::setCelweight", weight) ||
         !korra::isStandardLineWeight(weight))
         return Kdapi::eInvalidInput;
-    contents_->header.setInteger("$CELWEIGHT", weight, kLineWeightCode);
+    DrawingSettings(*this).set(settings::kLineWeight, weight);
     return Kdapi::eOk;
 }

@@ -3,8 +3,8 @@
 #include "blocks/spaces.h"
 #include "drawing/complete_drawing.h"
 #include "drawing/layouts.h"
-#include "drawing/user_systems.h"
 #include "kd/db.h"
+#include "tables/drawing_settings.h"
 
 #include "platform/gate.h"
 
@@ -26,14 +26,6 @@ Kdapi::ErrorStatus openTable(const KdDbDatabase& database, TableKind kind, Table
     const auto status = ObjectAccess::open(opened, id, mode);
     table = static_cast<Table*>(opened);
     return status;
-}
-
-/// The record that a header variable names, or the one that every drawing has.
-KdDbObjectId namedByHeader(const DatabaseContents& contents, TableKind kind, const char* variable,
-                           const wchar_t* byDefault)
-{
-    const KdDbObjectId named = contents.record(kind, contents.header.text(variable, byDefault));
-    return named.isNull() ? contents.record(kind, byDefault) : named;
 }
 
 } // namespace
@@ -150,64 +142,8 @@ KdDbObjectId KdDbDatabase::layoutDictionaryId() const
 
 KdDbObjectId KdDbDatabase::currentSpaceId() const
 {
-    const bool sheetIsCurrent = !tilemode() && contents_->enteredViewport.isNull();
-    return contents_->record(TableKind::block,
-                             sheetIsCurrent ? korra::kPaperSpace : korra::kModelSpace);
-}
-
-bool KdDbDatabase::tilemode() const
-{
-    return contents_->header.integer("$TILEMODE", 1) != 0;
-}
-
-KdDbObjectId KdDbDatabase::ucsname() const
-{
-    return korra::currentUcs(*this).named;
-}
-
-bool KdDbDatabase::orthomode() const
-{
-    return contents_->header.integer("$ORTHOMODE", 0) != 0;
-}
-
-Kdapi::ErrorStatus KdDbDatabase::setOrthomode(bool on)
-{
-    if (platform::gate("KdDbDatabase::setOrthomode", on))
-        return Kdapi::eInvalidInput;
-    contents_->header.setInteger("$ORTHOMODE", on ? 1 : 0);
-    return Kdapi::eOk;
-}
-
-KdDbObjectId KdDbDatabase::clayer() const
-{
-    return namedByHeader(*contents_, TableKind::layer, "$CLAYER", L"0");
-}
-
-KdDbObjectId KdDbDatabase::textstyle() const
-{
-    return namedByHeader(*contents_, TableKind::textStyle, "$TEXTSTYLE", L"Standard");
-}
-
-KdDbObjectId KdDbDatabase::dimstyle() const
-{
-    return namedByHeader(*contents_, TableKind::dimStyle, "$DIMSTYLE", L"Standard");
-}
-
-KdDbObjectId KdDbDatabase::celtype() const
-{
-    return namedByHeader(*contents_, TableKind::linetype, "$CELTYPE", L"ByLayer");
-}
-
-KdDbObjectId KdDbDatabase::continuousLinetype() const
-{
-    return contents_->record(TableKind::linetype, L"Continuous");
-}
-
-KdDb::MeasurementValue KdDbDatabase::measurement() const
-{
-    return contents_->header.integer("$MEASUREMENT", KdDb::kEnglish) == KdDb::kMetric
-               ? KdDb::kMetric
-               : KdDb::kEnglish;
+    return contents_->record(TableKind::block, korra::isSheetCurrent(*this) ? korra::kPaperSpace
+                                                                            : korra::kModelSpace);
 }
 
 void KdDbHostApplicationServices::setWorkingDatabase(KdDbDatabase* database)

@@ -4,6 +4,7 @@
 #include "kd/db.h"
 
 #include "platform/text.h"
+#include "tables/drawing_settings.h"
 
 #include <algorithm>
 
@@ -83,7 +84,7 @@ Kdapi::ErrorStatus setCurrentLayout(DatabaseContents& contents, std::wstring_vie
         rename(*wanted, std::move(shownName));
     }
     contents.enteredViewport.setNull();
-    contents.header.setInteger("$TILEMODE", modelTab ? 1 : 0);
+    DrawingSettings(contents.database).set(settings::kTileMode, modelTab ? 1 : 0);
     return Kdapi::eOk;
 }
 

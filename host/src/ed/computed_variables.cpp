@@ -1,13 +1,14 @@
+#include "ed/computed_variables.h"
+
 #include "drawing/layouts.h"
 #include "ed/editor.h"
 #include "ed/user_system.h"
-#include "ed/variable_tables.h"
 #include "ed/views.h"
 #include "objects/contents.h"
 #include "platform/text.h"
+#include "tables/drawing_settings.h"
 
-#include <iterator>
-#include <limits>
+#include <cmath>
 
 namespace korra::ed {
 namespace {
@@ -15,60 +16,43 @@ namespace {
 /// What EXTMIN and EXTMAX hold while the space shows nothing.
 constexpr double kNoExtent = 1e20;
 
-using Read = SystemVariable::Read;
-using Write = SystemVariable::Write;
+using Read = VariableValue (*)(const KdDbDatabase& database);
+using Write = bool (*)(KdDbDatabase& database, const VariableValue& value);
 
-/// @param sample  any value of the variable's type
-SystemVariable computedVariable(const wchar_t* name, short type, VariableValue sample, Read read,
-                                Write write = nullptr)
+SystemVariable computed(const wchar_t* name, short type, Read read, Write write = nullptr)
 {
-    SystemVariable variable;
-    variable.name = name;
-    variable.type = type;
-    variable.home = SystemVariable::Home::computed;
-    variable.byDefault = std::move(sample);
-    variable.minimum = std::numeric_limits<short>::min();
-    variable.maximum = std::numeric_limits<short>::max();
-    variable.read = read;
-    variable.write = write;
+    SystemVariable variable{name, type, nullptr, nullptr};
+    variable.read = [=]() -> std::optional<VariableValue> {
+        const KdDbDatabase* const database = currentDatabase();
+        return database ? std::optional(read(*database)) : std::nullopt;
+    };
+    if (write) {
+        variable.write = [=](const VariableValue& value) {
+            KdDbDatabase* const database = currentDatabase();
+            return database && write(*database, value);
+        };
+    }
     return variable;
 }
 
 SystemVariable pointOf(const wchar_t* name, Read read, Write write = nullptr)
 {
-    return computedVariable(name, RT3DPOINT, KdGePoint3d(), read, write);
+    return computed(name, RT3DPOINT, read, write);
 }
 
 SystemVariable realOf(const wchar_t* name, Read read)
 {
-    return computedVariable(name, RTREAL, 0.0, read);
+    return computed(name, RTREAL, read);
 }
 
 SystemVariable shortOf(const wchar_t* name, Read read, Write write = nullptr)
 {
-    return computedVariable(name, RTSHORT, short{0}, read, write);
+    return computed(name, RTSHORT, read, write);
 }
 
 SystemVariable textOf(const wchar_t* name, Read read, Write write = nullptr)
 {
-    return computedVariable(name, RTSTR, std::wstring(), read, write);
-}
-
-std::wstring recordName(KdDbObjectId id)
-{
-    const auto* const record = ObjectAccess::live<KdDbSymbolTableRecord>(id);
-    return record ? record->name() : std::wstring();
-}
-
-bool setRecord(KdDbDatabase& database, TableKind kind, const char* header, int code,
-               const VariableValue& value)
-{
-    const std::wstring name =
-        recordName(database.contents().record(kind, std::get<std::wstring>(value)));
-    if (name.empty())
-        return false;
-    database.contents().header.setText(header, name, code);
-    return true;
+    return computed(name, RTSTR, read, write);
 }
 
 constexpr int kByBlock = 0;
@@ -76,7 +60,7 @@ constexpr int kByLayer = 256;
 
 VariableValue currentColor(const KdDbDatabase& database)
 {
-    const int index = database.contents().header.integer("$CECOLOR", kByLayer);
+    const int index = DrawingSettings(database).get(settings::kColor);
     if (index == kByLayer)
         return std::wstring(L"BYLAYER");
     return index == kByBlock ? std::wstring(L"BYBLOCK") : std::to_wstring(index);
@@ -98,7 +82,7 @@ bool setCurrentColor(KdDbDatabase& database, const VariableValue& value)
 {
     const std::optional<int> index = colorIndexOf(std::get<std::wstring>(value));
     if (index)
-        database.contents().header.setInteger("$CECOLOR", *index, 62);
+        DrawingSettings(database).set(settings::kColor, *index);
     return index.has_value();
 }
 
@@ -158,6 +142,15 @@ bool setTileModeTo(KdDbDatabase& database, const VariableValue& value)
     return true;
 }
 
+bool setLastPoint(KdDbDatabase&, const VariableValue& value)
+{
+    const auto& point = std::get<KdGePoint3d>(value);
+    if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z))
+        return false;
+    currentDocument()->editor->lastPoint = point;
+    return true;
+}
+
 std::vector<SystemVariable> tabVariables()
 {
     return {
@@ -192,8 +185,6 @@ std::vector<SystemVariable> tabVariables()
 std::vector<SystemVariable> userSystemVariables()
 {
     return {
-        textOf(L"UCSNAME",
-               [](const KdDbDatabase& db) -> VariableValue { return recordName(db.ucsname()); }),
         pointOf(L"UCSORG",
                 [](const KdDbDatabase& db) -> VariableValue { return userColumn(db, 3); }),
         pointOf(L"UCSXDIR",
@@ -205,53 +196,13 @@ std::vector<SystemVariable> userSystemVariables()
             [](const KdDbDatabase&) -> VariableValue {
                 return currentDocument()->editor->lastPoint;
             },
-            [](KdDbDatabase&, const VariableValue& point) {
-                currentDocument()->editor->lastPoint = std::get<KdGePoint3d>(point);
-                return true;
-            }),
-    };
-}
-
-} // namespace
-
-std::vector<SystemVariable> currentRecordVariables()
-{
-    return {
-        textOf(
-            L"CLAYER",
-            [](const KdDbDatabase& database) -> VariableValue {
-                return recordName(database.clayer());
-            },
-            [](KdDbDatabase& database, const VariableValue& name) {
-                return setRecord(database, TableKind::layer, "$CLAYER", 8, name);
-            }),
-        textOf(
-            L"TEXTSTYLE",
-            [](const KdDbDatabase& database) -> VariableValue {
-                return recordName(database.textstyle());
-            },
-            [](KdDbDatabase& database, const VariableValue& name) {
-                return setRecord(database, TableKind::textStyle, "$TEXTSTYLE", 7, name);
-            }),
-        textOf(
-            L"CELTYPE",
-            [](const KdDbDatabase& database) -> VariableValue {
-                return recordName(database.celtype());
-            },
-            [](KdDbDatabase& database, const VariableValue& name) {
-                return setRecord(database, TableKind::linetype, "$CELTYPE", 6, name);
-            }),
-        textOf(L"DIMSTYLE",
-               [](const KdDbDatabase& database) -> VariableValue {
-                   return recordName(database.dimstyle());
-               }),
-        textOf(L"CECOLOR", currentColor, setCurrentColor),
+            setLastPoint),
     };
 }
 
 std::vector<SystemVariable> viewVariables()
 {
-    std::vector<SystemVariable> variables = {
+    return {
         pointOf(L"VIEWCTR", [](const KdDbDatabase& db) -> VariableValue { return viewCenter(db); }),
         realOf(L"VIEWSIZE",
                [](const KdDbDatabase& db) -> VariableValue { return currentView(db).height; }),
@@ -274,28 +225,22 @@ std::vector<SystemVariable> viewVariables()
         // Views of this host have no clipping planes.
         realOf(L"FRONTZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
         realOf(L"BACKZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
-        computedVariable(L"SCREENSIZE", RTPOINT, KdGePoint3d(), screenSize),
+        computed(L"SCREENSIZE", RTPOINT, screenSize),
         pointOf(L"EXTMIN",
                 [](const KdDbDatabase& db) -> VariableValue { return extent(db, false); }),
         pointOf(L"EXTMAX",
                 [](const KdDbDatabase& db) -> VariableValue { return extent(db, true); }),
     };
-    for (auto part : {tabVariables(), userSystemVariables()})
-        variables.insert(variables.end(), std::make_move_iterator(part.begin()),
-                         std::make_move_iterator(part.end()));
-    return variables;
 }
 
-const std::vector<SystemVariable>& systemVariables()
+} // namespace
+
+std::vector<SystemVariable> computedVariables()
 {
-    static const std::vector<SystemVariable> all = [] {
-        std::vector<SystemVariable> variables;
-        for (const auto& part : {hostVariables(), drawingVariables(), currentRecordVariables(),
-                                 viewVariables(), numericDimensionVariables()})
-            variables.insert(variables.end(), part.begin(), part.end());
-        return variables;
-    }();
-    return all;
+    std::vector<SystemVariable> variables = {textOf(L"CECOLOR", currentColor, setCurrentColor)};
+    for (const auto& part : {tabVariables(), userSystemVariables(), viewVariables()})
+        variables.insert(variables.end(), part.begin(), part.end());
+    return variables;
 }
 
 } // namespace korra::ed

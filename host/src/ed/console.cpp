@@ -40,7 +40,8 @@ bool runCommand(const std::string& utf8Name)
 
 bool setVariable(const std::string& utf8Name, const std::string& utf8Value)
 {
-    return ed::setVariable(platform::fromUtf8(utf8Name), platform::fromUtf8(utf8Value));
+    const ed::SystemVariable* const variable = ed::findVariable(platform::fromUtf8(utf8Name));
+    return variable && ed::setVariable(*variable, platform::fromUtf8(utf8Value));
 }
 
 std::string mainWindowCaption()

@@ -2,14 +2,13 @@
 
 #include "ap/documents.h"
 #include "ed/command_line.h"
+#include "ed/host_settings.h"
 #include "ed/input.h"
 #include "ed/main_window.h"
 #include "ed/prompt_rules.h"
 #include "ed/selection_sets.h"
-#include "ed/variable_value.h"
 #include "korra/host.h"
 
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,8 +32,7 @@ struct EditorState {
     ed::MainWindow mainWindow{input};
     ed::SelectionSets selectionSets;
 
-    /// Values of the system variables that belong to the host, where they are not the default.
-    std::map<std::wstring, ed::VariableValue> variables;
+    ed::HostSettings hostSettings;
 
     ed::PromptRules rules;  ///< for the next prompt
     std::wstring lastInput; ///< the keyword or text that ended the last prompt

@@ -28,7 +28,7 @@ void setVariableCommand()
     if (askText(L"\nVariable name: ", true, name) != RTNORM)
         return;
     const SystemVariable* const variable = findVariable(name);
-    const auto current = variable ? readVariable(*variable) : std::nullopt;
+    const auto current = variable ? variable->read() : std::nullopt;
     if (!current) {
         printLine(L"Unknown variable \"" + name + L"\".");
         return;
@@ -38,8 +38,7 @@ void setVariableCommand()
         L"\nNew value for " + variable->name + L" <" + textOf(*current) + L">: ";
     if (askText(prompt, true, text) != RTNORM || text.empty())
         return;
-    const auto value = variableValueOf(*variable, text);
-    if (!value || !writeVariable(*variable, *value))
+    if (!setVariable(*variable, text))
         printLine(variable->name + L" cannot be set to \"" + text + L"\".");
 }
 

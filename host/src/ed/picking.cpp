@@ -4,13 +4,13 @@
 
 #include "ed/editor.h"
 #include "ed/prompts.h"
-#include "ed/system_variables.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
 #include "rx/result_buffer.h"
+#include "tables/drawing_settings.h"
 
 namespace korra::ed {
 namespace {
@@ -31,7 +31,7 @@ std::vector<PickHit> hitsIn(KdDbObjectId block, const KdGeMatrix3d& toPixels,
 
 double pickReach()
 {
-    return std::get<short>(*readVariable(*findVariable(L"PICKBOX")));
+    return editor().hostSettings.get(host_settings::kPickBox);
 }
 
 PickedPieces piecesAt(const KdDbDatabase& database, const KdGePoint3d& userPoint,

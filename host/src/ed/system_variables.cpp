@@ -1,10 +1,10 @@
 #include "ed/system_variables.h"
 
+#include "ed/computed_variables.h"
 #include "ed/editor.h"
 #include "ed/number_text.h"
-#include "ed/views.h"
+#include "ed/setting_variables.h"
 #include "kd/ed.h"
-#include "objects/contents.h"
 #include "platform/gate.h"
 #include "platform/text.h"
 #include "rx/result_buffer.h"
@@ -12,64 +12,16 @@
 #include <cmath>
 
 namespace korra::ed {
-namespace {
-
-using Home = SystemVariable::Home;
-
-std::string headerName(const SystemVariable& variable, const KdDbDatabase& database)
+const std::vector<SystemVariable>& systemVariables()
 {
-    const bool ofSheet = variable.home == Home::space && isSheetCurrent(database);
-    return (ofSheet ? "$P" : "$") + platform::toUtf8(variable.name);
+    static const std::vector<SystemVariable> all = [] {
+        std::vector<SystemVariable> variables = settingVariables();
+        for (SystemVariable& variable : computedVariables())
+            variables.push_back(std::move(variable));
+        return variables;
+    }();
+    return all;
 }
-
-VariableValue readHeader(const DrawingHeader& header, const std::string& name,
-                         const VariableValue& byDefault)
-{
-    if (const auto* number = std::get_if<short>(&byDefault))
-        return static_cast<short>(header.integer(name, *number));
-    if (const auto* real = std::get_if<double>(&byDefault))
-        return header.real(name, *real);
-    if (const auto* point = std::get_if<KdGePoint3d>(&byDefault))
-        return header.point(name, *point);
-    return header.text(name, std::get<std::wstring>(byDefault));
-}
-
-void writeHeader(DrawingHeader& header, const std::string& name, int code,
-                 const VariableValue& value)
-{
-    if (const auto* number = std::get_if<short>(&value))
-        header.setInteger(name, *number, code);
-    else if (const auto* real = std::get_if<double>(&value))
-        header.setReal(name, *real, code);
-    else if (const auto* point = std::get_if<KdGePoint3d>(&value))
-        header.setPoint(name, *point);
-    else
-        header.setText(name, std::get<std::wstring>(value), code);
-}
-
-bool isFinite(const KdGePoint3d& point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
-bool accepts(const SystemVariable& variable, const VariableValue& value)
-{
-    if (const auto* number = std::get_if<short>(&value))
-        return *number >= variable.minimum && *number <= variable.maximum;
-    if (const auto* real = std::get_if<double>(&value))
-        return *real >= variable.minimum && *real <= variable.maximum;
-    const auto* const point = std::get_if<KdGePoint3d>(&value);
-    return !point || isFinite(*point);
-}
-
-VariableValue readHost(const SystemVariable& variable)
-{
-    const auto& kept = editor().variables;
-    const auto found = kept.find(variable.name);
-    return found == kept.end() ? variable.byDefault : found->second;
-}
-
-} // namespace
 
 const SystemVariable* findVariable(std::wstring_view name)
 {
@@ -77,36 +29,6 @@ const SystemVariable* findVariable(std::wstring_view name)
         if (platform::compareNoCase(variable.name, name) == 0)
             return &variable;
     return nullptr;
-}
-
-std::optional<VariableValue> readVariable(const SystemVariable& variable)
-{
-    if (variable.home == Home::host)
-        return readHost(variable);
-    const KdDbDatabase* const database = currentDatabase();
-    if (!database)
-        return std::nullopt;
-    if (variable.home == Home::computed)
-        return variable.read(*database);
-    return readHeader(database->contents().header, headerName(variable, *database),
-                      variable.byDefault);
-}
-
-bool writeVariable(const SystemVariable& variable, const VariableValue& value)
-{
-    if (value.index() != variable.byDefault.index() || !accepts(variable, value))
-        return false;
-    if (variable.home == Home::host) {
-        editor().variables[variable.name] = value;
-        return true;
-    }
-    KdDbDatabase* const database = currentDatabase();
-    if (!database)
-        return false;
-    if (variable.home == Home::computed)
-        return variable.write && variable.write(*database, value);
-    writeHeader(database->contents().header, headerName(variable, *database), variable.code, value);
-    return true;
 }
 
 std::optional<VariableValue> variableValueOf(const SystemVariable& variable, std::wstring_view text)
@@ -123,11 +45,10 @@ std::optional<VariableValue> variableValueOf(const SystemVariable& variable, std
     return whole ? std::optional<VariableValue>(static_cast<short>(*number)) : std::nullopt;
 }
 
-bool setVariable(std::wstring_view name, std::wstring_view text)
+bool setVariable(const SystemVariable& variable, std::wstring_view text)
 {
-    const SystemVariable* const variable = findVariable(name);
-    const auto value = variable ? variableValueOf(*variable, text) : std::nullopt;
-    return value && writeVariable(*variable, *value);
+    const std::optional<VariableValue> value = variableValueOf(variable, text);
+    return value && variable.write && variable.write(*value);
 }
 
 std::wstring textOf(const VariableValue& value)
@@ -188,7 +109,7 @@ int kdedGetVar(const wchar_t* name, resbuf* result)
     if (platform::gate("kdedGetVar", name) || !name || !result || !runningEditor())
         return RTERROR;
     const SystemVariable* const variable = findVariable(name);
-    const std::optional<VariableValue> value = variable ? readVariable(*variable) : std::nullopt;
+    const std::optional<VariableValue> value = variable ? variable->read() : std::nullopt;
     if (!value)
         return RTERROR;
     result->rbnext = nullptr;
@@ -202,5 +123,5 @@ int kdedSetVar(const wchar_t* name, const resbuf* value)
         return RTERROR;
     const SystemVariable* const variable = findVariable(name);
     const std::optional<VariableValue> given = variable ? valueIn(*value, *variable) : std::nullopt;
-    return given && writeVariable(*variable, *given) ? RTNORM : RTERROR;
+    return given && variable->write && variable->write(*given) ? RTNORM : RTERROR;
 }

@@ -3,6 +3,7 @@
 #include "ed/object_change.h"
 #include "ed/views.h"
 #include "objects/contents.h"
+#include "tables/drawing_settings.h"
 
 namespace korra::ed {
 namespace {
@@ -48,7 +49,7 @@ void setTileMode(KdDbDatabase& database, bool on)
 {
     if (database.tilemode() == on)
         return;
-    database.contents().header.setInteger("$TILEMODE", on);
+    DrawingSettings(database).set(settings::kTileMode, on ? 1 : 0);
     database.contents().enteredViewport.setNull();
 }
 

@@ -120,11 +120,6 @@ KdGeMatrix3d worldToDisplay(const View& view)
     return displayToWorld(view).inverse();
 }
 
-bool isSheetCurrent(const KdDbDatabase& database)
-{
-    return !database.tilemode() && database.contents().enteredViewport.isNull();
-}
-
 KdDbObjectId currentViewport(const KdDbDatabase& database)
 {
     if (database.tilemode()) {

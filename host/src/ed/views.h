@@ -25,9 +25,6 @@ struct View {
 KdGeMatrix3d displayToWorld(const View& view);
 KdGeMatrix3d worldToDisplay(const View& view);
 
-/// True while the sheet of a layout is worked on: no model tab, no floating viewport entered.
-bool isSheetCurrent(const KdDbDatabase& database);
-
 /// The viewport that input and view variables belong to; null when the drawing has none.
 KdDbObjectId currentViewport(const KdDbDatabase& database);
 

@@ -3,6 +3,7 @@
 #include "gi/extents_sink.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
+#include "tables/drawing_settings.h"
 
 #include <cmath>
 
@@ -91,12 +92,12 @@ void KdDbEntity::setDatabaseDefaults(KdDbDatabase* database)
 {
     if (!database || beginChange() != Kdapi::eOk)
         return;
-    const korra::DrawingHeader& header = database->contents().header;
+    const korra::DrawingSettings current(*database);
     layer_ = database->clayer();
     linetype_ = database->celtype();
-    linetypeScale_ = header.real("$CELTSCALE", 1.0);
-    color_.setColorIndex(static_cast<std::uint16_t>(header.integer("$CECOLOR", 256)));
-    lineWeight_ = static_cast<short>(header.integer("$CELWEIGHT", KdDb::kLnWtByLayer));
+    linetypeScale_ = current.get(korra::settings::kEntityLinetypeScale);
+    color_ = database->cecolor();
+    lineWeight_ = static_cast<short>(database->celweight());
 }
 
 Kdapi::ErrorStatus KdDbEntity::getGeomExtents(KdDbExtents& extents) const

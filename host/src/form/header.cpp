@@ -100,16 +100,25 @@ void DrawingHeader::setText(std::string_view name, std::wstring_view value, int 
         target.text = encoding_.encode(value);
 }
 
+void DrawingHeader::setCoordinate(std::string_view name, int code, double value)
+{
+    std::vector<HeaderValue>& values = findOrAppend(name).values;
+    auto target = std::ranges::find(values, code, &HeaderValue::code);
+    if (target == values.end())
+        target = values.insert(target, {code, {}});
+    setRealText(*target, value);
+}
+
+void DrawingHeader::setPoint(std::string_view name, const KdGePoint2d& value)
+{
+    setCoordinate(name, 10, value.x);
+    setCoordinate(name, 20, value.y);
+}
+
 void DrawingHeader::setPoint(std::string_view name, const KdGePoint3d& value)
 {
-    Variable& variable = findOrAppend(name);
-    for (const auto& [code, coordinate] :
-         {std::pair(10, value.x), std::pair(20, value.y), std::pair(30, value.z)}) {
-        auto target = std::ranges::find(variable.values, code, &HeaderValue::code);
-        if (target == variable.values.end())
-            target = variable.values.insert(target, {code, {}});
-        setRealText(*target, coordinate);
-    }
+    setPoint(name, KdGePoint2d(value.x, value.y));
+    setCoordinate(name, 30, value.z);
 }
 
 } // namespace korra

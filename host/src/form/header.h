@@ -38,9 +38,10 @@ public:
     bool has(std::string_view name) const { return find(name) != nullptr; }
 
     /// A setter writes the variable in its place, or at the end; `code` is used for a new one.
-    void setReal(std::string_view name, double value, int code = 40);
-    void setInteger(std::string_view name, int value, int code = 70);
+    void setReal(std::string_view name, double value, int code);
+    void setInteger(std::string_view name, int value, int code);
     void setText(std::string_view name, std::wstring_view value, int code);
+    void setPoint(std::string_view name, const KdGePoint2d& value);
     void setPoint(std::string_view name, const KdGePoint3d& value);
 
     const std::vector<Variable>& variables() const { return variables_; }
@@ -54,6 +55,7 @@ public:
 private:
     const Variable* find(std::string_view name) const;
     Variable& findOrAppend(std::string_view name);
+    void setCoordinate(std::string_view name, int code, double value);
 
     std::vector<Variable> variables_;
     TextEncoding encoding_;

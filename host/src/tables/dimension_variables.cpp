@@ -9,6 +9,8 @@ namespace korra {
 
 namespace {
 
+constexpr int kTextStyleVariable = 340; ///< group code of DIMTXSTY in a style
+
 constexpr double kAny = std::numeric_limits<double>::max();
 
 DimensionVariable flag(const wchar_t* name, int code, bool byDefault)
@@ -118,7 +120,7 @@ std::vector<DimensionVariable> makeTable()
             whole(L"DIMFIT", 287, 3, 0, 5),
             flag(L"DIMUPT", 288, false),
             whole(L"DIMATFIT", 289, 3, 0, 3),
-            reference(L"DIMTXSTY", 340),
+            reference(L"DIMTXSTY", kTextStyleVariable),
             reference(L"DIMLDRBLK", 341),
             reference(L"DIMBLK", 342),
             reference(L"DIMBLK1", 343),
@@ -166,6 +168,23 @@ short overrideValueCode(DimensionKind kind)
         return 1005;
     default:
         return 1070;
+    }
+}
+
+DimensionSetting settingOf(const DimensionVariable& variable)
+{
+    const SettingRange range{variable.minimum, variable.maximum};
+    switch (variable.kind) {
+    case DimensionKind::real:
+        return Setting<double>{variable.name, 40, variable.byDefault, range};
+    case DimensionKind::text:
+        return Setting<std::wstring>{variable.name, 1, L""};
+    case DimensionKind::reference:
+        if (variable.code == kTextStyleVariable)
+            return RecordSetting{{variable.name, 7, L"Standard"}, TableKind::textStyle};
+        return RecordSetting{{variable.name, 1, L""}, TableKind::block};
+    default:
+        return Setting<int>{variable.name, 70, static_cast<int>(variable.byDefault), range};
     }
 }
 

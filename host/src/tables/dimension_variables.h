@@ -1,8 +1,10 @@
 #pragma once
 
 #include "kd/db/tables.h"
+#include "tables/settings.h"
 
 #include <string_view>
+#include <variant>
 #include <vector>
 
 class KdDbDimension;
@@ -30,6 +32,13 @@ int dimensionVariableIndex(int code);
 
 /// The code that a value of this kind has in extended data: 1070, 1040, 1000 or 1005.
 short overrideValueCode(DimensionKind kind);
+
+/// The setting of a drawing that is a variable's current value: numbers as they are, and what a
+/// style refers to by its name.
+using DimensionSetting =
+    std::variant<Setting<int>, Setting<double>, Setting<std::wstring>, RecordSetting>;
+
+DimensionSetting settingOf(const DimensionVariable& variable);
 
 /// The default of a variable as a value of its kind.
 KdDbDimensionValue defaultValue(const DimensionVariable& variable);
