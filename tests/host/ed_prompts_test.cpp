@@ -1,10 +1,13 @@
-#include "ed/input.h"
+#include "ed/input_stream.h"
 #include "ed/number_text.h"
+#include "ed/script_lines.h"
 
 #include "platform/input.h"
 #include "support/host_test.h"
 
 #include <windows.h>
+
+#include <utility>
 
 using namespace tests;
 using ::testing::ElementsAre;
@@ -157,7 +160,7 @@ TEST_F(PromptsTest, KeysAreHeldUntilTheNextInputIsTaken)
     korra::ed::InputStream stream;
     for (const auto& each : cases) {
         platform::setButtonsSwapped(each.swapped);
-        stream.queueLine(each.line);
+        stream.queue().add(korra::ed::readInputLine(each.line));
         stream.take();
         EXPECT_TRUE(isHeld(each.key)) << each.line;
         EXPECT_FALSE(isHeld(VK_LBUTTON) && isHeld(VK_RBUTTON)) << each.line;
@@ -204,6 +207,42 @@ TEST_F(PromptsTest, TrackingTakesNoCommandInsteadOfTheCursor)
     EXPECT_EQ(trackOnce(), (Tracked{5, 1}));
     EXPECT_TRUE(korra::runCommands());
     EXPECT_THAT(printed(), HasSubstr("Command: REGEN"));
+}
+
+TEST_F(PromptsTest, ATerminalIsAskedByPromptsAloneAndShowsItsLinesItself)
+{
+    std::vector<std::string> lines = {"5"};
+    int asked = 0;
+    const auto read = [&]() -> std::optional<std::string> {
+        ++asked;
+        return lines.empty() ? std::nullopt : std::optional(std::exchange(lines, {}).front());
+    };
+    korra::setInputSource(read, korra::InputEcho::byUser);
+    EXPECT_EQ(trackOnce().first, 5);
+    EXPECT_EQ(asked, 0) << "where the cursor is needs nobody";
+
+    double number = 0.0;
+    EXPECT_EQ(askReal(number), RTNORM);
+    EXPECT_EQ(number, 5.0);
+    EXPECT_EQ(printed(), "\nHow much: ");
+    lines = {"6"};
+    EXPECT_EQ(askReal(number), RTNORM);
+    EXPECT_EQ(askReal(number), RTCAN);
+    lines = {"7"};
+    EXPECT_EQ(askReal(number), RTCAN) << "the end is for good";
+}
+
+TEST(TypedCharactersTest, WhatNoEnterHasEndedBeginsTheNextLine)
+{
+    korra::ed::EventQueue queue;
+    korra::ed::TypedCharacters typed(queue);
+    const auto read = [] { return std::optional<std::string>("3"); };
+    korra::ed::LineSource lines(read, korra::InputEcho::byHost, typed);
+    typed.type(L"1 2");
+    EXPECT_EQ(*korra::ed::typedText(queue.next().value()), L"1");
+    EXPECT_FALSE(queue.next());
+    EXPECT_EQ(lines.next()->echo, "23");
+    EXPECT_EQ(lines.next()->echo, "3");
 }
 
 TEST_F(PromptsTest, TrackedPointsFollowTheUserSystem)

@@ -2,6 +2,7 @@
 
 #include "ed/editor.h"
 #include "ed/prompts.h"
+#include "ed/typed_values.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
 #include "platform/text.h"
@@ -45,11 +46,12 @@ std::optional<int> askColor(int current)
         L"\nColour (0 to 256, BYBLOCK, BYLAYER) <" + nameOf(current) + L">: ";
     for (;;) {
         const InputEvent event = ask(prompt);
-        if (event.kind == InputEvent::Kind::escape)
+        if (isCancel(event))
             return std::nullopt;
         if (isEnter(event))
             return current;
-        if (const auto index = indexOf(event.text))
+        const std::wstring* const text = typedText(event);
+        if (const auto index = text ? indexOf(*text) : std::nullopt)
             return index;
         printLine(L"Not a colour.");
     }

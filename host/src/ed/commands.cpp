@@ -91,10 +91,10 @@ bool runCommands()
     while (!editor().quitting) {
         editor().commandLine.freshLine();
         const InputEvent event = ask(L"Command: ");
-        if (event.atEnd)
+        if (event.is<EndEvent>())
             break;
-        if (event.kind == InputEvent::Kind::text)
-            allKnown = runCommand(event.text) && allKnown;
+        if (const std::wstring* const name = typedText(event))
+            allKnown = runCommand(*name) && allKnown;
     }
     editor().commandLine.freshLine();
     return allKnown;

@@ -2,6 +2,7 @@
 
 #include "drawing/layouts.h"
 #include "ed/editor.h"
+#include "ed/typed_values.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "objects/contents.h"

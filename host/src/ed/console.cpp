@@ -2,6 +2,7 @@
 
 #include "ed/commands.h"
 #include "ed/editor.h"
+#include "ed/script_lines.h"
 #include "ed/system_variables.h"
 #include "platform/text.h"
 
@@ -20,12 +21,13 @@ std::string takePrintedText()
 
 void queueInput(const std::string& utf8Line)
 {
-    ed::editor().input.queueLine(utf8Line);
+    ed::editor().input.queue().add(ed::readInputLine(utf8Line));
 }
 
 void setInputSource(std::function<std::optional<std::string>()> source, InputEcho echo)
 {
-    ed::editor().input.setSource(std::move(source), echo == InputEcho::byUser);
+    ed::InputStream& input = ed::editor().input;
+    input.setSource(std::make_unique<ed::LineSource>(std::move(source), echo, input.typed()));
 }
 
 bool runCommands()

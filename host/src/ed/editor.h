@@ -3,7 +3,7 @@
 #include "ap/documents.h"
 #include "ed/command_line.h"
 #include "ed/host_settings.h"
-#include "ed/input.h"
+#include "ed/input_stream.h"
 #include "ed/main_window.h"
 #include "ed/prompt_rules.h"
 #include "ed/selection_sets.h"
@@ -29,7 +29,7 @@ struct EditorState {
 
     ed::CommandLine commandLine;
     ed::InputStream input;
-    ed::MainWindow mainWindow{input};
+    ed::MainWindow mainWindow{input.typed()};
     ed::SelectionSets selectionSets;
 
     ed::HostSettings hostSettings;

@@ -25,7 +25,7 @@ KdDbDatabase& drawing()
 void setVariableCommand()
 {
     std::wstring name;
-    if (askText(L"\nVariable name: ", true, name) != RTNORM)
+    if (askText(L"\nVariable name: ", Blanks::inText, name) != RTNORM)
         return;
     const SystemVariable* const variable = findVariable(name);
     const auto current = variable ? variable->read() : std::nullopt;
@@ -36,7 +36,7 @@ void setVariableCommand()
     std::wstring text;
     const std::wstring prompt =
         L"\nNew value for " + variable->name + L" <" + textOf(*current) + L">: ";
-    if (askText(prompt, true, text) != RTNORM || text.empty())
+    if (askText(prompt, Blanks::inText, text) != RTNORM || text.empty())
         return;
     if (!setVariable(*variable, text))
         printLine(variable->name + L" cannot be set to \"" + text + L"\".");
@@ -56,7 +56,7 @@ std::optional<KdGeMatrix3d> systemOfPoints(const KdGePoint3d& origin, const KdGe
 void restoreOrSaveSystem()
 {
     std::wstring name;
-    if (askText(L"\nName of the coordinate system: ", true, name) != RTNORM)
+    if (askText(L"\nName of the coordinate system: ", Blanks::inText, name) != RTNORM)
         return;
     if (!restoreUserSystem(drawing(), name) && !saveUserSystem(drawing(), name))
         printLine(L"\"" + name + L"\" cannot be the name of a coordinate system.");
@@ -92,7 +92,7 @@ void userSystemCommand()
 void layoutCommand()
 {
     std::wstring name;
-    if (askText(L"\nLayout: ", true, name) != RTNORM)
+    if (askText(L"\nLayout: ", Blanks::inText, name) != RTNORM)
         return;
     if (setCurrentLayout(drawing().contents(), name) != Kdapi::eOk)
         printLine(L"There is no layout \"" + name + L"\".");

@@ -25,7 +25,7 @@ LRESULT MainWindow::onMessage(UINT message, WPARAM, LPARAM lParam)
     const auto& record = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     if (record.dwData != kCommandText || !record.lpData)
         return FALSE;
-    input_.type(copiedText(record));
+    commands_.type(copiedText(record));
     return TRUE;
 }
 

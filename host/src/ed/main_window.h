@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ed/input.h"
+#include "ed/input_sources.h"
 #include "platform/window.h"
 
 #include <afxwin.h>
@@ -11,8 +11,8 @@ namespace korra::ed {
 
 /// The host's main window: it takes copied text as typed command input.
 struct MainWindow final : HWND__ {
-    /// @param input  where the commands go; outlives the window
-    explicit MainWindow(InputStream& input) : input_(input) { frame.m_hWnd = this; }
+    /// @param commands  where command text goes; outlives the window
+    explicit MainWindow(TypedCharacters& commands) : commands_(commands) { frame.m_hWnd = this; }
 
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -20,7 +20,7 @@ struct MainWindow final : HWND__ {
     CWnd frame; ///< the window as the window framework has it
 
 private:
-    InputStream& input_;
+    TypedCharacters& commands_;
 };
 
 } // namespace korra::ed

@@ -15,8 +15,6 @@
 namespace korra::ed {
 namespace {
 
-using Kind = InputEvent::Kind;
-
 std::vector<PickHit> hitsIn(KdDbObjectId block, const KdGeMatrix3d& toPixels,
                             const KdGePoint3d& world, const KdGeMatrix3d& worldToPixel,
                             PickSink::Keep keep)
@@ -92,15 +90,15 @@ int askPick(std::wstring_view prompt, PickDepth depth, NestedPick& pick)
     const PromptRules rules = takeRules();
     while (true) {
         const InputEvent event = ask(prompt);
-        if (event.kind == Kind::escape)
+        if (isCancel(event))
             return RTCAN;
         if (isKeyword(event, rules))
             return RTKWORD;
-        if (event.point && event.kind != Kind::miss)
-            return pickAt(*event.point, depth, pick) ? RTNORM : RTERROR;
+        if (const auto* const click = event.as<PointEvent>())
+            return pickAt(click->point, depth, pick) ? RTNORM : RTERROR;
         if (isFreeText(event, rules))
             return RTSTR;
-        if (event.kind != Kind::text)
+        if (!event.is<TextEvent>())
             return RTERROR;
         printLine(L"Not a point or an entity.");
     }

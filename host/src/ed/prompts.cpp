@@ -1,6 +1,7 @@
 #include "ed/prompts.h"
 
 #include "ed/editor.h"
+#include "ed/typed_values.h"
 #include "ed/user_system.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
@@ -12,8 +13,6 @@
 namespace korra::ed {
 namespace {
 
-using Kind = InputEvent::Kind;
-
 void moveCursor(const KdGePoint3d& userPoint)
 {
     const KdDbDatabase* const database = currentDatabase();
@@ -24,12 +23,12 @@ void moveCursor(const KdGePoint3d& userPoint)
 void show(const InputEvent& event)
 {
     CommandLine& line = editor().commandLine;
-    if (event.atEnd)
+    if (event.is<EndEvent>())
         line.freshLine();
-    else if (event.shown)
-        line.lineEndedByUser();
+    else if (event.echo)
+        line.echo(*event.echo);
     else
-        line.echo(event.line);
+        line.lineEndedByUser();
 }
 
 void sayInvalid(const wchar_t* what)
@@ -37,16 +36,10 @@ void sayInvalid(const wchar_t* what)
     printLine(std::wstring(L"Not ") + what + L'.');
 }
 
-/// The point of a click, or of a text that reads as one.
-std::optional<KdGePoint3d> pointOf(const InputEvent& event)
-{
-    return event.kind == Kind::escape ? std::nullopt : event.point;
-}
-
 /// What every prompt takes before what it asks for; nullopt: none of that.
 std::optional<int> commonAnswer(const InputEvent& event, const PromptRules& rules)
 {
-    if (event.kind == Kind::escape)
+    if (isCancel(event))
         return RTCAN;
     if (isEnter(event) && !rules.has(PromptRules::kNoEnter))
         return RTNONE;
@@ -66,8 +59,8 @@ bool isTaken(double number, const PromptRules& rules)
 InputEvent nextEvent()
 {
     InputEvent event = editor().input.take();
-    if (event.point)
-        moveCursor(*event.point);
+    if (const auto place = placeOf(event))
+        moveCursor(*place);
     return event;
 }
 
@@ -75,7 +68,7 @@ InputEvent ask(std::wstring_view prompt)
 {
     editor().commandLine.print(platform::toUtf8(prompt));
     InputEvent event = nextEvent();
-    while (event.kind == Kind::move)
+    while (event.is<MoveEvent>())
         event = nextEvent();
     editor().cursorReported = false;
     show(event);
@@ -87,14 +80,10 @@ PromptRules takeRules()
     return std::exchange(editor().rules, {});
 }
 
-bool isEnter(const InputEvent& event)
-{
-    return event.kind == Kind::enter || event.kind == Kind::space || event.kind == Kind::secondary;
-}
-
 bool isKeyword(const InputEvent& event, const PromptRules& rules)
 {
-    const auto keyword = event.kind == Kind::text ? rules.keywords.find(event.text) : std::nullopt;
+    const std::wstring* const text = typedText(event);
+    const auto keyword = text ? rules.keywords.find(*text) : std::nullopt;
     if (keyword)
         editor().lastInput = *keyword;
     return keyword.has_value();
@@ -102,9 +91,10 @@ bool isKeyword(const InputEvent& event, const PromptRules& rules)
 
 bool isFreeText(const InputEvent& event, const PromptRules& rules)
 {
-    if (event.kind != Kind::text || !rules.has(PromptRules::kAnyText))
+    const std::wstring* const text = typedText(event);
+    if (!text || !rules.has(PromptRules::kAnyText))
         return false;
-    editor().lastInput = event.text;
+    editor().lastInput = *text;
     return true;
 }
 
@@ -115,7 +105,7 @@ int askPoint(std::wstring_view prompt, KdGePoint3d& point)
         const InputEvent event = ask(prompt);
         if (const std::optional<int> status = commonAnswer(event, rules))
             return *status;
-        if (const std::optional<KdGePoint3d> given = pointOf(event)) {
+        if (const std::optional<KdGePoint3d> given = placeOf(event)) {
             point = *given;
             currentDocument()->editor->lastPoint = point;
             return RTNORM;
@@ -133,7 +123,8 @@ int askReal(std::wstring_view prompt, double& number)
         const InputEvent event = ask(prompt);
         if (const std::optional<int> status = commonAnswer(event, rules))
             return *status;
-        const auto given = event.kind == Kind::text ? readReal(event.text) : std::nullopt;
+        const std::wstring* const text = typedText(event);
+        const auto given = text ? readReal(*text) : std::nullopt;
         if (given && isTaken(*given, rules)) {
             number = *given;
             return RTNORM;
@@ -144,20 +135,20 @@ int askReal(std::wstring_view prompt, double& number)
     }
 }
 
-int askText(std::wstring_view prompt, bool allowBlanks, std::wstring& text)
+int askText(std::wstring_view prompt, Blanks blanks, std::wstring& text)
 {
     const PromptRules rules = takeRules();
     while (true) {
         const InputEvent event = ask(prompt);
-        if (event.kind == Kind::escape)
+        if (isCancel(event))
             return RTCAN;
-        const bool blank = event.kind == Kind::space && allowBlanks;
-        if (isEnter(event) && !blank && rules.has(PromptRules::kNoEnter))
+        const std::wstring* const typed = typedText(event);
+        const bool blank = event.is<KeyEvent>() && blanks == Blanks::inText;
+        const bool enter = isEnter(event) && !blank;
+        if (!typed && !blank && (!enter || rules.has(PromptRules::kNoEnter)))
             continue;
-        if (!isEnter(event) && event.kind != Kind::text)
-            continue;
-        text = blank ? L" " : event.text;
-        if (!allowBlanks)
+        text = blank ? L" " : typed ? *typed : L"";
+        if (blanks == Blanks::endText)
             text.erase(std::min(text.find(L' '), text.size()));
         return RTNORM;
     }
@@ -215,7 +206,8 @@ int kdedGetString(int allowBlanks, const wchar_t* prompt, wchar_t* result, std::
     if (platform::gate("kdedGetString", prompt) || !result || size == 0 || !runningEditor())
         return RTERROR;
     std::wstring text;
-    const int status = askText(orNothing(prompt), allowBlanks != 0, text);
+    const int status =
+        askText(orNothing(prompt), allowBlanks ? Blanks::inText : Blanks::endText, text);
     return status == RTNORM ? give(text, result, size) : status;
 }
 

@@ -4,6 +4,7 @@
 #include "ed/editor.h"
 #include "ed/number_text.h"
 #include "ed/setting_variables.h"
+#include "ed/typed_values.h"
 #include "kd/ed.h"
 #include "platform/gate.h"
 #include "platform/text.h"

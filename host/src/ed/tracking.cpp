@@ -7,7 +7,6 @@
 namespace {
 
 using namespace korra;
-using Kind = ed::InputEvent::Kind;
 
 /// What kdedGrRead() calls the kinds of input.
 enum TrackedKind : int { kKey = 2, kPoint = 3, kMove = 5, kSecondaryClick = 25 };
@@ -46,25 +45,21 @@ int giveNextTypedKey(int& type, resbuf& result)
 
 int giveEvent(const ed::InputEvent& event, int& type, resbuf& result)
 {
-    switch (event.kind) {
-    case Kind::escape:
+    if (ed::isCancel(event))
         return RTCAN;
-    case Kind::secondary:
-        return givePoint(kSecondaryClick, type, result);
-    case Kind::enter:
+    if (event.is<ed::EnterEvent>())
         return giveKey(kEnterKey, type, result);
-    case Kind::space:
-        return giveKey(L' ', type, result);
-    case Kind::move:
-        return givePoint(kMove, type, result);
-    case Kind::text:
-        if (event.point)
-            return givePoint(kPoint, type, result);
-        ed::editor().keysToReport = event.text + kEnterKey;
+    if (const auto* const pressed = event.as<ed::KeyEvent>())
+        return giveKey(pressed->key, type, result);
+    if (const auto* const text = event.as<ed::TextEvent>()) {
+        ed::editor().keysToReport = text->text + kEnterKey;
         return giveNextTypedKey(type, result);
-    default:
-        return givePoint(kPoint, type, result);
     }
+    if (event.is<ed::MoveEvent>())
+        return givePoint(kMove, type, result);
+    const auto* const click = event.as<ed::ButtonEvent>();
+    const bool secondary = click && click->button == ed::Button::secondary;
+    return givePoint(secondary ? kSecondaryClick : kPoint, type, result);
 }
 
 } // namespace
@@ -82,9 +77,9 @@ int kdedGrRead(int track, int* type, resbuf* result)
         return givePoint(kMove, *type, *result);
     while (true) {
         const ed::InputEvent event = ed::nextEvent();
-        if (event.atEnd && reportsMoves)
+        if (event.is<ed::EndEvent>() && reportsMoves)
             return givePoint(kMove, *type, *result);
-        if (event.kind != Kind::move || reportsMoves)
+        if (!event.is<ed::MoveEvent>() || reportsMoves)
             return giveEvent(event, *type, *result);
     }
 }
