@@ -157,6 +157,19 @@ TEST_F(EdCoordinatesTest, TheSheetAndAnEnteredViewportHaveTheirOwnViews)
     const auto pixels = korra::ed::currentPixels(database());
     EXPECT_NEAR(pixels.width / pixels.height, 4.0 / 3.0, 1e-12);
     EXPECT_LT(pixels.height, 600.0);
+
+    // What is asked for is shown whole, in a window of whatever shape.
+    ASSERT_EQ(Open<KdDbViewport>(viewport)->setWidth(1.5), Kdapi::eOk);
+    for (const auto& [wide, high, fitting] :
+         {std::tuple(8.0, 3.0, 16.0), std::tuple(2.0, 5.0, 5.0)}) {
+        EXPECT_TRUE(korra::ed::setCurrentWindow(database(), {2, 3}, wide, high));
+        const Open<KdDbViewport> shown(viewport, KdDb::kForRead);
+        EXPECT_DOUBLE_EQ(shown->viewHeight(), fitting);
+        EXPECT_EQ(shown->viewCenter(), KdGePoint2d(2, 3));
+    }
+    addEntityToBlock(L"*Model_Space", new KdDbLine({110, 50, 0}, {118, 52, 0}));
+    EXPECT_TRUE(korra::ed::zoomExtents(database()));
+    EXPECT_DOUBLE_EQ(Open<KdDbViewport>(viewport, KdDb::kForRead)->viewHeight(), 16.0);
     ASSERT_TRUE(korra::setVariable("CVPORT", "1"));
     EXPECT_EQ(kdedGetCurViewportObjectId(), sheet);
 }

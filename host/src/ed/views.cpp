@@ -71,13 +71,20 @@ double screenAspect()
     return static_cast<double>(options.screenWidth) / options.screenHeight;
 }
 
-/// A window of the screen's shape around a box in display coordinates.
+/// Width by height of what the current view is shown in.
+double currentAspect(const KdDbDatabase& database)
+{
+    const PixelSize size = currentPixels(database);
+    return size.width / size.height;
+}
+
+/// A window of a shape around a box in display coordinates.
 struct Window {
     KdGePoint2d center = kEmptyCenter;
     double height = kEmptyHeight;
 };
 
-Window windowAround(const KdGeExtents3d& box)
+Window windowAround(const KdGeExtents3d& box, double aspect)
 {
     Window window;
     if (box.isEmpty())
@@ -85,7 +92,7 @@ Window windowAround(const KdGeExtents3d& box)
     const KdGeVector3d size = box.maxPoint() - box.minPoint();
     const KdGePoint3d middle = box.minPoint() + size * 0.5;
     window.center = {middle.x, middle.y};
-    window.height = std::max(size.y, size.x / screenAspect());
+    window.height = std::max(size.y, size.x / aspect);
     if (window.height <= 0.0)
         window.height = 1.0;
     return window;
@@ -155,7 +162,7 @@ View currentView(const KdDbDatabase& database)
 bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double width,
                       double height)
 {
-    const double fitting = std::max(height, width / screenAspect());
+    const double fitting = std::max(height, width / currentAspect(database));
     if (!std::isfinite(fitting) || fitting <= 0.0)
         return false;
     const KdDbObjectId current = currentViewport(database);
@@ -215,7 +222,7 @@ bool zoomExtents(KdDbDatabase& database)
     const KdGeExtents3d box = currentSpaceExtents(database, worldToDisplay(currentView(database)));
     if (box.isEmpty())
         return false;
-    const Window window = windowAround(box);
+    const Window window = windowAround(box, currentAspect(database));
     return setCurrentWindow(database, window.center, 0.0, window.height);
 }
 
@@ -227,7 +234,7 @@ void fitNewView(KdDbDatabase& database)
     if (!std::exchange(contents.activeViewMade, false) || !model)
         return;
     if (ObjectChange<KdDbViewportTableRecord> tile(id); tile) {
-        showWindow(*tile, windowAround(extentsOf(model->objectId(), {})));
+        showWindow(*tile, windowAround(extentsOf(model->objectId(), {}), screenAspect()));
         id.slot()->changed = false; // it follows from the drawing: no change for its file to hold
     }
 }
