@@ -72,6 +72,9 @@ TEST_F(TableTest, NamesStayUniqueWhenTheyChange)
     EXPECT_EQ(record->setName(L"WALLS"), Kdapi::eDuplicateKey);
     EXPECT_EQ(record->setName(L""), Kdapi::eInvalidKey);
     EXPECT_EQ(record->setName(L"DOORS"), Kdapi::eOk); // its own name in another case
+    erase(addLayer(L"Gone"));
+    EXPECT_EQ(record->setName(L"gone"), Kdapi::eOk) << "the name of an erased record is free";
+    EXPECT_EQ(record->setName(L"DOORS"), Kdapi::eOk);
     EXPECT_EQ(record->name(), std::wstring(L"DOORS"));
 }
 
@@ -81,7 +84,9 @@ TEST_F(TableTest, IteratorsWalkBothWaysAndSkipWhatIsErased)
     const KdDbObjectId a = addLayer(L"A");
     const KdDbObjectId b = addLayer(L"B");
     const KdDbObjectId c = addLayer(L"C");
+    const KdDbObjectId last = addLayer(L"Last");
     erase(b);
+    erase(last);
     const auto walk = [&](bool forward, bool skipErased) {
         KdDbSymbolTableIterator* created = nullptr;
         EXPECT_EQ(layers()->newIterator(created, forward, skipErased), Kdapi::eOk);
@@ -97,8 +102,9 @@ TEST_F(TableTest, IteratorsWalkBothWaysAndSkipWhatIsErased)
         return ids;
     };
     EXPECT_THAT(walk(true, true), ElementsAre(zero, a, c));
-    EXPECT_THAT(walk(true, false), ElementsAre(zero, a, b, c));
+    EXPECT_THAT(walk(true, false), ElementsAre(zero, a, b, c, last));
     EXPECT_THAT(walk(false, true), ElementsAre(c, a, zero));
+    EXPECT_THAT(walk(false, false), ElementsAre(last, c, b, a, zero));
 }
 
 TEST_F(TableTest, TheUcsOfTheActiveTileIsTheCurrentOne)
@@ -124,6 +130,69 @@ TEST_F(TableTest, TheUcsOfTheActiveTileIsTheCurrentOne)
     erase(saved);
     EXPECT_EQ(tile->setUcs(saved), Kdapi::eWasErased);
     EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d(4, 5, 6));
+}
+
+TEST_F(TableTest, AViewKeepsItsWidthWhenItsHeightChangesAndIsNeverFlat)
+{
+    const auto id = addRecord<KdDbViewportTable, KdDbViewportTableRecord>(L"Saved");
+    const Open<KdDbViewportTableRecord> tile(id);
+    EXPECT_EQ(tile->setHeight(4), Kdapi::eOk);
+    EXPECT_EQ(tile->setWidth(6), Kdapi::eOk);
+    EXPECT_EQ(tile->setHeight(0.5), Kdapi::eOk);
+    EXPECT_DOUBLE_EQ(tile->width(), 6.0);
+    EXPECT_EQ(tile->setWidth(0.25), Kdapi::eOk);
+    EXPECT_DOUBLE_EQ(tile->height(), 0.5);
+    EXPECT_EQ(tile->setHeight(0), Kdapi::eInvalidView);
+    EXPECT_EQ(tile->setWidth(0), Kdapi::eInvalidView);
+    EXPECT_EQ(tile->setViewDirection({0, 0, 0}), Kdapi::eInvalidView);
+    EXPECT_DOUBLE_EQ(tile->width() / tile->height(), 0.5);
+
+    EXPECT_EQ(tile->setUcs({7, 8, 9}, KdGeVector3d::kXAxis, KdGeVector3d::kYAxis), Kdapi::eOk);
+    EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d()) << "not the active view's";
+}
+
+TEST_F(TableTest, FontsOfAStyleComeBackAndLeaveOtherData)
+{
+    const auto id = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
+    const Open<KdDbTextStyleTableRecord> style(id);
+    auto& data = korra::ObjectAccess::extras(*style).xData;
+    const std::vector<korra::TypedValue> other = {{1001, std::wstring(L"OTHER")},
+                                                  {1000, std::wstring(L"note")}};
+    data = other;
+    const std::wstring longest(31, L'x');
+
+    struct {
+        const wchar_t* face;
+        bool bold, italic;
+        int characterSet, pitch, family;
+        Kdapi::ErrorStatus status;
+    } const cases[] = {{L"Roman", false, true, 0, 2, 16, Kdapi::eOk},
+                       {longest.c_str(), true, false, 255, 15, 240, Kdapi::eOk},
+                       {L"Roman", true, true, 134, 0, 0, Kdapi::eOk},
+                       {(longest + L"x").c_str(), false, false, 0, 0, 0, Kdapi::eInvalidInput},
+                       {L"A", false, false, 256, 0, 0, Kdapi::eInvalidInput},
+                       {L"A", false, false, 0, -1, 0, Kdapi::eInvalidInput},
+                       {L"A", false, false, 0, 0, 256, Kdapi::eInvalidInput},
+                       {nullptr, false, false, 0, 0, 0, Kdapi::eInvalidInput}};
+
+    for (const auto& each : cases) {
+        EXPECT_EQ(style->setFont(each.face, each.bold, each.italic, each.characterSet, each.pitch,
+                                 each.family),
+                  each.status);
+        if (each.status != Kdapi::eOk)
+            continue;
+        std::wstring face;
+        bool bold = false;
+        bool italic = false;
+        int numbers[3] = {};
+        style->font(face, bold, italic, numbers[0], numbers[1], numbers[2]);
+        EXPECT_EQ(face, each.face);
+        EXPECT_EQ(std::pair(bold, italic), std::pair(each.bold, each.italic));
+        EXPECT_THAT(numbers, ElementsAre(each.characterSet, each.pitch, each.family));
+    }
+    EXPECT_EQ(data.size(), 5u);
+    EXPECT_EQ(style->setFont(L"", false, false, 0, 0, 0), Kdapi::eOk);
+    EXPECT_EQ(data, other);
 }
 
 class BlockTest : public HostTest {

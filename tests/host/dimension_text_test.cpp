@@ -1,46 +1,14 @@
-#include "support/host_test.h"
+#include "dimension_test.h"
 
 #include "dimensions/dimension_text.h"
-#include "objects/object_access.h"
-#include "tables/dimension_variables.h"
 
 #include <numbers>
 
 using namespace tests;
-using korra::ObjectAccess;
 
 namespace {
 
-/// Variables of a style by name.
-using Changes = std::vector<std::pair<const wchar_t*, KdDbDimensionValue>>;
-
-class DimensionTextTest : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        id_ = addEntity(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0}));
-    }
-
-    const KdDbDimension& dimension() const
-    {
-        return *KdDbDimension::cast(ObjectAccess::object(id_));
-    }
-
-    /// Gives the style of the dimension its defaults with some variables changed.
-    void restyle(const Changes& changes) const
-    {
-        auto* style = ObjectAccess::live<KdDbDimStyleTableRecord>(dimension().dimensionStyle());
-        std::vector<KdDbDimensionValue>& values = ObjectAccess::values(*style);
-        for (std::size_t i = 0; i < values.size(); ++i)
-            values[i] = korra::defaultValue(korra::dimensionVariables()[i]);
-        for (const auto& [name, value] : changes)
-            values.at(static_cast<std::size_t>(korra::dimensionVariableIndex(name))) = value;
-    }
-
-private:
-    KdDbObjectId id_;
-};
+class DimensionTextTest : public DimensionTest {};
 
 TEST_F(DimensionTextTest, LengthsFollowTheStyle)
 {

@@ -37,6 +37,8 @@ std::vector<std::unique_ptr<KdDbCurve>> sampleCurves()
     curves.push_back(std::make_unique<KdDbArc>(KdGePoint3d(1, 2, 0), 3.0, 5.5, 1.2));
     curves.push_back(std::make_unique<KdDbArc>(KdGePoint3d(1, 2, 3), tilted, 3.0, 0.5, 4.0));
     curves.push_back(std::make_unique<KdDbCircle>(KdGePoint3d(1, 2, 3), tilted, 3.0));
+    curves.push_back(std::make_unique<KdDbArc>(KdGePoint3d(1, 2, 3), tilted, 0.4, 0.5, 4.0));
+    curves.push_back(std::make_unique<KdDbCircle>(KdGePoint3d(1, 2, 3), tilted, 0.5));
     curves.push_back(roundedCorner());
     curves.push_back(ofVertices<KdDb2dPolyline>(
         {{{0, 0, 0}, 0.4}, {{5, 0, 0}, 0.0}, {{5, 5, 0}, -0.8}, {{0, 9, 0}, 0.0}}));
@@ -104,6 +106,7 @@ TEST_F(EntityCurvesTest, ClosestPointOfAnExtendedArcLiesOnItsCircle)
     ASSERT_EQ(arc.getClosestPointTo({-9, 0, 0}, nearest, true), Kdapi::eOk);
     EXPECT_TRUE(nearest.isEqualTo({-5, 0, 0}));
 
+    EXPECT_EQ(KdDbArc({0, 0, 0}, 0.0, 0.0, 1.0).geometry(), nullptr);
     const KdDbCircle point({0, 0, 0}, KdGeVector3d::kZAxis, 0.0);
     EXPECT_EQ(point.getClosestPointTo({1, 1, 1}, nearest), Kdapi::eDegenerateGeometry);
     EXPECT_TRUE(nearest.isEqualTo({-5, 0, 0}));

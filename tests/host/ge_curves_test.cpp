@@ -198,6 +198,29 @@ TEST(GeCurve, SimilaritiesCarryEveryPointAndReversalTurnsTheParameter)
     });
 }
 
+TEST(GeCircArc, RunsCounterClockwiseAboutItsNormalHoweverItIsMovedAndReversed)
+{
+    onAllCurves([](const KdGeCurve3d& curve) {
+        for (const KdGeMatrix3d& matrix : similarities())
+            for (const bool isReversed : {false, true}) {
+                const auto moved = curve.clone();
+                moved->transformBy(matrix);
+                if (isReversed)
+                    moved->reverse();
+                const auto* const arc = dynamic_cast<const KdGeCircArc3d*>(moved.get());
+                if (!arc)
+                    return;
+                const KdGeVector3d x = arc->refVec();
+                const KdGeVector3d y = arc->normal().crossProduct(x);
+                for (const double angle : {arc->startAng(), arc->endAng(), 1.0}) {
+                    const KdGePoint3d expected =
+                        arc->center() + (x * std::cos(angle) + y * std::sin(angle)) * arc->radius();
+                    EXPECT_LE(arc->evalPoint(angle).distanceTo(expected), 1e-8) << angle;
+                }
+            }
+    });
+}
+
 TEST(GeCurve, LengthsAgreeWithMeasuredOnes)
 {
     onAllCurves([](const KdGeCurve3d& curve) {

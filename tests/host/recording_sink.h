@@ -8,7 +8,7 @@
 
 namespace tests {
 
-/// Keeps what is drawn, in the coordinates of the sink.
+/// Keeps what is drawn and how it looks, in the coordinates of the sink.
 class RecordingSink final : public korra::DrawSink {
 public:
     RecordingSink() : DrawSink(korra::Looks::shown) {}
@@ -16,11 +16,23 @@ public:
     struct Segment {
         KdGePoint3d start;
         KdGePoint3d end;
+        korra::Traits traits;
     };
+
+    struct Text : korra::TextRun {
+        korra::Traits traits;
+    };
+
+    void beginEntity(KdDbObjectId, const korra::Traits& traits) override
+    {
+        traits_.push_back(traits);
+    }
+
+    void endEntity() override { traits_.pop_back(); }
 
     void segment(const KdGePoint3d& start, const KdGePoint3d& end) override
     {
-        segments.push_back({transform() * start, transform() * end});
+        segments.push_back({transform() * start, transform() * end, traits_.back()});
     }
 
     void curve(const KdGeCurve3d& curve) override
@@ -33,13 +45,16 @@ public:
 
     void text(const korra::TextRun& run) override
     {
-        texts.push_back(run);
+        texts.push_back({run, traits_.back()});
         texts.back().frame = transform() * run.frame;
     }
 
     std::vector<Segment> segments;
     std::vector<std::unique_ptr<KdGeCurve3d>> curves;
-    std::vector<korra::TextRun> texts;
+    std::vector<Text> texts;
+
+private:
+    std::vector<korra::Traits> traits_ = {{}}; ///< of the entities that are being drawn
 };
 
 /// What an entity draws.

@@ -1,3 +1,4 @@
+#include "dxf_samples.h"
 #include "gi/text_codes.h"
 #include "support/ge_samples.h"
 #include "support/host_test.h"
@@ -129,6 +130,59 @@ TEST_F(TextLayoutTest, MirroredTextKeepsItsBox)
     const auto after = korra::layOutText(text).corners();
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_LT(after[i].distanceTo(mirror * before[i]), 1e-12);
+}
+
+TEST_F(TextLayoutTest, BackwardTextRunsBackFromItsPointAndTextUpsideDownHangsFromIt)
+{
+    // Generation flags, the directions of the line and of the letters' height.
+    const std::tuple<const char*, double, double> cases[] = {
+        {"0", 1, 1}, {"2", -1, 1}, {"4", 1, -1}, {"6", -1, -1}};
+    for (const auto& [flags, along, up] : cases) {
+        const auto drawing = dxf::readWhole(dxf::withEntities(
+            std::string("0 TEXT; 5 A; 8 0; 10 3; 20 4; 40 2; 1 word; 71 ") + flags));
+        const auto corners = korra::layOutText(*dxf::find<KdDbText>(*drawing, 0xA)).corners();
+        EXPECT_LT(corners[0].distanceTo({3, 4, 0}), 1e-12);
+        EXPECT_GT((corners[1].x - 3) * along, 3.0) << flags;
+        EXPECT_NEAR(corners[3].y - 4, 2 * up, 1e-12) << flags;
+    }
+}
+
+TEST_F(TextLayoutTest, ValuesThatMeanNothingAreRefused)
+{
+    KdDbText text({1, 2, 0}, L"word", 2.0);
+    KdDbMText lines;
+    const std::pair<Kdapi::ErrorStatus, const char*> refused[] = {
+        {text.setTextString(nullptr), "text"},      {text.setHeight(0.0), "height"},
+        {text.setWidthFactor(0.0), "width factor"}, {text.setHorizontalMode(-1), "left of left"},
+        {text.setHorizontalMode(6), "beyond fit"},  {text.setVerticalMode(-1), "below base line"},
+        {text.setVerticalMode(4), "above top"},     {lines.setContents(nullptr), "contents"},
+        {lines.setTextHeight(0.0), "text height"},  {lines.setWidth(-0.5), "width"},
+        {lines.setAttachment(0), "attachment 0"},   {lines.setAttachment(10), "attachment 10"},
+        {lines.setNormal({0, 0, 0}), "normal"}};
+    for (const auto& [status, what] : refused)
+        EXPECT_EQ(status, Kdapi::eInvalidInput) << what;
+    EXPECT_EQ(text.setTextStyle({}), Kdapi::eNullObjectId);
+    EXPECT_EQ(lines.setTextStyle({}), Kdapi::eNullObjectId);
+    const Kdapi::ErrorStatus taken[] = {text.setHeight(0.5),       text.setWidthFactor(0.5),
+                                        text.setHorizontalMode(0), text.setHorizontalMode(5),
+                                        text.setVerticalMode(0),   text.setVerticalMode(3),
+                                        lines.setTextHeight(0.5),  lines.setWidth(0.0),
+                                        lines.setAttachment(1),    lines.setAttachment(9)};
+    EXPECT_THAT(taken, ::testing::Each(Kdapi::eOk));
+}
+
+TEST_F(TextLayoutTest, ATurnedPlaneKeepsTheRotationAndFilesMayGiveItAsAnAngle)
+{
+    KdDbMText text;
+    text.setRotation(0.7);
+    EXPECT_EQ(text.setNormal({0, 3, 4}), Kdapi::eOk);
+    EXPECT_NEAR(text.rotation(), 0.7, 1e-12);
+
+    const auto drawing = dxf::readWhole(
+        dxf::withEntities("0 MTEXT; 5 A; 8 0; 10 1; 20 1; 40 2; 1 a\\Pb; 44 1.5; 50 90"));
+    const auto* const read = dxf::find<KdDbMText>(*drawing, 0xA);
+    EXPECT_NEAR(read->rotation(), kPi / 2, 1e-12);
+    EXPECT_NEAR(read->actualHeight(), 2 + 1.5 * 2 * 5 / 3, 1e-12);
 }
 
 TEST_F(TextLayoutTest, FormCodesOfMultilineTextAreRead)
