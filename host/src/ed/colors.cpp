@@ -29,9 +29,10 @@ std::wstring nameOf(int index)
 /// The index that a text means: a number from 0 to 256, BYBLOCK, BYLAYER.
 std::optional<int> indexOf(std::wstring_view text)
 {
-    for (const int index : {kByBlock, kByLayer})
+    for (const int index : {kByBlock, kByLayer}) {
         if (platform::compareNoCase(text, nameOf(index)) == 0)
             return index;
+    }
     const std::optional<double> number = readReal(text);
     const bool isIndex = number && *number >= kByBlock && *number <= kByLayer &&
                          *number == static_cast<int>(*number);
@@ -71,10 +72,12 @@ int invokeColorDialog(const resbuf* arguments, resbuf** result)
 
 } // namespace korra::ed
 
+using namespace korra::ed;
+
 bool kdedGetCurrentColors(KdColorSettings* settings)
 {
     if (platform::gate("kdedGetCurrentColors") || !settings)
         return false;
-    *settings = {korra::ed::kModelBackground, korra::ed::kSheetBackground};
+    *settings = {kModelBackground, kSheetBackground};
     return true;
 }

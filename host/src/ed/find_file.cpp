@@ -52,17 +52,18 @@ std::optional<fs::path> find(const fs::path& name)
 } // namespace
 } // namespace korra::ed
 
+using namespace korra::ed;
+
 void korra::addSupportFolder(const std::string& folder)
 {
-    ed::editor().supportFolders.push_back(folder);
+    editor().supportFolders.push_back(folder);
 }
 
 int kdedFindFile(const wchar_t* name, wchar_t* result, std::size_t size)
 {
-    if (platform::gate("kdedFindFile", name) || !name || !*name || !result ||
-        !korra::ed::runningEditor())
+    if (platform::gate("kdedFindFile", name) || !name || !*name || !result || !runningEditor())
         return RTERROR;
-    const auto found = korra::ed::find(platform::toBytes(name));
+    const auto found = find(platform::toBytes(name));
     if (!found)
         return RTERROR;
     const std::wstring path = platform::fromUtf8(found->native());

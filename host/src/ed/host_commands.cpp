@@ -1,6 +1,6 @@
 #include "ed/host_commands.h"
-#include "drawing/layouts.h"
 
+#include "drawing/layouts.h"
 #include "ed/editor.h"
 #include "ed/object_change.h"
 #include "ed/prompts.h"
@@ -176,9 +176,10 @@ constexpr HostCommand kHostCommands[] = {
 
 void registerHostCommands()
 {
-    for (const HostCommand& command : kHostCommands)
+    for (const HostCommand& command : kHostCommands) {
         rx::commandStack().addCommand(L"KORRA_HOST", command.name, command.name, 0,
                                       command.function);
+    }
 }
 
 } // namespace korra::ed

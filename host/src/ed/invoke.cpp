@@ -19,17 +19,19 @@ constexpr HostFunction kHostFunctions[] = {{L"korra_colordlg", invokeColorDialog
 } // namespace
 } // namespace korra::ed
 
+using namespace korra::ed;
+
 int kdedInvoke(const resbuf* arguments, resbuf** result)
 {
-    using namespace korra;
     if (result)
         *result = nullptr;
     const bool isNamed = arguments && arguments->restype == RTSTR && arguments->resval.rstring;
     const wchar_t* const name = isNamed ? arguments->resval.rstring : nullptr;
-    if (platform::gate("kdedInvoke", name) || !name || !result || !ed::runningEditor())
+    if (platform::gate("kdedInvoke", name) || !name || !result || !runningEditor())
         return RTERROR;
-    for (const ed::HostFunction& function : ed::kHostFunctions)
+    for (const HostFunction& function : kHostFunctions) {
         if (platform::compareNoCase(function.name, name) == 0)
             return function.call(arguments->rbnext, result);
-    return rx::invokeFunction(name) ? RTNORM : RTERROR;
+    }
+    return korra::rx::invokeFunction(name) ? RTNORM : RTERROR;
 }

@@ -1,13 +1,13 @@
 #include "ed/picking.h"
-#include "blocks/draw_block.h"
-#include "objects/object_slots.h"
 
+#include "blocks/draw_block.h"
 #include "ed/editor.h"
 #include "ed/prompts.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
 #include "kd/ed.h"
 #include "objects/contents.h"
+#include "objects/object_slots.h"
 #include "platform/gate.h"
 #include "rx/result_buffer.h"
 #include "tables/drawing_settings.h"
@@ -128,9 +128,10 @@ int nestedPick(const wchar_t* prompt, kds_name picked, kds_point point, int pick
     runningSlots()->writeName(*pick.entity.slot(), picked);
     for (unsigned int axis = 0; axis < 3; ++axis)
         point[axis] = pick.point[axis];
-    for (unsigned int row = 0; row < 4; ++row)
+    for (unsigned int row = 0; row < 4; ++row) {
         for (unsigned int column = 0; column < 4; ++column)
             transform[row][column] = pick.transform(row, column);
+    }
     *containers = newChain(pick.containers);
     if (marker)
         *marker = pick.marker;
@@ -140,8 +141,7 @@ int nestedPick(const wchar_t* prompt, kds_name picked, kds_point point, int pick
 } // namespace
 } // namespace korra::ed
 
-using korra::ed::nestedPick;
-using korra::ed::PickDepth;
+using namespace korra::ed;
 
 int kdedNEntSelPEx(const wchar_t* prompt, kds_name picked, kds_point point, int pickFlag,
                    kds_matrix transform, resbuf** containers, unsigned int spaceFlag,

@@ -63,9 +63,10 @@ std::optional<std::wstring> Keywords::find(std::wstring_view text) const
         text.remove_prefix(1);
     if (text.empty())
         return std::nullopt;
-    for (const std::wstring& word : words_)
+    for (const std::wstring& word : words_) {
         if (means(text, word))
             return word;
+    }
     return std::nullopt;
 }
 

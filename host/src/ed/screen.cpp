@@ -1,35 +1,11 @@
-#include "ed/editor.h"
-#include "ed/object_change.h"
 #include "ed/regeneration.h"
+#include "kd/db.h"
 #include "kd/ed.h"
 #include "objects/object_slots.h"
 #include "platform/gate.h"
 
 namespace korra::ed {
 namespace {
-
-bool differsFromFile(KdDbObjectId id)
-{
-    return !id.isNull() && id.slot()->changed;
-}
-
-} // namespace
-
-void regenerate(KdDbObjectId id)
-{
-    auto* const dimension = ObjectAccess::live<KdDbDimension>(id);
-    if (!dimension || (!differsFromFile(id) && !differsFromFile(dimension->dimensionStyle())))
-        return;
-    // Whoever has it open for writing may go on; for anybody else it is opened here.
-    const ObjectChange<KdDbDimension> opened(id);
-    dimension->recomputeDimBlock(false);
-}
-
-} // namespace korra::ed
-
-namespace {
-
-using namespace korra;
 
 KdDbEntity* namedEntity(const kds_name name)
 {
@@ -41,6 +17,9 @@ KdDbEntity* namedEntity(const kds_name name)
 constexpr int kLastMode = 4;
 
 } // namespace
+} // namespace korra::ed
+
+using namespace korra::ed;
 
 int kddbEntUpd(const kds_name entity)
 {
@@ -48,7 +27,7 @@ int kddbEntUpd(const kds_name entity)
     KdDbEntity* const named = namedEntity(entity);
     if (failing || !named)
         return RTERROR;
-    ed::regenerate(named->objectId());
+    regenerate(named->objectId());
     return RTNORM;
 }
 

@@ -13,9 +13,8 @@
 #include <limits>
 #include <memory>
 
+namespace korra::ed {
 namespace {
-
-using namespace korra;
 
 /// Every pair of pieces may cross: beyond this many, the nearest stand for all.
 constexpr std::size_t kMostCrossing = 64;
@@ -56,19 +55,18 @@ void addPieces(const std::vector<PickHit>& hits, const KdGeMatrix3d& toSpace,
 /// What lies under the pick box; a dimension, picked whole otherwise, by the parts of its graphics.
 std::vector<SnapPiece> piecesUnderBox(const KdDbDatabase& database, const KdGePoint3d& userPoint)
 {
-    const ed::PickedPieces picked =
-        ed::piecesAt(database, userPoint, PickSink::Keep::all, ed::PickDepth::throughViewports);
+    const PickedPieces picked =
+        piecesAt(database, userPoint, PickSink::Keep::all, PickDepth::throughViewports);
     std::vector<SnapPiece> pieces;
     addPieces(picked.hits, picked.spaceFromHit, pieces);
-    const KdGeMatrix3d toPixels = ed::worldToPixels(database);
-    const KdGePoint3d pixel = toPixels * (ed::userToWorld(database) * userPoint);
+    const KdGeMatrix3d toPixels = worldToPixels(database);
+    const KdGePoint3d pixel = toPixels * (userToWorld(database) * userPoint);
     for (const PickHit& hit : picked.hits) {
         const auto* const dimension = ObjectAccess::live<KdDbDimension>(hit.entity);
         if (!dimension)
             continue;
         const KdGeMatrix3d toSpace = picked.spaceFromHit * hit.transform;
-        PickSink parts(toPixels * toSpace, {pixel.x, pixel.y}, ed::pickReach(),
-                       PickSink::Keep::all);
+        PickSink parts(toPixels * toSpace, {pixel.x, pixel.y}, pickReach(), PickSink::Keep::all);
         drawBlockContents(dimension->dimBlockId(), parts);
         addPieces(parts.hits(), toSpace, pieces);
     }
@@ -109,17 +107,17 @@ void addReferences(const SnapPiece& piece, Points& points)
 void addInsertions(const SnapPiece& piece, Points& points)
 {
     addReferences(piece, points);
-    if (const auto* text = ObjectAccess::live<KdDbText>(piece.hit.entity)) {
+    if (const auto* const text = ObjectAccess::live<KdDbText>(piece.hit.entity)) {
         const bool aligned = text->horizontalMode() != 0 || text->verticalMode() != 0;
         points.push_back(piece.toSpace * (aligned ? text->alignmentPoint() : text->position()));
     }
-    if (const auto* text = ObjectAccess::live<KdDbMText>(piece.hit.entity))
+    if (const auto* const text = ObjectAccess::live<KdDbMText>(piece.hit.entity))
         points.push_back(piece.toSpace * text->location());
 }
 
 void addNode(const SnapPiece& piece, Points& points)
 {
-    if (const auto* point = ObjectAccess::live<KdDbPoint>(piece.hit.entity))
+    if (const auto* const point = ObjectAccess::live<KdDbPoint>(piece.hit.entity))
         points.push_back(piece.toSpace * point->position());
 }
 
@@ -128,9 +126,10 @@ void addNode(const SnapPiece& piece, Points& points)
 std::vector<std::unique_ptr<KdGeCurve3d>> nearestCurves(const std::vector<SnapPiece>& pieces)
 {
     std::vector<const SnapPiece*> nearest;
-    for (const SnapPiece& piece : pieces)
+    for (const SnapPiece& piece : pieces) {
         if (piece.curve)
             nearest.push_back(&piece);
+    }
     std::stable_sort(nearest.begin(), nearest.end(), [](const auto* left, const auto* right) {
         return left->hit.distance < right->hit.distance;
     });
@@ -186,9 +185,10 @@ constexpr std::array<NamedMode, 5> kModes = {{
 SnapMode findMode(std::wstring_view name)
 {
     name = platform::trimmedLeft(platform::trimmedRight(name));
-    for (const NamedMode& mode : kModes)
+    for (const NamedMode& mode : kModes) {
         if (platform::compareNoCase(mode.name, name) == 0)
             return mode.points;
+    }
     return nullptr;
 }
 
@@ -212,8 +212,8 @@ std::vector<SnapMode> readModes(std::wstring_view list)
 std::optional<KdGePoint3d> snapped(const KdDbDatabase& database, const KdGePoint3d& userPoint,
                                    const std::vector<SnapMode>& modes)
 {
-    const KdGeMatrix3d toPixels = ed::worldToPixels(database);
-    const KdGePoint3d pick = toPixels * (ed::userToWorld(database) * userPoint);
+    const KdGeMatrix3d toPixels = worldToPixels(database);
+    const KdGePoint3d pick = toPixels * (userToWorld(database) * userPoint);
     const std::vector<SnapPiece> pieces = piecesUnderBox(database, userPoint);
     std::optional<KdGePoint3d> best;
     double nearest = std::numeric_limits<double>::infinity();
@@ -231,6 +231,9 @@ std::optional<KdGePoint3d> snapped(const KdDbDatabase& database, const KdGePoint
 }
 
 } // namespace
+} // namespace korra::ed
+
+using namespace korra::ed;
 
 int kdedOsnap(const kds_point point, const wchar_t* modes, kds_point result)
 {
@@ -238,11 +241,11 @@ int kdedOsnap(const kds_point point, const wchar_t* modes, kds_point result)
     if (!point || !result)
         return RTERROR;
     const KdGePoint3d given(point[0], point[1], point[2]);
-    const KdDbDatabase* const database = ed::currentDatabase();
+    const KdDbDatabase* const database = currentDatabase();
     std::optional<KdGePoint3d> found;
     if (!failing && database && modes)
         found = snapped(*database, given, readModes(modes));
-    const KdGePoint3d answer = found ? ed::userToWorld(*database).inverse() * *found : given;
+    const KdGePoint3d answer = found ? userToWorld(*database).inverse() * *found : given;
     for (unsigned int axis = 0; axis < 3; ++axis)
         result[axis] = answer[axis];
     return found ? RTNORM : RTERROR;

@@ -26,9 +26,10 @@ const std::vector<SystemVariable>& systemVariables()
 
 const SystemVariable* findVariable(std::wstring_view name)
 {
-    for (const SystemVariable& variable : systemVariables())
+    for (const SystemVariable& variable : systemVariables()) {
         if (platform::compareNoCase(variable.name, name) == 0)
             return &variable;
+    }
     return nullptr;
 }
 
@@ -54,11 +55,11 @@ bool setVariable(const SystemVariable& variable, std::wstring_view text)
 
 std::wstring textOf(const VariableValue& value)
 {
-    if (const auto* number = std::get_if<short>(&value))
+    if (const auto* const number = std::get_if<short>(&value))
         return std::to_wstring(*number);
-    if (const auto* real = std::get_if<double>(&value))
+    if (const auto* const real = std::get_if<double>(&value))
         return numberText(*real);
-    if (const auto* point = std::get_if<KdGePoint3d>(&value))
+    if (const auto* const point = std::get_if<KdGePoint3d>(&value))
         return numberText(point->x) + L',' + numberText(point->y) + L',' + numberText(point->z);
     return std::get<std::wstring>(value);
 }
@@ -88,11 +89,11 @@ std::optional<VariableValue> valueIn(const resbuf& buffer, const SystemVariable&
 void fill(resbuf& buffer, short type, const VariableValue& value)
 {
     buffer.restype = type;
-    if (const auto* number = std::get_if<short>(&value)) {
+    if (const auto* const number = std::get_if<short>(&value)) {
         buffer.resval.rint = *number;
-    } else if (const auto* real = std::get_if<double>(&value)) {
+    } else if (const auto* const real = std::get_if<double>(&value)) {
         buffer.resval.rreal = *real;
-    } else if (const auto* point = std::get_if<KdGePoint3d>(&value)) {
+    } else if (const auto* const point = std::get_if<KdGePoint3d>(&value)) {
         for (unsigned int axis = 0; axis < 3; ++axis)
             buffer.resval.rpoint[axis] = (*point)[axis];
     } else {

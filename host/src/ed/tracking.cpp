@@ -4,9 +4,8 @@
 #include "kd/ed.h"
 #include "platform/gate.h"
 
+namespace korra::ed {
 namespace {
-
-using namespace korra;
 
 /// What kdedGrRead() calls the kinds of input.
 enum TrackedKind : int { kKey = 2, kPoint = 3, kMove = 5, kSecondaryClick = 25 };
@@ -16,10 +15,10 @@ constexpr wchar_t kEnterKey = 13;
 
 int givePoint(TrackedKind kind, int& type, resbuf& result)
 {
-    const KdDbDatabase* const database = ed::currentDatabase();
-    const KdGePoint3d world = ed::editor().cursor;
-    const KdGePoint3d point = database ? ed::userToWorld(*database).inverse() * world : world;
-    ed::editor().cursorReported = true;
+    const KdDbDatabase* const database = currentDatabase();
+    const KdGePoint3d world = editor().cursor;
+    const KdGePoint3d point = database ? userToWorld(*database).inverse() * world : world;
+    editor().cursorReported = true;
     type = kind;
     result.restype = RT3DPOINT;
     for (unsigned int axis = 0; axis < 3; ++axis)
@@ -37,49 +36,52 @@ int giveKey(wchar_t key, int& type, resbuf& result)
 
 int giveNextTypedKey(int& type, resbuf& result)
 {
-    std::wstring& keys = ed::editor().keysToReport;
+    std::wstring& keys = editor().keysToReport;
     const wchar_t key = keys.front();
     keys.erase(0, 1);
     return giveKey(key, type, result);
 }
 
-int giveEvent(const ed::InputEvent& event, int& type, resbuf& result)
+int giveEvent(const InputEvent& event, int& type, resbuf& result)
 {
-    if (ed::isCancel(event))
+    if (isCancel(event))
         return RTCAN;
-    if (event.is<ed::EnterEvent>())
+    if (event.is<EnterEvent>())
         return giveKey(kEnterKey, type, result);
-    if (const auto* const pressed = event.as<ed::KeyEvent>())
+    if (const auto* const pressed = event.as<KeyEvent>())
         return giveKey(pressed->key, type, result);
-    if (const auto* const text = event.as<ed::TextEvent>()) {
-        ed::editor().keysToReport = text->text + kEnterKey;
+    if (const auto* const text = event.as<TextEvent>()) {
+        editor().keysToReport = text->text + kEnterKey;
         return giveNextTypedKey(type, result);
     }
-    if (event.is<ed::MoveEvent>())
+    if (event.is<MoveEvent>())
         return givePoint(kMove, type, result);
-    const auto* const click = event.as<ed::ButtonEvent>();
-    const bool secondary = click && click->button == ed::Button::secondary;
+    const auto* const click = event.as<ButtonEvent>();
+    const bool secondary = click && click->button == Button::secondary;
     return givePoint(secondary ? kSecondaryClick : kPoint, type, result);
 }
 
 } // namespace
+} // namespace korra::ed
+
+using namespace korra::ed;
 
 int kdedGrRead(int track, int* type, resbuf* result)
 {
-    if (platform::gate("kdedGrRead", track) || !type || !result || !ed::runningEditor())
+    if (platform::gate("kdedGrRead", track) || !type || !result || !runningEditor())
         return RTERROR;
-    EditorState& editor = ed::editor();
-    if (!editor.keysToReport.empty())
+    korra::EditorState& state = editor();
+    if (!state.keysToReport.empty())
         return giveNextTypedKey(*type, *result);
     const bool reportsMoves = (track & kReportMoves) != 0;
     // A tracking that begins tells first where the cursor is.
-    if (reportsMoves && !editor.cursorReported && !editor.input.isMoveNext())
+    if (reportsMoves && !state.cursorReported && !state.input.isMoveNext())
         return givePoint(kMove, *type, *result);
     while (true) {
-        const ed::InputEvent event = ed::nextEvent();
-        if (event.is<ed::EndEvent>() && reportsMoves)
+        const InputEvent event = nextEvent();
+        if (event.is<EndEvent>() && reportsMoves)
             return givePoint(kMove, *type, *result);
-        if (!event.is<ed::MoveEvent>() || reportsMoves)
+        if (!event.is<MoveEvent>() || reportsMoves)
             return giveEvent(event, *type, *result);
     }
 }

@@ -7,9 +7,8 @@
 
 #include <optional>
 
+namespace korra::ed {
 namespace {
-
-using namespace korra;
 
 enum System : short { kWorld = 0, kUser = 1, kDisplay = 2, kSheetDisplay = 3 };
 
@@ -39,10 +38,10 @@ std::optional<KdGeMatrix3d> entityToWorld(const kds_name name)
 /// A viewport is seen on its sheet; a tile of the model tab is on none.
 std::optional<KdGeMatrix3d> sheetDisplayToWorld(const KdDbDatabase& database)
 {
-    const auto* const viewport = ObjectAccess::live<KdDbViewport>(ed::currentViewport(database));
+    const auto* const viewport = ObjectAccess::live<KdDbViewport>(currentViewport(database));
     if (!viewport)
         return std::nullopt;
-    return ed::modelToSheet(*viewport).inverse();
+    return modelToSheet(*viewport).inverse();
 }
 
 std::optional<KdGeMatrix3d> numberedToWorld(const KdDbDatabase& database, short system)
@@ -51,9 +50,9 @@ std::optional<KdGeMatrix3d> numberedToWorld(const KdDbDatabase& database, short 
     case kWorld:
         return KdGeMatrix3d::kIdentity;
     case kUser:
-        return ed::userToWorld(database);
+        return userToWorld(database);
     case kDisplay:
-        return ed::displayToWorld(ed::currentView(database));
+        return displayToWorld(currentView(database));
     case kSheetDisplay:
         return sheetDisplayToWorld(database);
     default:
@@ -90,12 +89,15 @@ bool arePartners(const resbuf& one, const resbuf& other)
 }
 
 } // namespace
+} // namespace korra::ed
+
+using namespace korra::ed;
 
 int kdedTrans(const kds_point point, const resbuf* from, const resbuf* to, int displacement,
               kds_point result)
 {
     const bool failing = platform::gate("kdedTrans", displacement);
-    const KdDbDatabase* const database = ed::currentDatabase();
+    const KdDbDatabase* const database = currentDatabase();
     if (failing || !database || !point || !from || !to || !result)
         return RTERROR;
     if (!arePartners(*from, *to) || !arePartners(*to, *from))

@@ -1,6 +1,6 @@
 #include "ed/user_system.h"
-#include "drawing/user_systems.h"
 
+#include "drawing/user_systems.h"
 #include "ed/editor.h"
 #include "kd/ed.h"
 #include "objects/contents.h"
@@ -79,28 +79,30 @@ bool saveUserSystem(KdDbDatabase& database, const std::wstring& name)
 
 } // namespace korra::ed
 
+using namespace korra::ed;
+
 Kdapi::ErrorStatus kdedGetCurrentUCS(KdGeMatrix3d& matrix)
 {
     const bool failing = platform::gate("kdedGetCurrentUCS");
-    const KdDbDatabase* const database = korra::ed::currentDatabase();
+    const KdDbDatabase* const database = currentDatabase();
     if (failing || !database)
         return Kdapi::eNoDocument;
-    matrix = korra::ed::userToWorld(*database);
+    matrix = userToWorld(*database);
     return Kdapi::eOk;
 }
 
 Kdapi::ErrorStatus kdedSetCurrentUCS(const KdGeMatrix3d& matrix)
 {
     const bool failing = platform::gate("kdedSetCurrentUCS");
-    KdDbDatabase* const database = korra::ed::currentDatabase();
+    KdDbDatabase* const database = currentDatabase();
     if (failing || !database)
         return Kdapi::eNoDocument;
     KdGePoint3d origin;
     KdGeVector3d x, y, z;
     matrix.getCoordSystem(origin, x, y, z);
-    const auto system = korra::ed::systemOf(origin, x, y);
-    if (!system || !korra::ed::isUpward(z, x.crossProduct(y)))
+    const auto system = systemOf(origin, x, y);
+    if (!system || !isUpward(z, x.crossProduct(y)))
         return Kdapi::eInvalidInput;
-    korra::ed::setUserSystem(*database, *system);
+    setUserSystem(*database, *system);
     return Kdapi::eOk;
 }

@@ -1,7 +1,7 @@
 #include "ed/views.h"
+
 #include "blocks/draw_block.h"
 #include "blocks/spaces.h"
-
 #include "ed/editor.h"
 #include "ed/object_change.h"
 #include "gi/extents_sink.h"
@@ -153,7 +153,7 @@ View viewOf(const KdDbViewport& viewport)
 View currentView(const KdDbDatabase& database)
 {
     const KdDbObjectId current = currentViewport(database);
-    if (const auto* viewport = ObjectAccess::live<KdDbViewport>(current))
+    if (const auto* const viewport = ObjectAccess::live<KdDbViewport>(current))
         return viewOf(*viewport);
     const auto* const tile = ObjectAccess::live<KdDbViewportTableRecord>(current);
     return tile ? madeUsable(viewOf(*tile)) : View();
@@ -241,9 +241,11 @@ void fitNewView(KdDbDatabase& database)
 
 } // namespace korra::ed
 
+using namespace korra::ed;
+
 KdDbObjectId kdedGetCurViewportObjectId()
 {
     const bool failing = platform::gate("kdedGetCurViewportObjectId");
-    const KdDbDatabase* const database = korra::ed::currentDatabase();
-    return failing || !database ? KdDbObjectId() : korra::ed::currentViewport(*database);
+    const KdDbDatabase* const database = currentDatabase();
+    return failing || !database ? KdDbObjectId() : currentViewport(*database);
 }
