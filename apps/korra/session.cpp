@@ -3,7 +3,7 @@
 #include "korra/console.h"
 #include "korra/host.h"
 #include "korra/modules.h"
-#include "platform/gate.h"
+#include "platform/faults.h"
 #include "script.h"
 
 #include <unistd.h>

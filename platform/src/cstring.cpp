@@ -155,11 +155,13 @@ void CString::AppendFormat(const wchar_t* pattern, ...)
 
 BOOL CString::LoadString(HINSTANCE module, UINT id)
 {
-    const auto found = platform::findString(module, id);
-    if (platform::gate("CString::LoadString", id) || !found)
-        return FALSE;
-    text_ = *found;
-    return TRUE;
+    return platform::gate("CString::LoadString", id).guard(FALSE, [&] {
+        const auto found = platform::findString(module, id);
+        if (!found)
+            return FALSE;
+        text_ = *found;
+        return TRUE;
+    });
 }
 
 BOOL CString::LoadString(UINT id)

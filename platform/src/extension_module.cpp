@@ -24,21 +24,24 @@ AFX_MODULE_STATE* AfxGetModuleState()
 
 BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& record, HMODULE module)
 {
-    if (platform::gate("AfxInitExtensionModule") || !module)
-        return FALSE;
-    record = {TRUE, module, module};
-    return TRUE;
+    return platform::gate("AfxInitExtensionModule").guard(FALSE, [&] {
+        if (!module)
+            return FALSE;
+        record = {TRUE, module, module};
+        return TRUE;
+    });
 }
 
 void AfxTermExtensionModule(AFX_EXTENSION_MODULE& record, BOOL all)
 {
-    platform::note("AfxTermExtensionModule");
-    if (!record.bInitialized)
-        return;
-    for (CDynLinkLibrary* link : std::vector(links())) {
-        if (all || link->m_hModule == record.hModule)
-            delete link;
-    }
+    platform::gate("AfxTermExtensionModule").always([&] {
+        if (!record.bInitialized)
+            return;
+        for (CDynLinkLibrary* link : std::vector(links())) {
+            if (all || link->m_hModule == record.hModule)
+                delete link;
+        }
+    });
 }
 
 CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& record)

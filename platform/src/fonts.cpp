@@ -43,25 +43,9 @@ TEXTMETRICW metricsOf(const platform::InstalledStyle& style)
     return metrics;
 }
 
-} // namespace
-
-HDC GetDC(HWND)
+/// Tells of the styles of a family, or of every family for null, until the callback answers 0.
+int enumerate(LPCWSTR family, FONTENUMPROCW callback, LPARAM lParam)
 {
-    return platform::gate("GetDC") ? nullptr : new HDC__(contexts);
-}
-
-int ReleaseDC(HWND, HDC context)
-{
-    platform::note("ReleaseDC");
-    const bool there = context != nullptr;
-    delete context;
-    return there ? 1 : 0;
-}
-
-int EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW callback, LPARAM lParam)
-{
-    if (platform::gate("EnumFontFamiliesW", family) || !context || !callback)
-        return 0;
     int answer = 1;
     for (const platform::InstalledStyle& style : platform::installedStyles()) {
         const bool wanted =
@@ -70,11 +54,35 @@ int EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW callback, LPARA
             continue;
         const LOGFONTW font = descriptionOf(style);
         const TEXTMETRICW metrics = metricsOf(style);
+        const platform::TurnOf caller(platform::Party::module);
         answer = callback(&font, &metrics, TRUETYPE_FONTTYPE, lParam);
         if (answer == 0)
             break;
     }
     return answer;
+}
+
+} // namespace
+
+HDC GetDC(HWND)
+{
+    return platform::gate("GetDC").guard(nullptr, [] { return new HDC__(contexts); });
+}
+
+int ReleaseDC(HWND, HDC context)
+{
+    return platform::gate("ReleaseDC").always([&] {
+        const bool there = context != nullptr;
+        delete context;
+        return there ? 1 : 0;
+    });
+}
+
+int EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW callback, LPARAM lParam)
+{
+    return platform::gate("EnumFontFamiliesW", family).guard(0, [&] {
+        return context && callback ? enumerate(family, callback, lParam) : 0;
+    });
 }
 
 namespace platform {

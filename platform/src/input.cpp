@@ -53,20 +53,19 @@ bool platform::buttonsAreSwapped()
 
 SHORT GetAsyncKeyState(int key)
 {
-    platform::note("GetAsyncKeyState", key);
-    return keyState(key);
+    return platform::gate("GetAsyncKeyState", key).always([&] { return keyState(key); });
 }
 
 SHORT GetKeyState(int key)
 {
-    platform::note("GetKeyState", key);
-    return keyState(key);
+    return platform::gate("GetKeyState", key).always([&] { return keyState(key); });
 }
 
 int GetSystemMetrics(int metric)
 {
-    platform::note("GetSystemMetrics", metric);
-    if (metric == SM_MOUSEPRESENT)
-        return mousePresent;
-    return metric == SM_SWAPBUTTON && buttonsSwapped;
+    return platform::gate("GetSystemMetrics", metric).always([&]() -> int {
+        if (metric == SM_MOUSEPRESENT)
+            return mousePresent;
+        return metric == SM_SWAPBUTTON && buttonsSwapped;
+    });
 }

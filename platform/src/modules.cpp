@@ -74,37 +74,44 @@ std::string platform::whyNotLoaded()
 
 HMODULE LoadLibraryW(LPCWSTR path)
 {
-    if (platform::gate("LoadLibraryW", path) || !path) {
-        loadFailure = "refused";
-        return nullptr;
-    }
-    void* const library = dlopen(findLibrary(platform::toBytes(path)).c_str(), RTLD_NOW);
-    if (!library)
-        loadFailure = dlerror();
-    return static_cast<HMODULE>(library);
+    loadFailure = "refused";
+    return platform::gate("LoadLibraryW", path).guard(nullptr, [&]() -> HMODULE {
+        if (!path)
+            return nullptr;
+        const std::string file = findLibrary(platform::toBytes(path));
+        const platform::TurnOf loader(platform::Party::loader);
+        void* const library = dlopen(file.c_str(), RTLD_NOW);
+        if (!library)
+            loadFailure = dlerror();
+        return static_cast<HMODULE>(library);
+    });
 }
 
 BOOL FreeLibrary(HMODULE module)
 {
-    const bool failing = platform::gate("FreeLibrary");
-    return module && dlclose(mapOf(module)) == 0 && !failing;
+    return platform::gate("FreeLibrary").afterwards(FALSE, [&]() -> BOOL {
+        const platform::TurnOf loader(platform::Party::loader);
+        return module && dlclose(mapOf(module)) == 0;
+    });
 }
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name)
 {
-    if (platform::gate("GetProcAddress", name))
-        return nullptr;
-    return reinterpret_cast<FARPROC>(ownSymbol(module, name));
+    return platform::gate("GetProcAddress", name).guard(nullptr, [&] {
+        return reinterpret_cast<FARPROC>(ownSymbol(module, name));
+    });
 }
 
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size)
 {
-    if (platform::gate("GetModuleFileNameW") || size == 0)
-        return 0;
-    const std::wstring path = platform::fromUtf8(fileOf(module).native());
-    const std::size_t copied = path.copy(buffer, size - 1);
-    buffer[copied] = L'\0';
-    return copied < path.size() ? size : static_cast<DWORD>(copied);
+    return platform::gate("GetModuleFileNameW").guard(0, [&]() -> DWORD {
+        if (size == 0)
+            return 0;
+        const std::wstring path = platform::fromUtf8(fileOf(module).native());
+        const std::size_t copied = path.copy(buffer, size - 1);
+        buffer[copied] = L'\0';
+        return copied < path.size() ? size : static_cast<DWORD>(copied);
+    });
 }
 
 std::optional<std::wstring_view> platform::findString(HINSTANCE module, UINT id)
@@ -120,31 +127,37 @@ std::optional<std::wstring_view> platform::findString(HINSTANCE module, UINT id)
 
 int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int size)
 {
-    const auto text = platform::findString(module, id);
-    if (platform::gate("LoadStringW", id) || !text || size <= 0)
-        return 0;
-    const std::size_t copied = text->copy(buffer, static_cast<std::size_t>(size) - 1);
-    buffer[copied] = L'\0';
-    return static_cast<int>(copied);
+    return platform::gate("LoadStringW", id).guard(0, [&] {
+        const auto text = platform::findString(module, id);
+        if (!text || size <= 0)
+            return 0;
+        const std::size_t copied = text->copy(buffer, static_cast<std::size_t>(size) - 1);
+        buffer[copied] = L'\0';
+        return static_cast<int>(copied);
+    });
 }
 
 HCURSOR LoadCursorW(HINSTANCE module, LPCWSTR name)
 {
     const auto id = static_cast<UINT>(reinterpret_cast<ULONG_PTR>(name));
-    const platform::ResourceTable* resources = resourcesOf(module);
-    if (platform::gate("LoadCursorW", id) || !resources)
-        return nullptr;
-    const auto found = std::ranges::find(resources->cursors, id, &platform::CursorResource::id);
-    if (found == resources->cursors.end())
-        return nullptr;
-    return reinterpret_cast<HCURSOR>(const_cast<platform::CursorResource*>(&*found));
+    return platform::gate("LoadCursorW", id).guard(nullptr, [&]() -> HCURSOR {
+        const platform::ResourceTable* const resources = resourcesOf(module);
+        if (!resources)
+            return nullptr;
+        const auto found = std::ranges::find(resources->cursors, id, &platform::CursorResource::id);
+        if (found == resources->cursors.end())
+            return nullptr;
+        return reinterpret_cast<HCURSOR>(const_cast<platform::CursorResource*>(&*found));
+    });
 }
 
 DWORD GetFileAttributesW(LPCWSTR path)
 {
-    struct stat found;
-    if (platform::gate("GetFileAttributesW", path) || !path ||
-        stat(platform::toBytes(path).c_str(), &found) != 0)
-        return INVALID_FILE_ATTRIBUTES;
-    return S_ISDIR(found.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+    return platform::gate("GetFileAttributesW", path)
+        .guard(INVALID_FILE_ATTRIBUTES, [&]() -> DWORD {
+            struct stat found;
+            if (!path || stat(platform::toBytes(path).c_str(), &found) != 0)
+                return INVALID_FILE_ATTRIBUTES;
+            return S_ISDIR(found.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+        });
 }

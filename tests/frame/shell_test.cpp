@@ -12,6 +12,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 class ShellTest : public tests::HostTest {};
 
@@ -22,7 +23,8 @@ TEST_F(ShellTest, TheLanguageLibraryLiesBesideTheModule)
     });
     const std::string program = std::filesystem::canonical("/proc/self/exe");
     const std::string tried = program.substr(0, program.size() - 4) + "Res.dll";
-    EXPECT_THAT(calls, ElementsAre("GetModuleFileNameW()", "LoadLibraryW(\"" + tried + "\")"));
+    EXPECT_THAT(calls, ElementsAre(StartsWith("GetModuleFileNameW"),
+                                   "LoadLibraryW(\"" + tried + "\") = null"));
     EXPECT_THAT(korra::fatalStops(), IsEmpty());
 
     EXPECT_EQ(loadLangResourceDLL(nullptr, 1), nullptr);
@@ -39,7 +41,7 @@ TEST_F(ShellTest, AModuleIsKnownByItsFileNameInAnyCaseAndLoadedOnce)
     EXPECT_FALSE(isModuleLoaded(L"Orvexbase"));
     EXPECT_FALSE(isModuleLoaded(nullptr));
     const auto again = tests::tracedCalls([] { EXPECT_TRUE(orvex_ArxLoad(L"orvexbase.KRX")); });
-    EXPECT_THAT(again, ElementsAre("kdrxLoadedApps()"));
+    EXPECT_THAT(again, ElementsAre("kdrxLoadedApps() = object"));
     EXPECT_FALSE(orvex_ArxLoad(L"missing.krx"));
 }
 

@@ -128,8 +128,8 @@ TEST_F(ProgramTest, VersionAndHelpAreTold)
 
 TEST_F(ProgramTest, TheTraceGoesToStandardError)
 {
-    const Outcome outcome = run("--trace", "REGEN\n");
-    EXPECT_THAT(outcome.errors, HasSubstr("KdApDocManager::lockDocument"));
+    const Outcome outcome = run("--trace --module Orvexbase", "REGEN\n");
+    EXPECT_THAT(outcome.errors, HasSubstr("KdRxRegistry::at(\"DynamicLinker\") = object\n"));
     EXPECT_EQ(outcome.out, "Command: REGEN\nCommand: \n");
 }
 

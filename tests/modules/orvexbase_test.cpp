@@ -32,12 +32,11 @@ protected:
 TEST_F(OrvexbaseTest, LoadsItsLanguageThenDeclaresItself)
 {
     EXPECT_THAT(tests::tracedOperations([] { load(); }),
-                ElementsAre("kdrxLoadModule", "LoadLibraryW", "KdApDocManager::addReactor",
-                            "GetModuleFileNameW", "LoadLibraryW", "AfxInitExtensionModule",
-                            "InitKdUiDLL", "GetProcAddress", "GetProcAddress", "kdrxEntryPoint",
-                            "KdRxRegistry::at", "KdRxDynamicLinker::unlockApplication",
-                            "KdRxRegistry::at", "KdRxDynamicLinker::registerAppMDIAware",
-                            "kdrxEntryPoint"));
+                ElementsAre("kdrxLoadModule", "KdApDocManager::addReactor", "GetModuleFileNameW",
+                            "LoadLibraryW", "AfxInitExtensionModule", "InitKdUiDLL",
+                            "kdrxEntryPoint", "KdRxRegistry::at",
+                            "KdRxDynamicLinker::unlockApplication", "KdRxRegistry::at",
+                            "KdRxDynamicLinker::registerAppMDIAware", "kdrxEntryPoint"));
 }
 
 TEST_F(OrvexbaseTest, TakesEverythingBackWhenItIsUnloaded)
@@ -46,7 +45,7 @@ TEST_F(OrvexbaseTest, TakesEverythingBackWhenItIsUnloaded)
     korra::newDocument();
     korra::closeDocument(*kdDocManagerPtr()->curDocument()); // forgotten at once
     EXPECT_THAT(tests::tracedOperations([] { EXPECT_TRUE(unload()); }),
-                ElementsAre("kdrxUnloadModule", "kdrxEntryPoint", "kdrxEntryPoint", "FreeLibrary",
+                ElementsAre("kdrxUnloadModule", "kdrxEntryPoint", "kdrxEntryPoint",
                             "AfxTermExtensionModule", "FreeLibrary",
                             "KdApDocManager::removeReactor"));
     EXPECT_FALSE(tests::isMapped("Orvexbase.krx"));
@@ -71,14 +70,14 @@ TEST_F(OrvexbaseTest, AnswersTheVersionAndUnknownMessages)
              {0u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u, 14u, 15u, 16u, 17u, 0xFFFFFFFFu})
             EXPECT_EQ(entry(code, &packet), 0) << code;
     });
-    EXPECT_THAT(calls, ElementsAre("kdedGetFunCode()")) << "that of code 5";
+    EXPECT_THAT(calls, ElementsAre("kdedGetFunCode() = -1")) << "that of code 5";
     dlclose(library);
 }
 
 TEST_F(OrvexbaseTest, FreesItsLanguageAlsoWhenTheFrameworkRefusedIt)
 {
-    // Calls in order: load, library, file name, language library, framework.
-    platform::failCall(5, platform::Fault::status);
+    // Calls in order: load, file name, language library, framework.
+    platform::failCall(4, platform::Fault::status);
     load();
     EXPECT_TRUE(platform::faultDelivered());
     platform::releaseCalls();

@@ -52,14 +52,15 @@ TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
     const std::vector<std::string_view> operations{"kdedDefun", "kdedUndef", "kdedRegFunc"};
     const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
     EXPECT_THAT(tests::only(loading, operations),
-                ElementsAre("kdedDefun(\"probe-first\", 0)", "kdedDefun(\"probe-second\", 1)",
-                            "kdedRegFunc(1)"));
+                ElementsAre("kdedDefun(\"probe-first\", 0) = 5100",
+                            "kdedDefun(\"probe-second\", 1) = 5100", "kdedRegFunc(1) = 5100"));
 
     KdApDocument* const document = kdDocManagerPtr()->curDocument();
     korra::newDocument();
     const auto closing = tests::tracedCalls([&] { korra::closeDocument(*document); });
     EXPECT_THAT(tests::only(closing, operations),
-                ElementsAre("kdedUndef(\"probe-first\", 0)", "kdedUndef(\"probe-second\", 1)"));
+                ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
+                            "kdedUndef(\"probe-second\", 1) = 5100"));
     EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
 }
 

@@ -1,3 +1,4 @@
+#include "platform/faults.h"
 #include "platform/gate.h"
 #include "platform/input.h"
 #include "platform/tally.h"
@@ -8,49 +9,150 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
+#include <new>
+
+/// Allocates from a destructor, as a saver does that puts its value back. Visible by name.
+struct LateWork {
+    ~LateWork();
+};
+
+LateWork::~LateWork()
+{
+    std::make_unique<int>();
+}
 
 namespace {
 
 using namespace platform;
 using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::Not;
 
-TEST(Gate, FailsTheChosenCallOnce)
+/// An operation that returns a number, and the call of another inside.
+int ask(const char* name)
+{
+    return gate(name).guard(-1, [] { return gate("inner").guard(-2, [] { return 1; }); });
+}
+
+std::vector<int> askThrice()
+{
+    return {ask("first"), ask("second"), ask("third")};
+}
+
+TEST(Gate, FailsTheChosenCallOnceOrFromThereOn)
 {
     failCall(2, Fault::status);
-    EXPECT_FALSE(gate("first"));
-    note("cannot fail");
-    EXPECT_FALSE(faultDelivered());
-    EXPECT_TRUE(gate("second"));
-    EXPECT_TRUE(faultDelivered());
-    EXPECT_FALSE(gate("third"));
+    EXPECT_THAT(askThrice(), ElementsAre(1, -1, 1)) << "what an operation calls does not count";
     EXPECT_EQ(callsCounted(), 3u);
+
+    failCall(2, Fault::status, FaultMode::onward);
+    EXPECT_EQ(gate("cannot fail").always([] { return 5; }), 5);
+    EXPECT_THAT(askThrice(), ElementsAre(1, -1, -1));
+    EXPECT_EQ(toText(faultHit().value()), "second() = -1") << "the first of them";
+
     releaseCalls();
-    EXPECT_FALSE(gate("fourth"));
+    EXPECT_EQ(ask("fourth"), 1);
     EXPECT_EQ(callsCounted(), 3u);
+    countCalls();
+    EXPECT_FALSE(faultDelivered());
+    releaseCalls();
+}
+
+TEST(Gate, WhatGivesBackDoesSoAlsoWhenItFails)
+{
+    bool given = false;
+    failCall(1, Fault::status);
+    EXPECT_EQ(gate("close", 7).afterwards(20, [&] { return given = true, 0; }), 20);
+    EXPECT_TRUE(given);
+    EXPECT_EQ(toText(faultHit().value()), "close(7) = 20");
+    releaseCalls();
 }
 
 TEST(Gate, ThrowsOnlyWhereTheOperationCan)
 {
+    const auto load = [] { return throwingGate("load").guard(false, [] { return true; }); };
     failCall(1, Fault::thrown);
-    EXPECT_TRUE(gate("returns"));
+    EXPECT_EQ(ask("returns"), -1);
     failCall(1, Fault::thrown);
-    EXPECT_THROW(throwingGate("throws"), OrderedException);
+    EXPECT_THROW(load(), OrderedException);
+    EXPECT_EQ(toText(faultHit().value()), "load() = exception");
     failCall(1, Fault::status);
-    EXPECT_TRUE(throwingGate("returns"));
+    EXPECT_FALSE(load());
     releaseCalls();
 }
 
-TEST(Gate, TraceKeepsCallsWithTheirArguments)
+TEST(Gate, WhatIsCalledBackCountsAgain)
+{
+    const auto tell = [] {
+        const TurnOf moduleAgain(Party::module);
+        return ask("from within");
+    };
+    const auto calls = tests::tracedCalls([&] {
+        failCall(2, Fault::status);
+        EXPECT_EQ(gate("outer").guard(-3, tell), -1);
+        {
+            const TurnOf controlSide(Party::host);
+            EXPECT_EQ(gate("outer").guard(-3, tell), 1);
+        }
+        releaseCalls();
+    });
+    EXPECT_THAT(calls, ElementsAre("outer() = -1", "from within() = -1", "from within() = 1"));
+}
+
+TEST(Gate, TraceKeepsCallsWithTheirArgumentsAndResults)
 {
     const auto calls = tests::tracedCalls([this] {
-        gate("get", L"CMDECHO\n", 1.5, -2, static_cast<const void*>(nullptr));
-        note("set", "narrow", static_cast<const wchar_t*>(nullptr), std::wstring(L"线"), this);
+        const auto nothing = [] {};
+        gate("get", L"CMDECHO\n", 1.5, -2, static_cast<const void*>(nullptr)).always(nothing);
+        gate("set", "narrow", static_cast<const wchar_t*>(nullptr), std::wstring(L"线"), this)
+            .always([] { return L"text"; });
+        EXPECT_ANY_THROW(gate("throw").always([] { throw std::bad_alloc(); }));
+        note("told", gate("make").guard(nullptr, [this] { return this; }));
     });
     note("after");
-    EXPECT_THAT(calls, ::testing::ElementsAre(R"(get("CMDECHO\n", 1.5, -2, null))",
-                                              R"(set("narrow", null, "线", object))"));
+    EXPECT_THAT(calls, ElementsAre(R"(get("CMDECHO\n", 1.5, -2, null))",
+                                   R"(set("narrow", null, "线", object) = "text")",
+                                   "throw() = exception", "make() = object", "told(object)"));
     EXPECT_TRUE((startTrace(), stopTrace()).empty());
+}
+
+TEST(AllocationFaults, FailTheChosenOneOfTheModuleOrOfWhatItCalls)
+{
+    const auto allocate = [] { return std::make_unique<int>() != nullptr; };
+    failAllocation(2);
+    EXPECT_TRUE(allocate());
+    EXPECT_THROW(allocate(), std::bad_alloc);
+    EXPECT_TRUE(allocate());
+    EXPECT_EQ(toText(faultHit().value()), "()") << "in no operation";
+
+    failAllocation(2, FaultMode::onward);
+    EXPECT_THROW(gate("read", 5).guard(false, [&] { return allocate() && allocate(); }),
+                 std::bad_alloc);
+    EXPECT_EQ(gate("make").guard(nullptr, [] { return new int; }), nullptr);
+    EXPECT_EQ(new (std::nothrow) int, nullptr);
+    EXPECT_EQ(toText(faultHit().value()), "read(5)");
+    releaseCalls();
+    EXPECT_TRUE(allocate());
+}
+
+TEST(AllocationFaults, SpareTheHostAndWhateverIsGivenBack)
+{
+    const auto allocate = [] { return std::make_unique<int>() != nullptr; };
+    failAllocation(1, FaultMode::onward);
+    EXPECT_TRUE(gate("close").afterwards(false, allocate));
+    {
+        const TurnOf host(Party::host);
+        EXPECT_TRUE(gate("get").guard(false, allocate));
+    }
+    {
+        const TurnOf loader(Party::loader);
+        EXPECT_TRUE(gate("get").guard(false, allocate));
+    }
+    LateWork();
+    EXPECT_FALSE(faultDelivered());
+    EXPECT_THROW(allocate(), std::bad_alloc);
+    releaseCalls();
 }
 
 TEST(Tallies, LeftoversAreTheOnesThatAreNotBack)

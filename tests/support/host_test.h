@@ -4,7 +4,7 @@
 #include "kd/ed.h"
 #include "korra/console.h"
 #include "korra/host.h"
-#include "platform/gate.h"
+#include "platform/faults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

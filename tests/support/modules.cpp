@@ -1,7 +1,7 @@
 #include "support/modules.h"
 
 #include "kd/rx.h"
-#include "platform/gate.h"
+#include "platform/faults.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ std::vector<std::string> tracedCalls(const std::function<void()>& scenario)
     scenario();
     std::vector<std::string> calls;
     for (const platform::TracedCall& call : platform::stopTrace())
-        calls.push_back(call.operation + '(' + call.arguments + ')');
+        calls.push_back(toText(call));
     return calls;
 }
 

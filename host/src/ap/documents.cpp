@@ -58,40 +58,42 @@ Kdapi::ErrorStatus DocumentManager::lockDocument(KdApDocument* document, KdAp::D
                                                  const wchar_t* globalCommandName, const wchar_t*,
                                                  bool)
 {
-    if (platform::gate("KdApDocManager::lockDocument", mode, globalCommandName))
-        return Kdapi::eLockViolation;
-    Document* known = find(document);
-    if (!known)
-        return Kdapi::eNoDocument;
-    if (!canLockWith(mode))
-        return Kdapi::eLockViolation;
-    known->locks_.push_back(mode);
-    return Kdapi::eOk;
+    return platform::gate("KdApDocManager::lockDocument", mode, globalCommandName)
+        .guard(Kdapi::eLockViolation, [&] {
+            Document* known = find(document);
+            if (!known)
+                return Kdapi::eNoDocument;
+            if (!canLockWith(mode))
+                return Kdapi::eLockViolation;
+            known->locks_.push_back(mode);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus DocumentManager::unlockDocument(KdApDocument* document)
 {
-    const bool refused = platform::gate("KdApDocManager::unlockDocument");
-    if (!document)
-        return refused ? Kdapi::eLockViolation : Kdapi::eOk;
-    Document* known = find(document);
-    if (!known || known->locks_.empty())
-        return Kdapi::eLockViolation;
-    known->locks_.pop_back();
-    return refused ? Kdapi::eLockViolation : Kdapi::eOk;
+    return platform::gate("KdApDocManager::unlockDocument").afterwards(Kdapi::eLockViolation, [&] {
+        if (!document)
+            return Kdapi::eOk;
+        Document* known = find(document);
+        if (!known || known->locks_.empty())
+            return Kdapi::eLockViolation;
+        known->locks_.pop_back();
+        return Kdapi::eOk;
+    });
 }
 
 void DocumentManager::addReactor(KdApDocManagerReactor* reactor)
 {
-    platform::note("KdApDocManager::addReactor");
-    if (reactor && std::ranges::find(reactors_, reactor) == reactors_.end())
-        reactors_.push_back(reactor);
+    platform::gate("KdApDocManager::addReactor").always([&] {
+        if (reactor && std::ranges::find(reactors_, reactor) == reactors_.end())
+            reactors_.push_back(reactor);
+    });
 }
 
 void DocumentManager::removeReactor(KdApDocManagerReactor* reactor)
 {
-    platform::note("KdApDocManager::removeReactor");
-    std::erase(reactors_, reactor);
+    platform::gate("KdApDocManager::removeReactor").always([&] { std::erase(reactors_, reactor); });
 }
 
 std::vector<Document*> DocumentManager::documents() const
@@ -162,8 +164,10 @@ template <class Call>
 void DocumentManager::tellReactors(Call call)
 {
     for (KdApDocManagerReactor* reactor : std::vector(reactors_)) {
-        if (std::ranges::find(reactors_, reactor) != reactors_.end())
-            call(*reactor);
+        if (std::ranges::find(reactors_, reactor) == reactors_.end())
+            continue;
+        const platform::TurnOf turn(platform::Party::module);
+        call(*reactor);
     }
 }
 

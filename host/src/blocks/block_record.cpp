@@ -5,6 +5,7 @@
 #include "blocks/spaces.h"
 #include "objects/contents.h"
 #include "objects/id_steps.h"
+#include "objects/setters.h"
 
 #include "platform/gate.h"
 #include "platform/tally.h"
@@ -85,7 +86,7 @@ bool KdDbBlockTableRecord::isIndispensable() const
 
 Kdapi::ErrorStatus KdDbBlockTableRecord::setOrigin(const KdGePoint3d& origin)
 {
-    return set(origin_, origin);
+    return set("KdDbBlockTableRecord::setOrigin", origin_, origin);
 }
 
 bool KdDbBlockTableRecord::isAnonymous() const
@@ -95,17 +96,18 @@ bool KdDbBlockTableRecord::isAnonymous() const
 
 Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbObjectId& id, KdDbEntity* entity)
 {
-    if (platform::gate("KdDbBlockTableRecord::appendKdDbEntity", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    if (const auto status = ObjectAccess::canOwn(*this, entity))
-        return status;
-    if (wouldContainItself(*this, *entity))
-        return Kdapi::eSelfReference;
-    if (const auto status = beginChange())
-        return status;
-    id = ObjectAccess::append(*this, entity, korra::Opening::forWrite);
-    completeProperties(*entity, database()->contents());
-    return Kdapi::eOk;
+    return platform::gate("KdDbBlockTableRecord::appendKdDbEntity", objectId())
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = ObjectAccess::canOwn(*this, entity))
+                return status;
+            if (wouldContainItself(*this, *entity))
+                return Kdapi::eSelfReference;
+            if (const auto status = beginChange())
+                return status;
+            id = ObjectAccess::append(*this, entity, korra::Opening::forWrite);
+            completeProperties(*entity, database()->contents());
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbEntity* entity)
@@ -118,33 +120,35 @@ Kdapi::ErrorStatus KdDbBlockTableRecord::newIterator(KdDbBlockTableRecordIterato
                                                      bool atBeginning, bool skipErased) const
 {
     iterator = nullptr;
-    if (platform::gate("KdDbBlockTableRecord::newIterator", objectId()))
-        return Kdapi::eNotOpenForRead;
-    iterator = new KdDbBlockTableRecordIterator(entities_.ids(), skipErased);
-    iterator->start(atBeginning, skipErased);
-    return Kdapi::eOk;
+    return platform::gate("KdDbBlockTableRecord::newIterator", objectId())
+        .guard(Kdapi::eNotOpenForRead, [&] {
+            iterator = new KdDbBlockTableRecordIterator(entities_.ids(), skipErased);
+            iterator->start(atBeginning, skipErased);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbBlockTableRecord::getSortentsTable(KdDbSortentsTable*& table,
                                                           KdDb::OpenMode mode, bool createIfMissing)
 {
     table = nullptr;
-    if (platform::gate("KdDbBlockTableRecord::getSortentsTable", objectId(), mode))
-        return Kdapi::eKeyNotFound;
-    KdDbObjectId id = korra::sortentsTableOf(*this);
-    if (id.isNull() && createIfMissing) {
-        if (!database())
-            return Kdapi::eNotInDatabase;
-        if (const auto status = beginChange())
+    return platform::gate("KdDbBlockTableRecord::getSortentsTable", objectId(), mode)
+        .guard(Kdapi::eKeyNotFound, [&] {
+            KdDbObjectId id = korra::sortentsTableOf(*this);
+            if (id.isNull() && createIfMissing) {
+                if (!database())
+                    return Kdapi::eNotInDatabase;
+                if (const auto status = beginChange())
+                    return status;
+                id = korra::makeSortentsTable(*this);
+            }
+            if (id.isNull())
+                return Kdapi::eKeyNotFound;
+            KdDbObject* opened = nullptr;
+            const auto status = ObjectAccess::open(opened, id, mode);
+            table = static_cast<KdDbSortentsTable*>(opened);
             return status;
-        id = korra::makeSortentsTable(*this);
-    }
-    if (id.isNull())
-        return Kdapi::eKeyNotFound;
-    KdDbObject* opened = nullptr;
-    const auto status = ObjectAccess::open(opened, id, mode);
-    table = static_cast<KdDbSortentsTable*>(opened);
-    return status;
+        });
 }
 
 KdDbBlockTableRecordIterator::KdDbBlockTableRecordIterator(std::vector<KdDbObjectId> entities,
@@ -172,17 +176,23 @@ void KdDbBlockTableRecordIterator::step(bool forward, bool skipErased)
 
 Kdapi::ErrorStatus KdDbBlockTableRecordIterator::getEntityId(KdDbObjectId& id) const
 {
-    if (platform::gate("KdDbBlockTableRecordIterator::getEntityId") || done())
-        return Kdapi::eIteratorDone;
-    id = entities_[next_];
-    return Kdapi::eOk;
+    return platform::gate("KdDbBlockTableRecordIterator::getEntityId")
+        .guard(Kdapi::eIteratorDone, [&] {
+            if (done())
+                return Kdapi::eIteratorDone;
+            id = entities_[next_];
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbBlockTableRecordIterator::getEntity(KdDbEntity*& entity, KdDb::OpenMode mode,
                                                            bool openErased) const
 {
     entity = nullptr;
-    if (done())
-        return Kdapi::eIteratorDone;
-    return kddbOpenObject(entity, entities_[next_], mode, openErased);
+    return platform::gate("KdDbBlockTableRecordIterator::getEntity", mode)
+        .guard(Kdapi::eWasOpenForWrite, [&] {
+            if (done())
+                return Kdapi::eIteratorDone;
+            return kddbOpenObject(entity, entities_[next_], mode, openErased);
+        });
 }

@@ -3,6 +3,7 @@
 #include "kd/db/blocks.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 #include "platform/gate.h"
 #include "platform/tally.h"
 
@@ -46,12 +47,13 @@ KdGePoint3d KdDbBlockReference::position() const
 
 Kdapi::ErrorStatus KdDbBlockReference::setScaleFactors(const KdGeScale3d& scale)
 {
-    return setIf(scale.sx != 0.0 && scale.sy != 0.0 && scale.sz != 0.0, scale_, scale);
+    return setIf("KdDbBlockReference::setScaleFactors",
+                 scale.sx != 0.0 && scale.sy != 0.0 && scale.sz != 0.0, scale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbBlockReference::setRotation(double rotation)
 {
-    return set(rotation_, rotation);
+    return set("KdDbBlockReference::setRotation", rotation_, rotation);
 }
 
 KdGeMatrix3d KdDbBlockReference::insertion() const
@@ -74,48 +76,49 @@ KdGeMatrix3d KdDbBlockReference::blockTransform() const
 
 Kdapi::ErrorStatus KdDbBlockReference::appendAttribute(KdDbObjectId& id, KdDbAttribute* attribute)
 {
-    if (platform::gate("appendAttribute", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    return ObjectAccess::appendPart(*this, attribute, id);
+    return platform::gate("KdDbBlockReference::appendAttribute", objectId())
+        .guard(Kdapi::eNotOpenForWrite,
+               [&] { return ObjectAccess::appendPart(*this, attribute, id); });
 }
 
 KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
 {
-    if (platform::gate("attributeIterator", objectId()))
-        return nullptr;
-    std::vector<KdDbObjectId> ids;
-    for (const KdDbAttribute* attribute : attributes_.each()) {
-        if (!attribute->isErased() && attribute->database())
-            ids.push_back(attribute->objectId());
-    }
-    return new KdDbObjectIterator(std::move(ids));
+    return platform::gate("KdDbBlockReference::attributeIterator", objectId())
+        .guard(nullptr, [&]() -> KdDbObjectIterator* {
+            std::vector<KdDbObjectId> ids;
+            for (const KdDbAttribute* attribute : attributes_.each()) {
+                if (!attribute->isErased() && attribute->database())
+                    ids.push_back(attribute->objectId());
+            }
+            return new KdDbObjectIterator(std::move(ids));
+        });
 }
 
 Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
 {
     // The texts of attributes cannot be stretched one way.
-    if (const auto status = beginTransform(matrix, !attributes_.isEmpty()); status != Kdapi::eOk)
-        return status;
-    KdGePoint3d origin;
-    KdGeVector3d x;
-    KdGeVector3d y;
-    KdGeVector3d z;
-    (matrix * insertion()).getCoordSystem(origin, x, y, z);
-    if (!areAtRightAngles(x, y) || !areAtRightAngles(y, z) || !areAtRightAngles(z, x))
-        return Kdapi::eCannotScaleNonUniformly;
+    return transform(matrix, !attributes_.isEmpty(), [&] {
+        KdGePoint3d origin;
+        KdGeVector3d x;
+        KdGeVector3d y;
+        KdGeVector3d z;
+        (matrix * insertion()).getCoordSystem(origin, x, y, z);
+        if (!areAtRightAngles(x, y) || !areAtRightAngles(y, z) || !areAtRightAngles(z, x))
+            return Kdapi::eCannotScaleNonUniformly;
 
-    // A mirroring turns the y axis over, so that the axes stay right-handed.
-    const double side = x.crossProduct(y).dotProduct(z) < 0.0 ? -1.0 : 1.0;
-    scale_ =
-        KdGeScale3d(scale_.sx * x.length(), scale_.sy * y.length() * side, scale_.sz * z.length());
-    columnSpacing_ *= x.length();
-    rowSpacing_ *= y.length() * side;
-    place_.setNormal(z);
-    rotation_ = place_.angleOf(x);
-    position_ = place_.toPlane() * origin;
-    for (KdDbAttribute* attribute : attributes_.each())
-        attribute->moveBySimilarity(matrix);
-    return Kdapi::eOk;
+        // A mirroring turns the y axis over, so that the axes stay right-handed.
+        const double side = x.crossProduct(y).dotProduct(z) < 0.0 ? -1.0 : 1.0;
+        scale_ = KdGeScale3d(scale_.sx * x.length(), scale_.sy * y.length() * side,
+                             scale_.sz * z.length());
+        columnSpacing_ *= x.length();
+        rowSpacing_ *= y.length() * side;
+        place_.setNormal(z);
+        rotation_ = place_.angleOf(x);
+        position_ = place_.toPlane() * origin;
+        for (KdDbAttribute* attribute : attributes_.each())
+            attribute->moveBySimilarity(matrix);
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbBlockReference::draw(korra::DrawSink& sink) const

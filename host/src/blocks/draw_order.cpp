@@ -108,26 +108,28 @@ void KdDbSortentsTable::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbSortentsTable::getFullDrawOrder(KdArray<KdDbObjectId>& order, bool) const
 {
-    if (platform::gate("KdDbSortentsTable::getFullDrawOrder", objectId()))
-        return Kdapi::eNotOpenForRead;
-    order.removeAll();
-    for (const KdDbObjectId id : fullDrawOrder())
-        order.append(id);
-    return Kdapi::eOk;
+    return platform::gate("KdDbSortentsTable::getFullDrawOrder", objectId())
+        .guard(Kdapi::eNotOpenForRead, [&] {
+            order.removeAll();
+            for (const KdDbObjectId id : fullDrawOrder())
+                order.append(id);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbSortentsTable::setRelativeDrawOrder(const KdArray<KdDbObjectId>& order)
 {
-    if (platform::gate("KdDbSortentsTable::setRelativeDrawOrder", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    std::vector<KdDbObjectId> full = fullDrawOrder();
-    if (!areDistinctMembers(order, full))
-        return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    arrange(full, order);
-    sortAs(full);
-    return Kdapi::eOk;
+    return platform::gate("KdDbSortentsTable::setRelativeDrawOrder", objectId())
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            std::vector<KdDbObjectId> full = fullDrawOrder();
+            if (!areDistinctMembers(order, full))
+                return Kdapi::eInvalidInput;
+            if (const auto status = beginChange())
+                return status;
+            arrange(full, order);
+            sortAs(full);
+            return Kdapi::eOk;
+        });
 }
 
 /// Gives the entities their own handles in ascending order as sort handles: whatever the order was

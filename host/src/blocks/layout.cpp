@@ -3,6 +3,7 @@
 
 #include "blocks/spaces.h"
 #include "objects/object_access.h"
+#include "objects/setters.h"
 
 #include "platform/gate.h"
 
@@ -42,16 +43,19 @@ void KdDbLayout::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbLayout::setLayoutName(const wchar_t* name)
 {
-    return setIf(name && *name, name_, name);
+    return setIf("KdDbLayout::setLayoutName", name && *name, name_, name);
 }
 
 KdArray<KdDbObjectId> KdDbLayout::getViewportArray() const
 {
     KdArray<KdDbObjectId> viewports;
     const auto* sheet = ObjectAccess::live<KdDbBlockTableRecord>(block_);
-    if (platform::gate("KdDbLayout::getViewportArray", objectId()) || !sheet || tabOrder_ == 0)
-        return viewports;
-    for (const KdDbObjectId id : korra::viewportsOf(*sheet))
-        viewports.append(id);
-    return viewports;
+    return platform::gate("KdDbLayout::getViewportArray", objectId())
+        .guard(KdArray<KdDbObjectId>(), [&] {
+            if (!sheet || tabOrder_ == 0)
+                return viewports;
+            for (const KdDbObjectId id : korra::viewportsOf(*sheet))
+                viewports.append(id);
+            return viewports;
+        });
 }

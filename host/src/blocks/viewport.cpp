@@ -2,6 +2,7 @@
 #include "kd/db/layout.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbViewport, KdDbEntity)
 
@@ -23,68 +24,70 @@ bool KdDbViewport::isOn() const
 
 Kdapi::ErrorStatus KdDbViewport::setCenterPoint(const KdGePoint3d& center)
 {
-    return set(center_, center);
+    return set("KdDbViewport::setCenterPoint", center_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setWidth(double width)
 {
-    return setIf(width > 0.0, width_, width);
+    return setIf("KdDbViewport::setWidth", width > 0.0, width_, width);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setHeight(double height)
 {
-    return setIf(height > 0.0, height_, height);
+    return setIf("KdDbViewport::setHeight", height > 0.0, height_, height);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewCenter(const KdGePoint2d& center)
 {
-    return set(viewCenter_, center);
+    return set("KdDbViewport::setViewCenter", viewCenter_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewTarget(const KdGePoint3d& target)
 {
-    return set(viewTarget_, target);
+    return set("KdDbViewport::setViewTarget", viewTarget_, target);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewDirection(const KdGeVector3d& direction)
 {
-    return setIf(!direction.isZeroLength(), viewDirection_, direction);
+    return setIf("KdDbViewport::setViewDirection", !direction.isZeroLength(), viewDirection_,
+                 direction);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setViewHeight(double height)
 {
-    return setIf(height > 0.0, viewHeight_, height);
+    return setIf("KdDbViewport::setViewHeight", height > 0.0, viewHeight_, height);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setTwistAngle(double angle)
 {
-    return set(twistAngle_, angle);
+    return set("KdDbViewport::setTwistAngle", twistAngle_, angle);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setLensLength(double length)
 {
-    return setIf(length > 0.0, lensLength_, length);
+    return setIf("KdDbViewport::setLensLength", length > 0.0, lensLength_, length);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setPerspectiveOn(bool on)
 {
-    return set(statusFlags_, on ? statusFlags_ | 1 : statusFlags_ & ~1);
+    return set("KdDbViewport::setPerspectiveOn", statusFlags_,
+               on ? statusFlags_ | 1 : statusFlags_ & ~1);
 }
 
 Kdapi::ErrorStatus KdDbViewport::setNumber(short number)
 {
-    return set(number_, number);
+    return set("KdDbViewport::setNumber", number_, number);
 }
 
 Kdapi::ErrorStatus KdDbViewport::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    const double scale = matrix.scale();
-    center_.transformBy(matrix);
-    width_ *= scale;
-    height_ *= scale;
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        const double scale = matrix.scale();
+        center_.transformBy(matrix);
+        width_ *= scale;
+        height_ *= scale;
+        return Kdapi::eOk;
+    });
 }
 
 /// The border; the sheet's own viewport has none.

@@ -3,6 +3,7 @@
 #include "objects/contents.h"
 #include "objects/object_slots.h"
 
+#include "platform/gate.h"
 #include "platform/tally.h"
 #include "platform/text.h"
 
@@ -42,6 +43,7 @@ void listLocks(Words& words, const std::vector<Document*>& documents)
 
 std::vector<std::string> audit()
 {
+    const platform::TurnOf turn(platform::Party::host);
     Words words = platform::leftovers();
     std::vector<Document*> documents;
     if (const Host* running = runningHost()) {

@@ -5,6 +5,7 @@
 #include "rx/fatal_stop.h"
 #include "rx/module_linker.h"
 
+#include "platform/gate.h"
 #include "platform/text.h"
 
 #include <filesystem>
@@ -68,6 +69,7 @@ bool hostIsRunning()
 
 void startHost(const HostOptions& options)
 {
+    const platform::TurnOf turn(platform::Party::host);
     if (running)
         stopHost();
     ObjectAccess::forgetFreeStanding();
@@ -82,6 +84,7 @@ void startHost(const HostOptions& options)
 
 void stopHost()
 {
+    const platform::TurnOf turn(platform::Party::host);
     if (!running)
         return;
     rx::stopLinker();
@@ -105,12 +108,14 @@ void addModuleFolder(const std::string& folder)
 
 KdApDocument* newDocument()
 {
+    const platform::TurnOf turn(platform::Party::host);
     const std::wstring title = L"Drawing" + std::to_wstring(++host().newDrawings);
     return &host().documents.open(title, std::make_unique<KdDbDatabase>());
 }
 
 FileOutcome openDocument(const std::string& path, KdApDocument*& document)
 {
+    const platform::TurnOf turn(platform::Party::host);
     document = nullptr;
     auto database = std::make_unique<KdDbDatabase>(false);
     FileOutcome outcome = readDrawing(*database, path);
@@ -121,11 +126,13 @@ FileOutcome openDocument(const std::string& path, KdApDocument*& document)
 
 FileOutcome saveDocument(KdApDocument& document, const std::string& path)
 {
+    const platform::TurnOf turn(platform::Party::host);
     return writeDrawing(*document.database(), path);
 }
 
 void closeDocument(KdApDocument& document)
 {
+    const platform::TurnOf turn(platform::Party::host);
     host().documents.close(static_cast<Document&>(document));
 }
 

@@ -4,6 +4,7 @@
 #include "dimensions/dimension_sheet.h"
 #include "objects/contents.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 #include "platform/gate.h"
 
 KDRX_DEFINE_MEMBERS(KdDbDimension, KdDbEntity)
@@ -47,24 +48,27 @@ KdDbObjectId KdDbDimension::dimensionStyle() const
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionStyle(KdDbObjectId style)
 {
-    return setReference(style_, style, KdDbDimStyleTableRecord::desc());
+    return setReference("KdDbDimension::setDimensionStyle", style_, style,
+                        KdDbDimStyleTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbDimension::setDimensionText(const wchar_t* text)
 {
-    return setIf(text != nullptr, text_, text);
+    return setIf("KdDbDimension::setDimensionText", text != nullptr, text_, text);
 }
 
 Kdapi::ErrorStatus KdDbDimension::recomputeDimBlock(bool force)
 {
-    if (platform::gate("recomputeDimBlock", objectId(), force))
-        return Kdapi::eNotApplicable;
-    if (!database())
-        return Kdapi::eNotInDatabase;
-    // Closing a changed dimension renews its graphics, so only a writer can find them out of date.
-    if (!isWriteEnabled())
-        return force ? Kdapi::eNotOpenForWrite : Kdapi::eOk;
-    return renewGraphics();
+    return platform::gate("KdDbDimension::recomputeDimBlock", objectId(), force)
+        .guard(Kdapi::eNotApplicable, [&] {
+            if (!database())
+                return Kdapi::eNotInDatabase;
+            // Closing a changed dimension renews its graphics, so only a writer can find them out
+            // of date.
+            if (!isWriteEnabled())
+                return force ? Kdapi::eNotOpenForWrite : Kdapi::eOk;
+            return renewGraphics();
+        });
 }
 
 Kdapi::ErrorStatus KdDbDimension::renewGraphics()
@@ -135,16 +139,16 @@ std::optional<KdGePoint2d> KdDbDimension::movedText() const
 
 Kdapi::ErrorStatus KdDbDimension::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    if (isA() == KdDbDimension::desc())
-        return Kdapi::eNotApplicable;
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    transformDefinition(matrix, image);
-    dimLinePoint_.transformBy(matrix);
-    textPosition_.transformBy(image.map);
-    notYetInBlock_ = matrix * notYetInBlock_;
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        if (isA() == KdDbDimension::desc())
+            return Kdapi::eNotApplicable;
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        transformDefinition(matrix, image);
+        dimLinePoint_.transformBy(matrix);
+        textPosition_.transformBy(image.map);
+        notYetInBlock_ = matrix * notYetInBlock_;
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbDimension::draw(korra::DrawSink& sink) const

@@ -184,9 +184,9 @@ std::vector<KdDbDimensionValue> dimensionValues(const KdDbDimension& dimension)
     }                                                                                              \
     Kdapi::ErrorStatus KdDbDimension::setter(Type value)                                           \
     {                                                                                              \
-        if (platform::gate(#setter, objectId(), value))                                            \
-            return Kdapi::eInvalidInput;                                                           \
-        return setOverride(code, static_cast<double>(value));                                      \
+        return platform::gate("KdDbDimension::" #setter, objectId(), value)                        \
+            .guard(Kdapi::eInvalidInput,                                                           \
+                   [&] { return setOverride(code, static_cast<double>(value)); });                 \
     }
 
 KORRA_DIMENSION_ACCESSORS(DEFINE_OVERRIDE_ACCESSOR)

@@ -99,27 +99,31 @@ Kdapi::ErrorStatus KdDbDatabase::getDimstyleData(KdDbDimStyleTableRecord* record
 {
     if (!record)
         return Kdapi::eNullObjectPointer;
-    if (platform::gate("KdDbDatabase::getDimstyleData") || !record->isWriteEnabled())
-        return Kdapi::eNotOpenForWrite;
-    ObjectAccess::willChange(*record);
-    auto& values = ObjectAccess::values(*record);
-    const DrawingSettings drawing(*this);
-    for (std::size_t index = 0; index < values.size(); ++index)
-        values[index] = currentValue(drawing, korra::dimensionVariables()[index]);
-    return Kdapi::eOk;
+    return platform::gate("KdDbDatabase::getDimstyleData").guard(Kdapi::eNotOpenForWrite, [&] {
+        if (!record->isWriteEnabled())
+            return Kdapi::eNotOpenForWrite;
+        ObjectAccess::willChange(*record);
+        auto& values = ObjectAccess::values(*record);
+        const DrawingSettings drawing(*this);
+        for (std::size_t index = 0; index < values.size(); ++index)
+            values[index] = currentValue(drawing, korra::dimensionVariables()[index]);
+        return Kdapi::eOk;
+    });
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setDimstyleData(const KdDbDimStyleTableRecord* record)
 {
     if (!record)
         return Kdapi::eNullObjectPointer;
-    if (platform::gate("KdDbDatabase::setDimstyleData", record->objectId()))
-        return Kdapi::eInvalidInput;
-    const auto& values = ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(*record));
-    ValueStore store(*this, values);
-    for (std::size_t index = 0; index < values.size(); ++index)
-        store.store(index);
-    return Kdapi::eOk;
+    return platform::gate("KdDbDatabase::setDimstyleData", record->objectId())
+        .guard(Kdapi::eInvalidInput, [&] {
+            const auto& values =
+                ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(*record));
+            ValueStore store(*this, values);
+            for (std::size_t index = 0; index < values.size(); ++index)
+                store.store(index);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setDimstyleData(KdDbObjectId style)

@@ -19,10 +19,10 @@ bool KdDbDatabase::orthomode() const
 
 Kdapi::ErrorStatus KdDbDatabase::setOrthomode(bool on)
 {
-    if (platform::gate("KdDbDatabase::setOrthomode", on))
-        return Kdapi::eInvalidInput;
-    DrawingSettings(*this).set(settings::kOrthoMode, on ? 1 : 0);
-    return Kdapi::eOk;
+    return platform::gate("KdDbDatabase::setOrthomode", on).guard(Kdapi::eInvalidInput, [&] {
+        DrawingSettings(*this).set(settings::kOrthoMode, on ? 1 : 0);
+        return Kdapi::eOk;
+    });
 }
 
 KdDb::MeasurementValue KdDbDatabase::measurement() const
@@ -43,9 +43,9 @@ KdDbObjectId KdDbDatabase::clayer() const
 
 Kdapi::ErrorStatus KdDbDatabase::setClayer(KdDbObjectId layer)
 {
-    if (platform::gate("KdDbDatabase::setClayer", layer))
-        return Kdapi::eInvalidInput;
-    return DrawingSettings(*this).set(settings::kLayer, layer);
+    return platform::gate("KdDbDatabase::setClayer", layer).guard(Kdapi::eInvalidInput, [&] {
+        return DrawingSettings(*this).set(settings::kLayer, layer);
+    });
 }
 
 KdDbObjectId KdDbDatabase::textstyle() const
@@ -55,9 +55,9 @@ KdDbObjectId KdDbDatabase::textstyle() const
 
 Kdapi::ErrorStatus KdDbDatabase::setTextstyle(KdDbObjectId style)
 {
-    if (platform::gate("KdDbDatabase::setTextstyle", style))
-        return Kdapi::eInvalidInput;
-    return DrawingSettings(*this).set(settings::kTextStyle, style);
+    return platform::gate("KdDbDatabase::setTextstyle", style).guard(Kdapi::eInvalidInput, [&] {
+        return DrawingSettings(*this).set(settings::kTextStyle, style);
+    });
 }
 
 KdDbObjectId KdDbDatabase::dimstyle() const
@@ -67,9 +67,9 @@ KdDbObjectId KdDbDatabase::dimstyle() const
 
 Kdapi::ErrorStatus KdDbDatabase::setDimstyle(KdDbObjectId style)
 {
-    if (platform::gate("KdDbDatabase::setDimstyle", style))
-        return Kdapi::eInvalidInput;
-    return DrawingSettings(*this).set(settings::kDimStyle, style);
+    return platform::gate("KdDbDatabase::setDimstyle", style).guard(Kdapi::eInvalidInput, [&] {
+        return DrawingSettings(*this).set(settings::kDimStyle, style);
+    });
 }
 
 KdDbObjectId KdDbDatabase::celtype() const
@@ -91,10 +91,11 @@ KdCmColor KdDbDatabase::cecolor() const
 
 Kdapi::ErrorStatus KdDbDatabase::setCecolor(const KdCmColor& color)
 {
-    if (platform::gate("KdDbDatabase::setCecolor", color.colorIndex()))
-        return Kdapi::eInvalidInput;
-    DrawingSettings(*this).set(settings::kColor, color.colorIndex());
-    return Kdapi::eOk;
+    return platform::gate("KdDbDatabase::setCecolor", color.colorIndex())
+        .guard(Kdapi::eInvalidInput, [&] {
+            DrawingSettings(*this).set(settings::kColor, color.colorIndex());
+            return Kdapi::eOk;
+        });
 }
 
 KdDb::LineWeight KdDbDatabase::celweight() const
@@ -104,9 +105,10 @@ KdDb::LineWeight KdDbDatabase::celweight() const
 
 Kdapi::ErrorStatus KdDbDatabase::setCelweight(KdDb::LineWeight weight)
 {
-    if (platform::gate("KdDbDatabase::setCelweight", weight) ||
-        !korra::isStandardLineWeight(weight))
-        return Kdapi::eInvalidInput;
-    DrawingSettings(*this).set(settings::kLineWeight, weight);
-    return Kdapi::eOk;
+    return platform::gate("KdDbDatabase::setCelweight", weight).guard(Kdapi::eInvalidInput, [&] {
+        if (!korra::isStandardLineWeight(weight))
+            return Kdapi::eInvalidInput;
+        DrawingSettings(*this).set(settings::kLineWeight, weight);
+        return Kdapi::eOk;
+    });
 }

@@ -20,12 +20,13 @@ Kdapi::ErrorStatus openTable(const KdDbDatabase& database, TableKind kind, Table
 {
     table = nullptr;
     const KdDbObjectId id = database.contents().table(kind);
-    if (platform::gate("KdDbDatabase::getSymbolTable", Table::desc()->name(), mode))
-        return Kdapi::eWasOpenForWrite;
-    KdDbObject* opened = nullptr;
-    const auto status = ObjectAccess::open(opened, id, mode);
-    table = static_cast<Table*>(opened);
-    return status;
+    return platform::gate("KdDbDatabase::getSymbolTable", Table::desc()->name(), mode)
+        .guard(Kdapi::eWasOpenForWrite, [&] {
+            KdDbObject* opened = nullptr;
+            const auto status = ObjectAccess::open(opened, id, mode);
+            table = static_cast<Table*>(opened);
+            return status;
+        });
 }
 
 } // namespace
@@ -34,12 +35,16 @@ KdDbDatabase::KdDbDatabase(bool buildDefaultDrawing, bool noDocument)
     : contents_(std::make_unique<DatabaseContents>(*this))
 {
     contents_->noDocument = noDocument;
-    if (buildDefaultDrawing)
+    if (!buildDefaultDrawing)
+        return;
+    platform::gate("KdDbDatabase::KdDbDatabase").always([&] {
         korra::completeDrawing(*contents_);
+    });
 }
 
 KdDbDatabase::~KdDbDatabase()
 {
+    const platform::TurnOf turn(platform::Party::host);
     if (kddbHostApplicationServices()->workingDatabase() == this)
         kddbHostApplicationServices()->setWorkingDatabase(nullptr);
     contents_->clear();

@@ -1,6 +1,7 @@
 #include "drawing/user_systems.h"
 #include "kd/db.h"
 #include "objects/object_access.h"
+#include "objects/setters.h"
 
 #include "platform/gate.h"
 #include "platform/text.h"
@@ -37,72 +38,81 @@ void KdDbViewportTableRecord::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setCenterPoint(const KdGePoint2d& center)
 {
-    return set(center_, center);
+    return set("KdDbViewportTableRecord::setCenterPoint", center_, center);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setHeight(double height)
 {
-    if (!(height > 0.0))
-        return Kdapi::eInvalidView;
-    if (const auto status = beginChange())
-        return status;
-    const double oldWidth = width();
-    height_ = height;
-    aspect_ = oldWidth / height_;
-    return Kdapi::eOk;
+    return platform::gate("KdDbViewportTableRecord::setHeight", objectId(), height)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!(height > 0.0))
+                return Kdapi::eInvalidView;
+            if (const auto status = beginChange())
+                return status;
+            const double oldWidth = width();
+            height_ = height;
+            aspect_ = oldWidth / height_;
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setWidth(double width)
 {
-    return setIf(width > 0.0, aspect_, width / height_, Kdapi::eInvalidView);
+    return setIf("KdDbViewportTableRecord::setWidth", width > 0.0, aspect_, width / height_,
+                 Kdapi::eInvalidView);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setTarget(const KdGePoint3d& target)
 {
-    return set(target_, target);
+    return set("KdDbViewportTableRecord::setTarget", target_, target);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setViewDirection(const KdGeVector3d& direction)
 {
-    if (direction.isZeroLength())
-        return Kdapi::eInvalidView;
-    return set(direction_, direction);
+    return platform::gate("KdDbViewportTableRecord::setViewDirection", objectId(), direction)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (direction.isZeroLength())
+                return Kdapi::eInvalidView;
+            return set("KdDbViewportTableRecord::setViewDirection", direction_, direction);
+        });
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setViewTwist(double radians)
 {
-    return set(twist_, radians);
+    return set("KdDbViewportTableRecord::setViewTwist", twist_, radians);
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setUcs(KdDbObjectId namedSystem)
 {
-    if (platform::gate("KdDbViewportTableRecord::setUcs", objectId(), namedSystem))
-        return Kdapi::eNotOpenForWrite;
-    if (database() && namedSystem.database() && namedSystem.database() != database())
-        return Kdapi::eWrongDatabase;
-    KdDbObject* opened = nullptr;
-    if (const auto status = ObjectAccess::open(opened, namedSystem, KdDb::kForRead))
-        return status;
-    const auto* system = KdDbUCSTableRecord::cast(opened);
-    ObjectAccess::close(*opened);
-    if (!system)
-        return Kdapi::eNotThatKindOfClass;
-    if (const auto status = beginChange())
-        return status;
-    takeUcs(system->origin(), system->xAxis(), system->yAxis(), namedSystem);
-    return Kdapi::eOk;
+    return platform::gate("KdDbViewportTableRecord::setUcs", objectId(), namedSystem)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (database() && namedSystem.database() && namedSystem.database() != database())
+                return Kdapi::eWrongDatabase;
+            KdDbObject* opened = nullptr;
+            if (const auto status = ObjectAccess::open(opened, namedSystem, KdDb::kForRead))
+                return status;
+            const auto* system = KdDbUCSTableRecord::cast(opened);
+            ObjectAccess::close(*opened);
+            if (!system)
+                return Kdapi::eNotThatKindOfClass;
+            if (const auto status = beginChange())
+                return status;
+            takeUcs(system->origin(), system->xAxis(), system->yAxis(), namedSystem);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbViewportTableRecord::setUcs(const KdGePoint3d& origin,
                                                    const KdGeVector3d& xAxis,
                                                    const KdGeVector3d& yAxis)
 {
-    if (platform::gate("KdDbViewportTableRecord::setUcs", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    if (const auto status = beginChange())
-        return status;
-    takeUcs(origin, xAxis, yAxis, {});
-    return Kdapi::eOk;
+    return platform::gate("KdDbViewportTableRecord::setUcs", objectId())
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = beginChange())
+                return status;
+            takeUcs(origin, xAxis, yAxis, {});
+            return Kdapi::eOk;
+        });
 }
 
 void KdDbViewportTableRecord::takeUcs(const KdGePoint3d& origin, const KdGeVector3d& xAxis,

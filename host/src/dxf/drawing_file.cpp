@@ -3,6 +3,7 @@
 #include "dxf/drawing_writer.h"
 #include "korra/host.h"
 #include "objects/contents.h"
+#include "platform/gate.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -45,6 +46,7 @@ struct CloseFile {
 
 FileOutcome readDrawing(KdDbDatabase& database, const std::string& path)
 {
+    const platform::TurnOf turn(platform::Party::host);
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
     if (!file)
         return failure(path, 0, std::string("cannot be read: ") + std::strerror(errno));
@@ -60,6 +62,7 @@ FileOutcome readDrawing(KdDbDatabase& database, const std::string& path)
 FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
                             const std::string& name)
 {
+    const platform::TurnOf turn(platform::Party::host);
     std::string_view rest = text;
     const auto read = [&](char* buffer, std::size_t size) {
         const std::size_t count = std::min(size, rest.size());
@@ -72,12 +75,14 @@ FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
 
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path)
 {
+    const platform::TurnOf turn(platform::Party::host);
     const std::string problem = replaceFile(path, drawingText(database));
     return problem.empty() ? FileOutcome{true, {}} : failure(path, 0, problem);
 }
 
 std::string drawingText(const KdDbDatabase& database)
 {
+    const platform::TurnOf turn(platform::Party::host);
     return DrawingWriter(database.contents()).text();
 }
 

@@ -76,8 +76,10 @@ using namespace korra::ed;
 
 bool kdedGetCurrentColors(KdColorSettings* settings)
 {
-    if (platform::gate("kdedGetCurrentColors") || !settings)
-        return false;
-    *settings = {kModelBackground, kSheetBackground};
-    return true;
+    return platform::gate("kdedGetCurrentColors").guard(false, [&] {
+        if (!settings)
+            return false;
+        *settings = {kModelBackground, kSheetBackground};
+        return true;
+    });
 }

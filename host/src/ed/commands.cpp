@@ -3,6 +3,7 @@
 #include "ed/editor.h"
 #include "ed/prompts.h"
 #include "kd/ed.h"
+#include "platform/faults.h"
 #include "platform/gate.h"
 #include "platform/text.h"
 #include "rx/command_stack.h"
@@ -49,6 +50,7 @@ void sayStopped(std::wstring_view name, const std::string& why)
 void call(std::wstring_view name, KdRxFunctionPtr function)
 {
     try {
+        const platform::TurnOf turn(platform::Party::module);
         function();
     } catch (const platform::OrderedException& exception) {
         sayStopped(name, exception.operation());
@@ -86,6 +88,7 @@ bool runFunction(std::wstring_view name)
 
 bool runCommands()
 {
+    const platform::TurnOf turn(platform::Party::host);
     bool allKnown = true;
     editor().quitting = false;
     while (!editor().quitting) {

@@ -4,6 +4,7 @@
 #include "ed/editor.h"
 #include "ed/script_lines.h"
 #include "ed/system_variables.h"
+#include "platform/gate.h"
 #include "platform/text.h"
 
 namespace korra {
@@ -15,12 +16,14 @@ void setCommandLineOutput(std::function<void(const std::string& utf8)> sink)
 
 std::string takePrintedText()
 {
+    const platform::TurnOf turn(platform::Party::host);
     EditorState* const editor = ed::runningEditor();
     return editor ? editor->commandLine.take() : std::string();
 }
 
 void queueInput(const std::string& utf8Line)
 {
+    const platform::TurnOf turn(platform::Party::host);
     ed::editor().input.queue().add(ed::readInputLine(utf8Line));
 }
 
@@ -32,16 +35,19 @@ void setInputSource(std::function<std::optional<std::string>()> source, InputEch
 
 bool runCommands()
 {
+    const platform::TurnOf turn(platform::Party::host);
     return ed::runCommands();
 }
 
 bool runCommand(const std::string& utf8Name)
 {
+    const platform::TurnOf turn(platform::Party::host);
     return ed::runCommand(platform::fromUtf8(utf8Name));
 }
 
 bool setVariable(const std::string& utf8Name, const std::string& utf8Value)
 {
+    const platform::TurnOf turn(platform::Party::host);
     const ed::SystemVariable* const variable = ed::findVariable(platform::fromUtf8(utf8Name));
     return variable && ed::setVariable(*variable, platform::fromUtf8(utf8Value));
 }

@@ -61,14 +61,16 @@ void korra::addSupportFolder(const std::string& folder)
 
 int kdedFindFile(const wchar_t* name, wchar_t* result, std::size_t size)
 {
-    if (platform::gate("kdedFindFile", name) || !name || !*name || !result || !runningEditor())
-        return RTERROR;
-    const auto found = find(platform::toBytes(name));
-    if (!found)
-        return RTERROR;
-    const std::wstring path = platform::fromUtf8(found->native());
-    if (path.size() >= size)
-        return RTERROR;
-    *std::ranges::copy(path, result).out = L'\0';
-    return RTNORM;
+    return platform::gate("kdedFindFile", name).guard(RTERROR, [&] {
+        if (!name || !*name || !result || !runningEditor())
+            return RTERROR;
+        const auto found = find(platform::toBytes(name));
+        if (!found)
+            return RTERROR;
+        const std::wstring path = platform::fromUtf8(found->native());
+        if (path.size() >= size)
+            return RTERROR;
+        *std::ranges::copy(path, result).out = L'\0';
+        return RTNORM;
+    });
 }

@@ -1,5 +1,6 @@
 #include "ed/input_stream.h"
 
+#include "platform/gate.h"
 #include "platform/input.h"
 
 #include <windows.h>
@@ -25,6 +26,7 @@ void hold(const HeldKeys& held)
 
 void InputStream::lookAhead(Waiting waiting)
 {
+    const platform::TurnOf turn(platform::Party::host); // what the user did is lost by no fault
     if (!ahead_)
         ahead_ = queue_.next();
     const bool mayAsk = source_ && (waiting == Waiting::allowed || !source_->asksUser());

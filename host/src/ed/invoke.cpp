@@ -27,11 +27,13 @@ int kdedInvoke(const resbuf* arguments, resbuf** result)
         *result = nullptr;
     const bool isNamed = arguments && arguments->restype == RTSTR && arguments->resval.rstring;
     const wchar_t* const name = isNamed ? arguments->resval.rstring : nullptr;
-    if (platform::gate("kdedInvoke", name) || !name || !result || !runningEditor())
-        return RTERROR;
-    for (const HostFunction& function : kHostFunctions) {
-        if (platform::compareNoCase(function.name, name) == 0)
-            return function.call(arguments->rbnext, result);
-    }
-    return korra::rx::invokeFunction(name) ? RTNORM : RTERROR;
+    return platform::gate("kdedInvoke", name).guard(RTERROR, [&]() -> int {
+        if (!name || !result || !runningEditor())
+            return RTERROR;
+        for (const HostFunction& function : kHostFunctions) {
+            if (platform::compareNoCase(function.name, name) == 0)
+                return function.call(arguments->rbnext, result);
+        }
+        return korra::rx::invokeFunction(name) ? RTNORM : RTERROR;
+    });
 }

@@ -115,8 +115,6 @@ resbuf* newChain(const std::vector<KdDbObjectId>& containers)
 int nestedPick(const wchar_t* prompt, kds_name picked, kds_point point, int pickFlag,
                kds_matrix transform, resbuf** containers, PickDepth depth, std::int64_t* marker)
 {
-    if (containers)
-        *containers = nullptr;
     if (!picked || !point || !transform || !containers || !currentDocument())
         return RTERROR;
     NestedPick pick;
@@ -147,23 +145,22 @@ int kdedNEntSelPEx(const wchar_t* prompt, kds_name picked, kds_point point, int 
                    kds_matrix transform, resbuf** containers, unsigned int spaceFlag,
                    std::int64_t* marker)
 {
-    if (platform::gate("kdedNEntSelPEx", prompt, pickFlag, spaceFlag)) {
-        if (containers)
-            *containers = nullptr;
-        return RTERROR;
-    }
-    return nestedPick(prompt, picked, point, pickFlag, transform, containers,
-                      spaceFlag ? PickDepth::throughViewports : PickDepth::currentSpace, marker);
+    if (containers)
+        *containers = nullptr;
+    return platform::gate("kdedNEntSelPEx", prompt, pickFlag, spaceFlag).guard(RTERROR, [&] {
+        return nestedPick(prompt, picked, point, pickFlag, transform, containers,
+                          spaceFlag ? PickDepth::throughViewports : PickDepth::currentSpace,
+                          marker);
+    });
 }
 
 int kdedNEntSelP(const wchar_t* prompt, kds_name picked, kds_point point, int pickFlag,
                  kds_matrix transform, resbuf** containers)
 {
-    if (platform::gate("kdedNEntSelP", prompt, pickFlag)) {
-        if (containers)
-            *containers = nullptr;
-        return RTERROR;
-    }
-    return nestedPick(prompt, picked, point, pickFlag, transform, containers,
-                      PickDepth::currentSpace, nullptr);
+    if (containers)
+        *containers = nullptr;
+    return platform::gate("kdedNEntSelP", prompt, pickFlag).guard(RTERROR, [&] {
+        return nestedPick(prompt, picked, point, pickFlag, transform, containers,
+                          PickDepth::currentSpace, nullptr);
+    });
 }

@@ -177,43 +177,53 @@ using namespace korra::ed;
 
 int kdedInitGet(int flags, const wchar_t* keywords)
 {
-    if (platform::gate("kdedInitGet", flags, keywords) || !runningEditor())
-        return RTERROR;
-    editor().rules = {flags, Keywords(orNothing(keywords))};
-    return RTNORM;
+    return platform::gate("kdedInitGet", flags, keywords).guard(RTERROR, [&]() -> int {
+        if (!runningEditor())
+            return RTERROR;
+        editor().rules = {flags, Keywords(orNothing(keywords))};
+        return RTNORM;
+    });
 }
 
 int kdedGetReal(const wchar_t* prompt, double* result)
 {
-    if (platform::gate("kdedGetReal", prompt) || !result || !runningEditor())
-        return RTERROR;
-    return askReal(orNothing(prompt), *result);
+    return platform::gate("kdedGetReal", prompt).guard(RTERROR, [&]() -> int {
+        if (!result || !runningEditor())
+            return RTERROR;
+        return askReal(orNothing(prompt), *result);
+    });
 }
 
 int kdedGetPoint(const kds_point, const wchar_t* prompt, kds_point result)
 {
-    if (platform::gate("kdedGetPoint", prompt) || !result || !currentDocument())
-        return RTERROR;
-    KdGePoint3d point;
-    const int status = askPoint(orNothing(prompt), point);
-    for (unsigned int axis = 0; status == RTNORM && axis < 3; ++axis)
-        result[axis] = point[axis];
-    return status;
+    return platform::gate("kdedGetPoint", prompt).guard(RTERROR, [&]() -> int {
+        if (!result || !currentDocument())
+            return RTERROR;
+        KdGePoint3d point;
+        const int status = askPoint(orNothing(prompt), point);
+        for (unsigned int axis = 0; status == RTNORM && axis < 3; ++axis)
+            result[axis] = point[axis];
+        return status;
+    });
 }
 
 int kdedGetString(int allowBlanks, const wchar_t* prompt, wchar_t* result, std::size_t size)
 {
-    if (platform::gate("kdedGetString", prompt) || !result || size == 0 || !runningEditor())
-        return RTERROR;
-    std::wstring text;
-    const int status =
-        askText(orNothing(prompt), allowBlanks ? Blanks::inText : Blanks::endText, text);
-    return status == RTNORM ? give(text, result, size) : status;
+    return platform::gate("kdedGetString", prompt).guard(RTERROR, [&]() -> int {
+        if (!result || size == 0 || !runningEditor())
+            return RTERROR;
+        std::wstring text;
+        const int status =
+            askText(orNothing(prompt), allowBlanks ? Blanks::inText : Blanks::endText, text);
+        return status == RTNORM ? give(text, result, size) : status;
+    });
 }
 
 int kdedGetInput(wchar_t* result, std::size_t size)
 {
-    if (platform::gate("kdedGetInput") || !result || size == 0 || !runningEditor())
-        return RTERROR;
-    return give(editor().lastInput, result, size);
+    return platform::gate("kdedGetInput").guard(RTERROR, [&]() -> int {
+        if (!result || size == 0 || !runningEditor())
+            return RTERROR;
+        return give(editor().lastInput, result, size);
+    });
 }

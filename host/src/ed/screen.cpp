@@ -23,17 +23,19 @@ using namespace korra::ed;
 
 int kddbEntUpd(const kds_name entity)
 {
-    const bool failing = platform::gate("kddbEntUpd");
-    KdDbEntity* const named = namedEntity(entity);
-    if (failing || !named)
-        return RTERROR;
-    regenerate(named->objectId());
-    return RTNORM;
+    return platform::gate("kddbEntUpd").guard(RTERROR, [&] {
+        KdDbEntity* const named = namedEntity(entity);
+        if (!named)
+            return RTERROR;
+        regenerate(named->objectId());
+        return RTNORM;
+    });
 }
 
 int kdedRedraw(const kds_name entity, int mode)
 {
-    const bool failing = platform::gate("kdedRedraw", mode);
     // Nothing is on a screen that would have to change.
-    return !failing && namedEntity(entity) && mode >= 0 && mode <= kLastMode ? RTNORM : RTERROR;
+    return platform::gate("kdedRedraw", mode).guard(RTERROR, [&] {
+        return namedEntity(entity) && mode >= 0 && mode <= kLastMode ? RTNORM : RTERROR;
+    });
 }

@@ -36,37 +36,41 @@ int kdedSSGet(const wchar_t* mode, const void* first, const void* second, const 
               kds_name set)
 {
     const KdDbDatabase* const database = currentDatabase();
-    if (platform::gate("kdedSSGet", mode) || !database || !set)
-        return RTERROR;
-    if (mode || !first || second || filter)
-        return RTERROR;
-    const auto* const given = static_cast<const double*>(first);
-    const KdGePoint3d point(given[0], given[1], given[2]);
-    const PickedPieces pieces =
-        piecesAt(*database, point, korra::PickSink::Keep::nearest, PickDepth::currentSpace);
-    if (pieces.isEmpty())
-        return RTERROR;
-    const korra::PickHit& hit = pieces.hits.front();
-    editor().selectionSets.add({{topLevelEntity(hit), hit.marker, point}}, set);
-    return RTNORM;
+    return platform::gate("kdedSSGet", mode).guard(RTERROR, [&] {
+        if (!database || !set)
+            return RTERROR;
+        if (mode || !first || second || filter)
+            return RTERROR;
+        const auto* const given = static_cast<const double*>(first);
+        const KdGePoint3d point(given[0], given[1], given[2]);
+        const PickedPieces pieces =
+            piecesAt(*database, point, korra::PickSink::Keep::nearest, PickDepth::currentSpace);
+        if (pieces.isEmpty())
+            return RTERROR;
+        const korra::PickHit& hit = pieces.hits.front();
+        editor().selectionSets.add({{topLevelEntity(hit), hit.marker, point}}, set);
+        return RTNORM;
+    });
 }
 
 int kdedSSFree(const kds_name set)
 {
-    const bool failing = platform::gate("kdedSSFree");
-    const bool removed = set && runningEditor() && editor().selectionSets.remove(set);
-    return removed && !failing ? RTNORM : RTERROR;
+    return platform::gate("kdedSSFree").afterwards(RTERROR, [&] {
+        return set && runningEditor() && editor().selectionSets.remove(set) ? RTNORM : RTERROR;
+    });
 }
 
 int kdedSSNameX(resbuf** list, const kds_name set, std::int64_t index)
 {
-    if (platform::gate("kdedSSNameX", index) || !list || !set || !runningEditor())
-        return RTERROR;
-    const std::vector<Selected>* const members = editor().selectionSets.find(set);
-    if (!members || index < 0 || index >= static_cast<std::int64_t>(members->size()))
-        return RTERROR;
-    korra::ResbufBuilder description;
-    describe((*members)[static_cast<std::size_t>(index)], description);
-    *list = description.release();
-    return RTNORM;
+    return platform::gate("kdedSSNameX", index).guard(RTERROR, [&] {
+        if (!list || !set || !runningEditor())
+            return RTERROR;
+        const std::vector<Selected>* const members = editor().selectionSets.find(set);
+        if (!members || index < 0 || index >= static_cast<std::int64_t>(members->size()))
+            return RTERROR;
+        korra::ResbufBuilder description;
+        describe((*members)[static_cast<std::size_t>(index)], description);
+        *list = description.release();
+        return RTNORM;
+    });
 }

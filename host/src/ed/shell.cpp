@@ -17,36 +17,40 @@ int kdutPrintf(const wchar_t* format, ...)
     const std::wstring text = platform::formatList(format, arguments);
     va_end(arguments);
 
-    platform::note("kdutPrintf", text);
-    EditorState* const editor = runningEditor();
-    if (!editor)
-        return RTERROR;
-    editor->commandLine.print(platform::toUtf8(text));
-    return RTNORM;
+    return platform::gate("kdutPrintf", text).always([&] {
+        EditorState* const editor = runningEditor();
+        if (!editor)
+            return RTERROR;
+        editor->commandLine.print(platform::toUtf8(text));
+        return RTNORM;
+    });
 }
 
 HWND kdsw_kdapiMainWnd()
 {
-    platform::note("kdsw_kdapiMainWnd");
-    EditorState* const editor = runningEditor();
-    return editor ? &editor->mainWindow : nullptr;
+    return platform::gate("kdsw_kdapiMainWnd").always([]() -> HWND {
+        EditorState* const editor = runningEditor();
+        return editor ? &editor->mainWindow : nullptr;
+    });
 }
 
 CWnd* kdedGetKdapiFrame()
 {
-    platform::note("kdedGetKdapiFrame");
-    EditorState* const editor = runningEditor();
-    return editor ? &editor->mainWindow.frame : nullptr;
+    return platform::gate("kdedGetKdapiFrame").always([]() -> CWnd* {
+        EditorState* const editor = runningEditor();
+        return editor ? &editor->mainWindow.frame : nullptr;
+    });
 }
 
 void qmSetMainFrameCaptionTitle(const wchar_t* caption)
 {
-    platform::note("qmSetMainFrameCaptionTitle", caption);
-    if (EditorState* const editor = runningEditor())
-        editor->mainWindow.caption = caption ? caption : L"";
+    platform::gate("qmSetMainFrameCaptionTitle", caption).always([&] {
+        if (EditorState* const editor = runningEditor())
+            editor->mainWindow.caption = caption ? caption : L"";
+    });
 }
 
 void InitKdUiDLL()
 {
-    platform::note("InitKdUiDLL");
+    platform::gate("InitKdUiDLL").always([] {});
 }

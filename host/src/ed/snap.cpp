@@ -237,16 +237,19 @@ using namespace korra::ed;
 
 int kdedOsnap(const kds_point point, const wchar_t* modes, kds_point result)
 {
-    const bool failing = platform::gate("kdedOsnap", modes);
     if (!point || !result)
         return RTERROR;
-    const KdGePoint3d given(point[0], point[1], point[2]);
-    const KdDbDatabase* const database = currentDatabase();
-    std::optional<KdGePoint3d> found;
-    if (!failing && database && modes)
-        found = snapped(*database, given, readModes(modes));
-    const KdGePoint3d answer = found ? userToWorld(*database).inverse() * *found : given;
-    for (unsigned int axis = 0; axis < 3; ++axis)
-        result[axis] = answer[axis];
-    return found ? RTNORM : RTERROR;
+    std::copy_n(point, 3, result);
+    return platform::gate("kdedOsnap", modes).guard(RTERROR, [&] {
+        const KdDbDatabase* const database = currentDatabase();
+        std::optional<KdGePoint3d> found;
+        if (database && modes)
+            found = snapped(*database, {point[0], point[1], point[2]}, readModes(modes));
+        if (!found)
+            return RTERROR;
+        const KdGePoint3d answer = userToWorld(*database).inverse() * *found;
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            result[axis] = answer[axis];
+        return RTNORM;
+    });
 }

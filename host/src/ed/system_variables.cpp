@@ -108,22 +108,27 @@ using namespace korra::ed;
 
 int kdedGetVar(const wchar_t* name, resbuf* result)
 {
-    if (platform::gate("kdedGetVar", name) || !name || !result || !runningEditor())
-        return RTERROR;
-    const SystemVariable* const variable = findVariable(name);
-    const std::optional<VariableValue> value = variable ? variable->read() : std::nullopt;
-    if (!value)
-        return RTERROR;
-    result->rbnext = nullptr;
-    fill(*result, variable->type, *value);
-    return RTNORM;
+    return platform::gate("kdedGetVar", name).guard(RTERROR, [&]() -> int {
+        if (!name || !result || !runningEditor())
+            return RTERROR;
+        const SystemVariable* const variable = findVariable(name);
+        const std::optional<VariableValue> value = variable ? variable->read() : std::nullopt;
+        if (!value)
+            return RTERROR;
+        result->rbnext = nullptr;
+        fill(*result, variable->type, *value);
+        return RTNORM;
+    });
 }
 
 int kdedSetVar(const wchar_t* name, const resbuf* value)
 {
-    if (platform::gate("kdedSetVar", name) || !name || !value || !runningEditor())
-        return RTERROR;
-    const SystemVariable* const variable = findVariable(name);
-    const std::optional<VariableValue> given = variable ? valueIn(*value, *variable) : std::nullopt;
-    return given && variable->write && variable->write(*given) ? RTNORM : RTERROR;
+    return platform::gate("kdedSetVar", name).guard(RTERROR, [&]() -> int {
+        if (!name || !value || !runningEditor())
+            return RTERROR;
+        const SystemVariable* const variable = findVariable(name);
+        const std::optional<VariableValue> given =
+            variable ? valueIn(*value, *variable) : std::nullopt;
+        return given && variable->write && variable->write(*given) ? RTNORM : RTERROR;
+    });
 }

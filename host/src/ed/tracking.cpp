@@ -68,20 +68,22 @@ using namespace korra::ed;
 
 int kdedGrRead(int track, int* type, resbuf* result)
 {
-    if (platform::gate("kdedGrRead", track) || !type || !result || !runningEditor())
-        return RTERROR;
-    korra::EditorState& state = editor();
-    if (!state.keysToReport.empty())
-        return giveNextTypedKey(*type, *result);
-    const bool reportsMoves = (track & kReportMoves) != 0;
-    // A tracking that begins tells first where the cursor is.
-    if (reportsMoves && !state.cursorReported && !state.input.isMoveNext())
-        return givePoint(kMove, *type, *result);
-    while (true) {
-        const InputEvent event = nextEvent();
-        if (event.is<EndEvent>() && reportsMoves)
+    return platform::gate("kdedGrRead", track).guard(RTERROR, [&]() -> int {
+        if (!type || !result || !runningEditor())
+            return RTERROR;
+        korra::EditorState& state = editor();
+        if (!state.keysToReport.empty())
+            return giveNextTypedKey(*type, *result);
+        const bool reportsMoves = (track & kReportMoves) != 0;
+        // A tracking that begins tells first where the cursor is.
+        if (reportsMoves && !state.cursorReported && !state.input.isMoveNext())
             return givePoint(kMove, *type, *result);
-        if (!event.is<MoveEvent>() || reportsMoves)
-            return giveEvent(event, *type, *result);
-    }
+        while (true) {
+            const InputEvent event = nextEvent();
+            if (event.is<EndEvent>() && reportsMoves)
+                return givePoint(kMove, *type, *result);
+            if (!event.is<MoveEvent>() || reportsMoves)
+                return giveEvent(event, *type, *result);
+        }
+    });
 }

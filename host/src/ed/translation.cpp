@@ -96,28 +96,30 @@ using namespace korra::ed;
 int kdedTrans(const kds_point point, const resbuf* from, const resbuf* to, int displacement,
               kds_point result)
 {
-    const bool failing = platform::gate("kdedTrans", displacement);
-    const KdDbDatabase* const database = currentDatabase();
-    if (failing || !database || !point || !from || !to || !result)
-        return RTERROR;
-    if (!arePartners(*from, *to) || !arePartners(*to, *from))
-        return RTERROR;
-    const auto source = toWorld(*database, *from);
-    const auto target = toWorld(*database, *to);
-    if (!source || !target)
-        return RTERROR;
+    return platform::gate("kdedTrans", displacement).guard(RTERROR, [&] {
+        const KdDbDatabase* const database = currentDatabase();
+        if (!database || !point || !from || !to || !result)
+            return RTERROR;
+        if (!arePartners(*from, *to) || !arePartners(*to, *from))
+            return RTERROR;
+        const auto source = toWorld(*database, *from);
+        const auto target = toWorld(*database, *to);
+        if (!source || !target)
+            return RTERROR;
 
-    const KdGeMatrix3d matrix = target->inverse() * *source;
-    const KdGePoint3d given(point[0], point[1], point[2]);
-    const KdGePoint3d image =
-        displacement ? KdGePoint3d::kOrigin + matrix * given.asVector() : matrix * given;
-    for (unsigned int axis = 0; axis < 3; ++axis)
-        result[axis] = image[axis];
-    return RTNORM;
+        const KdGeMatrix3d matrix = target->inverse() * *source;
+        const KdGePoint3d given(point[0], point[1], point[2]);
+        const KdGePoint3d image =
+            displacement ? KdGePoint3d::kOrigin + matrix * given.asVector() : matrix * given;
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            result[axis] = image[axis];
+        return RTNORM;
+    });
 }
 
 double kdutAngle(const kds_point from, const kds_point to)
 {
-    platform::note("kdutAngle");
-    return KdGe::directionAngle(to[0] - from[0], to[1] - from[1]);
+    return platform::gate("kdutAngle").always([&] {
+        return KdGe::directionAngle(to[0] - from[0], to[1] - from[1]);
+    });
 }

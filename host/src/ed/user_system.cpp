@@ -83,26 +83,28 @@ using namespace korra::ed;
 
 Kdapi::ErrorStatus kdedGetCurrentUCS(KdGeMatrix3d& matrix)
 {
-    const bool failing = platform::gate("kdedGetCurrentUCS");
-    const KdDbDatabase* const database = currentDatabase();
-    if (failing || !database)
-        return Kdapi::eNoDocument;
-    matrix = userToWorld(*database);
-    return Kdapi::eOk;
+    return platform::gate("kdedGetCurrentUCS").guard(Kdapi::eNoDocument, [&] {
+        const KdDbDatabase* const database = currentDatabase();
+        if (!database)
+            return Kdapi::eNoDocument;
+        matrix = userToWorld(*database);
+        return Kdapi::eOk;
+    });
 }
 
 Kdapi::ErrorStatus kdedSetCurrentUCS(const KdGeMatrix3d& matrix)
 {
-    const bool failing = platform::gate("kdedSetCurrentUCS");
-    KdDbDatabase* const database = currentDatabase();
-    if (failing || !database)
-        return Kdapi::eNoDocument;
-    KdGePoint3d origin;
-    KdGeVector3d x, y, z;
-    matrix.getCoordSystem(origin, x, y, z);
-    const auto system = systemOf(origin, x, y);
-    if (!system || !isUpward(z, x.crossProduct(y)))
-        return Kdapi::eInvalidInput;
-    setUserSystem(*database, *system);
-    return Kdapi::eOk;
+    return platform::gate("kdedSetCurrentUCS").guard(Kdapi::eNoDocument, [&] {
+        KdDbDatabase* const database = currentDatabase();
+        if (!database)
+            return Kdapi::eNoDocument;
+        KdGePoint3d origin;
+        KdGeVector3d x, y, z;
+        matrix.getCoordSystem(origin, x, y, z);
+        const auto system = systemOf(origin, x, y);
+        if (!system || !isUpward(z, x.crossProduct(y)))
+            return Kdapi::eInvalidInput;
+        setUserSystem(*database, *system);
+        return Kdapi::eOk;
+    });
 }

@@ -245,7 +245,8 @@ using namespace korra::ed;
 
 KdDbObjectId kdedGetCurViewportObjectId()
 {
-    const bool failing = platform::gate("kdedGetCurViewportObjectId");
-    const KdDbDatabase* const database = currentDatabase();
-    return failing || !database ? KdDbObjectId() : currentViewport(*database);
+    return platform::gate("kdedGetCurViewportObjectId").guard(KdDbObjectId(), [] {
+        const KdDbDatabase* const database = currentDatabase();
+        return database ? currentViewport(*database) : KdDbObjectId();
+    });
 }

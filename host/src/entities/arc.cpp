@@ -1,6 +1,7 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbArc, KdDbCurve)
 
@@ -36,14 +37,14 @@ std::unique_ptr<KdGeCurve3d> KdDbArc::geometry() const
 
 Kdapi::ErrorStatus KdDbArc::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    center_.transformBy(image.map);
-    radius_ *= image.scale;
-    startAngle_ = image.angle(startAngle_);
-    endAngle_ = image.angle(endAngle_);
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        center_.transformBy(image.map);
+        radius_ *= image.scale;
+        startAngle_ = image.angle(startAngle_);
+        endAngle_ = image.angle(endAngle_);
+        return Kdapi::eOk;
+    });
 }
 
 KdDbEntity* KdDbArc::newEdge(int) const

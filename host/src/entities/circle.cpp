@@ -1,6 +1,7 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbCircle, KdDbCurve)
 
@@ -23,12 +24,12 @@ std::unique_ptr<KdGeCurve3d> KdDbCircle::geometry() const
 
 Kdapi::ErrorStatus KdDbCircle::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    center_.transformBy(image.map);
-    radius_ *= image.scale;
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        center_.transformBy(image.map);
+        radius_ *= image.scale;
+        return Kdapi::eOk;
+    });
 }
 
 KdDbEntity* KdDbCircle::newEdge(int) const

@@ -28,38 +28,41 @@ bool KdDbCurve::isClosed() const
 
 Kdapi::ErrorStatus KdDbCurve::getStartPoint(KdGePoint3d& point) const
 {
-    if (platform::gate("getStartPoint", objectId()))
-        return Kdapi::eDegenerateGeometry;
-    const auto curve = geometry();
-    if (!curve)
-        return Kdapi::eDegenerateGeometry;
-    point = curve->startPoint();
-    return Kdapi::eOk;
+    return platform::gate("KdDbCurve::getStartPoint", objectId())
+        .guard(Kdapi::eDegenerateGeometry, [&] {
+            const auto curve = geometry();
+            if (!curve)
+                return Kdapi::eDegenerateGeometry;
+            point = curve->startPoint();
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbCurve::getEndPoint(KdGePoint3d& point) const
 {
-    if (platform::gate("getEndPoint", objectId()))
-        return Kdapi::eDegenerateGeometry;
-    const auto curve = geometry();
-    if (!curve)
-        return Kdapi::eDegenerateGeometry;
-    point = curve->endPoint();
-    return Kdapi::eOk;
+    return platform::gate("KdDbCurve::getEndPoint", objectId())
+        .guard(Kdapi::eDegenerateGeometry, [&] {
+            const auto curve = geometry();
+            if (!curve)
+                return Kdapi::eDegenerateGeometry;
+            point = curve->endPoint();
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbCurve::getClosestPointTo(const KdGePoint3d& given, KdGePoint3d& nearest,
                                                 bool extend) const
 {
-    if (platform::gate("getClosestPointTo", objectId()))
-        return Kdapi::eDegenerateGeometry;
-    auto curve = geometry();
-    if (!curve)
-        return Kdapi::eDegenerateGeometry;
-    if (extend)
-        curve = prolonged(std::move(curve));
-    nearest = curve->closestPointTo(given);
-    return Kdapi::eOk;
+    return platform::gate("KdDbCurve::getClosestPointTo", objectId())
+        .guard(Kdapi::eDegenerateGeometry, [&] {
+            auto curve = geometry();
+            if (!curve)
+                return Kdapi::eDegenerateGeometry;
+            if (extend)
+                curve = prolonged(std::move(curve));
+            nearest = curve->closestPointTo(given);
+            return Kdapi::eOk;
+        });
 }
 
 void KdDbCurve::draw(korra::DrawSink& sink) const

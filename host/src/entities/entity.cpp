@@ -2,6 +2,7 @@
 
 #include "gi/extents_sink.h"
 #include "objects/contents.h"
+#include "objects/setters.h"
 #include "platform/gate.h"
 #include "tables/drawing_settings.h"
 
@@ -60,62 +61,64 @@ KdDbEntity::~KdDbEntity() = default;
 
 Kdapi::ErrorStatus KdDbEntity::setLayer(KdDbObjectId layer)
 {
-    return setReference(layer_, layer, KdDbLayerTableRecord::desc());
+    return setReference("KdDbEntity::setLayer", layer_, layer, KdDbLayerTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbEntity::setColor(const KdCmColor& color)
 {
-    return set(color_, color);
+    return set("KdDbEntity::setColor", color_, color);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLinetype(KdDbObjectId linetype)
 {
-    return setReference(linetype_, linetype, KdDbLinetypeTableRecord::desc());
+    return setReference("KdDbEntity::setLinetype", linetype_, linetype,
+                        KdDbLinetypeTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLinetypeScale(double scale)
 {
-    return setIf(scale > 0.0, linetypeScale_, scale);
+    return setIf("KdDbEntity::setLinetypeScale", scale > 0.0, linetypeScale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbEntity::setLineWeight(KdDb::LineWeight weight)
 {
-    return set(lineWeight_, static_cast<short>(weight));
+    return set("KdDbEntity::setLineWeight", lineWeight_, static_cast<short>(weight));
 }
 
 Kdapi::ErrorStatus KdDbEntity::setVisibility(KdDb::Visibility visibility)
 {
-    return set(visibility_, static_cast<short>(visibility));
+    return set("KdDbEntity::setVisibility", visibility_, static_cast<short>(visibility));
 }
 
 void KdDbEntity::setDatabaseDefaults(KdDbDatabase* database)
 {
-    if (!database || beginChange() != Kdapi::eOk)
-        return;
-    const korra::DrawingSettings current(*database);
-    layer_ = database->clayer();
-    linetype_ = database->celtype();
-    linetypeScale_ = current.get(korra::settings::kEntityLinetypeScale);
-    color_ = database->cecolor();
-    lineWeight_ = static_cast<short>(database->celweight());
+    platform::gate("KdDbEntity::setDatabaseDefaults", objectId()).always([&] {
+        if (!database || beginChange() != Kdapi::eOk)
+            return;
+        const korra::DrawingSettings current(*database);
+        layer_ = database->clayer();
+        linetype_ = database->celtype();
+        linetypeScale_ = current.get(korra::settings::kEntityLinetypeScale);
+        color_ = database->cecolor();
+        lineWeight_ = static_cast<short>(database->celweight());
+    });
 }
 
 Kdapi::ErrorStatus KdDbEntity::getGeomExtents(KdDbExtents& extents) const
 {
-    if (platform::gate("getGeomExtents", objectId()))
-        return Kdapi::eInvalidExtents;
-    korra::ExtentsSink sink;
-    draw(sink);
-    if (sink.extents().isEmpty())
-        return Kdapi::eInvalidExtents;
-    extents = KdDbExtents(sink.extents().minPoint(), sink.extents().maxPoint());
-    return Kdapi::eOk;
+    return platform::gate("KdDbEntity::getGeomExtents", objectId())
+        .guard(Kdapi::eInvalidExtents, [&] {
+            korra::ExtentsSink sink;
+            draw(sink);
+            if (sink.extents().isEmpty())
+                return Kdapi::eInvalidExtents;
+            extents = KdDbExtents(sink.extents().minPoint(), sink.extents().maxPoint());
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly)
 {
-    if (platform::gate("transformBy", objectId()))
-        return Kdapi::eInvalidInput;
     if (const auto status = beginChange(); status != Kdapi::eOk)
         return status;
     if (!matrix.isAffine() || matrix.isSingular())
@@ -127,41 +130,41 @@ Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, bool s
 
 Kdapi::ErrorStatus KdDbEntity::transformBy(const KdGeMatrix3d& matrix)
 {
-    const auto status = beginTransform(matrix, false);
-    return status == Kdapi::eOk ? Kdapi::eNotApplicable : status;
+    return transform(matrix, false, [] { return Kdapi::eNotApplicable; });
 }
 
 Kdapi::ErrorStatus KdDbEntity::getSubentPathsAtGsMarker(KdDb::SubentType type, std::int64_t marker,
                                                         const KdGePoint3d&, const KdGeMatrix3d&,
                                                         KdArray<KdDbFullSubentPath>& paths) const
 {
-    if (platform::gate("getSubentPathsAtGsMarker", objectId(), type, marker))
-        return Kdapi::eNotApplicable;
-    paths.removeAll();
-    if (type != KdDb::kEdgeSubentType)
-        return Kdapi::eNotApplicable;
-    if (marker >= 1 && marker <= edgeCount())
-        paths.append(KdDbFullSubentPath(objectId(), KdDbSubentId(type, marker)));
-    return Kdapi::eOk;
+    return platform::gate("KdDbEntity::getSubentPathsAtGsMarker", objectId(), type, marker)
+        .guard(Kdapi::eNotApplicable, [&] {
+            paths.removeAll();
+            if (type != KdDb::kEdgeSubentType)
+                return Kdapi::eNotApplicable;
+            if (marker >= 1 && marker <= edgeCount())
+                paths.append(KdDbFullSubentPath(objectId(), KdDbSubentId(type, marker)));
+            return Kdapi::eOk;
+        });
 }
 
 KdDbEntity* KdDbEntity::subentPtr(const KdDbFullSubentPath& path) const
 {
-    if (platform::gate("subentPtr", objectId()))
-        return nullptr;
-    const KdDbSubentId& part = path.subentId();
-    if (path.entityId() != objectId() || part.type() != KdDb::kEdgeSubentType || part.index() < 1 ||
-        part.index() > edgeCount())
-        return nullptr;
-    KdDbEntity* edge = newEdge(static_cast<int>(part.index()));
-    if (edge) {
-        edge->layer_ = layer_;
-        edge->linetype_ = linetype_;
-        edge->linetypeScale_ = linetypeScale_;
-        edge->color_ = color_;
-        edge->lineWeight_ = lineWeight_;
-    }
-    return edge;
+    return platform::gate("KdDbEntity::subentPtr", objectId()).guard(nullptr, [&]() -> KdDbEntity* {
+        const KdDbSubentId& part = path.subentId();
+        if (path.entityId() != objectId() || part.type() != KdDb::kEdgeSubentType ||
+            part.index() < 1 || part.index() > edgeCount())
+            return nullptr;
+        KdDbEntity* edge = newEdge(static_cast<int>(part.index()));
+        if (edge) {
+            edge->layer_ = layer_;
+            edge->linetype_ = linetype_;
+            edge->linetypeScale_ = linetypeScale_;
+            edge->color_ = color_;
+            edge->lineWeight_ = lineWeight_;
+        }
+        return edge;
+    });
 }
 
 KdDbEntity* KdDbEntity::newEdge(int) const

@@ -2,17 +2,18 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbLine, KdDbCurve)
 
 Kdapi::ErrorStatus KdDbLine::setStartPoint(const KdGePoint3d& point)
 {
-    return set(start_, point);
+    return set("KdDbLine::setStartPoint", start_, point);
 }
 
 Kdapi::ErrorStatus KdDbLine::setEndPoint(const KdGePoint3d& point)
 {
-    return set(end_, point);
+    return set("KdDbLine::setEndPoint", end_, point);
 }
 
 std::unique_ptr<KdGeCurve3d> KdDbLine::geometry() const
@@ -22,12 +23,12 @@ std::unique_ptr<KdGeCurve3d> KdDbLine::geometry() const
 
 Kdapi::ErrorStatus KdDbLine::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
-        return status;
-    start_.transformBy(matrix);
-    end_.transformBy(matrix);
-    place_.sweepBy(matrix);
-    return Kdapi::eOk;
+    return transform(matrix, false, [&] {
+        start_.transformBy(matrix);
+        end_.transformBy(matrix);
+        place_.sweepBy(matrix);
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbLine::draw(korra::DrawSink& sink) const

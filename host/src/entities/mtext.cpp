@@ -2,6 +2,8 @@
 #include "kd/db/text.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
+#include "platform/gate.h"
 
 KDRX_DEFINE_MEMBERS(KdDbMText, KdDbEntity)
 
@@ -12,49 +14,54 @@ double KdDbMText::rotation() const
 
 Kdapi::ErrorStatus KdDbMText::setLocation(const KdGePoint3d& location)
 {
-    return set(location_, location);
+    return set("KdDbMText::setLocation", location_, location);
 }
 
 Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (normal.isZeroLength())
-        return Kdapi::eInvalidInput;
-    const double angle = rotation();
-    place_.setNormal(normal);
-    direction_ = place_.direction(angle);
-    return Kdapi::eOk;
+    return platform::gate("KdDbMText::setNormal", objectId(), normal)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = beginChange(); status != Kdapi::eOk)
+                return status;
+            if (normal.isZeroLength())
+                return Kdapi::eInvalidInput;
+            const double angle = rotation();
+            place_.setNormal(normal);
+            direction_ = place_.direction(angle);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbMText::setContents(const wchar_t* contents)
 {
-    return setIf(contents != nullptr, contents_, contents);
+    return setIf("KdDbMText::setContents", contents != nullptr, contents_, contents);
 }
 
 Kdapi::ErrorStatus KdDbMText::setTextHeight(double height)
 {
-    return setIf(height > 0.0, textHeight_, height);
+    return setIf("KdDbMText::setTextHeight", height > 0.0, textHeight_, height);
 }
 
 Kdapi::ErrorStatus KdDbMText::setWidth(double width)
 {
-    return setIf(width >= 0.0, width_, width);
+    return setIf("KdDbMText::setWidth", width >= 0.0, width_, width);
 }
 
 Kdapi::ErrorStatus KdDbMText::setAttachment(short attachment)
 {
-    return setIf(attachment >= 1 && attachment <= 9, attachment_, attachment);
+    return setIf("KdDbMText::setAttachment", attachment >= 1 && attachment <= 9, attachment_,
+                 attachment);
 }
 
 Kdapi::ErrorStatus KdDbMText::setRotation(double rotation)
 {
-    return set(direction_, place_.direction(rotation));
+    return set("KdDbMText::setRotation", direction_, place_.direction(rotation));
 }
 
 Kdapi::ErrorStatus KdDbMText::setTextStyle(KdDbObjectId style)
 {
-    return setReference(textStyle_, style, KdDbTextStyleTableRecord::desc());
+    return setReference("KdDbMText::setTextStyle", textStyle_, style,
+                        KdDbTextStyleTableRecord::desc());
 }
 
 double KdDbMText::actualWidth() const
@@ -69,14 +76,14 @@ double KdDbMText::actualHeight() const
 
 Kdapi::ErrorStatus KdDbMText::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    location_.transformBy(matrix);
-    direction_ = (matrix * direction_).normal();
-    textHeight_ *= image.scale;
-    width_ *= image.scale;
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        location_.transformBy(matrix);
+        direction_ = (matrix * direction_).normal();
+        textHeight_ *= image.scale;
+        width_ *= image.scale;
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbMText::draw(korra::DrawSink& sink) const

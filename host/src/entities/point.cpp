@@ -2,16 +2,17 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbPoint, KdDbEntity)
 
 Kdapi::ErrorStatus KdDbPoint::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
-        return status;
-    position_.transformBy(matrix);
-    place_.sweepBy(matrix);
-    return Kdapi::eOk;
+    return transform(matrix, false, [&] {
+        position_.transformBy(matrix);
+        place_.sweepBy(matrix);
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbPoint::draw(korra::DrawSink& sink) const

@@ -3,6 +3,8 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
+#include "platform/gate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,34 +26,44 @@ double onSegmentTolerance(const KdGePoint2d& point)
 
 Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
 {
-    return set(flags_, static_cast<short>(closed ? flags_ | 1 : flags_ & ~1));
+    return set("KdDbPolyline::setClosed", flags_,
+               static_cast<short>(closed ? flags_ | 1 : flags_ & ~1));
 }
 
 Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint2d& point,
                                              double bulge, double startWidth, double endWidth)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (index > vertices_.size())
-        return Kdapi::eInvalidIndex;
-    vertices_.insert(vertices_.begin() + index, Vertex{point, bulge, startWidth, endWidth});
-    return Kdapi::eOk;
+    return platform::gate("KdDbPolyline::addVertexAt", objectId(), index, point, bulge)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = beginChange(); status != Kdapi::eOk)
+                return status;
+            if (index > vertices_.size())
+                return Kdapi::eInvalidIndex;
+            vertices_.insert(vertices_.begin() + index, Vertex{point, bulge, startWidth, endWidth});
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbPolyline::getPointAt(unsigned int index, KdGePoint3d& point) const
 {
-    if (index >= vertices_.size())
-        return Kdapi::eInvalidIndex;
-    point = mapped(vertices_[index], place_.toBlock());
-    return Kdapi::eOk;
+    return platform::gate("KdDbPolyline::getPointAt", objectId(), index)
+        .guard(Kdapi::eInvalidIndex, [&] {
+            if (index >= vertices_.size())
+                return Kdapi::eInvalidIndex;
+            point = mapped(vertices_[index], place_.toBlock());
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbPolyline::getBulgeAt(unsigned int index, double& bulge) const
 {
-    if (index >= vertices_.size())
-        return Kdapi::eInvalidIndex;
-    bulge = vertices_[index].bulge;
-    return Kdapi::eOk;
+    return platform::gate("KdDbPolyline::getBulgeAt", objectId(), index)
+        .guard(Kdapi::eInvalidIndex, [&] {
+            if (index >= vertices_.size())
+                return Kdapi::eInvalidIndex;
+            bulge = vertices_[index].bulge;
+            return Kdapi::eOk;
+        });
 }
 
 KdDbPolyline::SegType KdDbPolyline::segType(unsigned int index) const
@@ -67,42 +79,50 @@ KdDbPolyline::SegType KdDbPolyline::segType(unsigned int index) const
 
 Kdapi::ErrorStatus KdDbPolyline::getLineSegAt(unsigned int index, KdGeLineSeg3d& segment) const
 {
-    if (index >= vertices_.size())
-        return Kdapi::eInvalidIndex;
-    if (segType(index) != kLine)
-        return Kdapi::eNotApplicable;
-    const KdGeMatrix3d toBlock = place_.toBlock();
-    segment =
-        KdGeLineSeg3d(mapped(vertices_[index], toBlock), mapped(vertexBehind(index), toBlock));
-    return Kdapi::eOk;
+    return platform::gate("KdDbPolyline::getLineSegAt", objectId(), index)
+        .guard(Kdapi::eInvalidIndex, [&] {
+            if (index >= vertices_.size())
+                return Kdapi::eInvalidIndex;
+            if (segType(index) != kLine)
+                return Kdapi::eNotApplicable;
+            const KdGeMatrix3d toBlock = place_.toBlock();
+            segment = KdGeLineSeg3d(mapped(vertices_[index], toBlock),
+                                    mapped(vertexBehind(index), toBlock));
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc3d& arc) const
 {
-    if (index >= vertices_.size())
-        return Kdapi::eInvalidIndex;
-    if (segType(index) != kArc)
-        return Kdapi::eNotApplicable;
-    const KdGeMatrix3d toBlock = place_.toBlock();
-    arc = KdGeCircArc3d::fromBulge(mapped(vertices_[index], toBlock),
-                                   mapped(vertexBehind(index), toBlock), vertices_[index].bulge,
-                                   normal());
-    return Kdapi::eOk;
+    return platform::gate("KdDbPolyline::getArcSegAt", objectId(), index)
+        .guard(Kdapi::eInvalidIndex, [&] {
+            if (index >= vertices_.size())
+                return Kdapi::eInvalidIndex;
+            if (segType(index) != kArc)
+                return Kdapi::eNotApplicable;
+            const KdGeMatrix3d toBlock = place_.toBlock();
+            arc = KdGeCircArc3d::fromBulge(mapped(vertices_[index], toBlock),
+                                           mapped(vertexBehind(index), toBlock),
+                                           vertices_[index].bulge, normal());
+            return Kdapi::eOk;
+        });
 }
 
 bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double& param) const
 {
-    // In the plane itself, at elevation 0: the given point has no other coordinate.
-    const KdGeMatrix3d flat = KdGeMatrix3d::translation({0.0, 0.0, -elevation()});
-    const auto curve = segment(index, flat);
-    if (!curve)
-        return false;
-    const KdGePoint3d given(point.x, point.y, 0.0);
-    const double nearest = curve->nearestParam(given);
-    if (curve->evalPoint(nearest).distanceTo(given) > onSegmentTolerance(point))
-        return false;
-    param = index + (nearest - curve->startParam()) / (curve->endParam() - curve->startParam());
-    return true;
+    return platform::gate("KdDbPolyline::onSegAt", objectId(), index).guard(false, [&] {
+        // In the plane itself, at elevation 0: the given point has no other coordinate.
+        const KdGeMatrix3d flat = KdGeMatrix3d::translation({0.0, 0.0, -elevation()});
+        const auto curve = segment(index, flat);
+        if (!curve)
+            return false;
+        const KdGePoint3d given(point.x, point.y, 0.0);
+        const double nearest = curve->nearestParam(given);
+        if (curve->evalPoint(nearest).distanceTo(given) > onSegmentTolerance(point))
+            return false;
+        param = index + (nearest - curve->startParam()) / (curve->endParam() - curve->startParam());
+        return true;
+    });
 }
 
 std::unique_ptr<KdGeCurve3d> KdDbPolyline::geometry() const
@@ -118,21 +138,21 @@ std::unique_ptr<KdGeCurve3d> KdDbPolyline::geometry() const
 
 Kdapi::ErrorStatus KdDbPolyline::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    const double oldElevation = elevation();
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    for (Vertex& vertex : vertices_) {
-        const KdGePoint3d moved =
-            image.map * KdGePoint3d(vertex.point.x, vertex.point.y, oldElevation);
-        vertex.point = KdGePoint2d(moved.x, moved.y);
-        if (vertex.startWidth > 0.0)
-            vertex.startWidth *= image.scale;
-        if (vertex.endWidth > 0.0)
-            vertex.endWidth *= image.scale;
-    }
-    constantWidth_ *= image.scale;
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        const double oldElevation = elevation();
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        for (Vertex& vertex : vertices_) {
+            const KdGePoint3d moved =
+                image.map * KdGePoint3d(vertex.point.x, vertex.point.y, oldElevation);
+            vertex.point = KdGePoint2d(moved.x, moved.y);
+            if (vertex.startWidth > 0.0)
+                vertex.startWidth *= image.scale;
+            if (vertex.endWidth > 0.0)
+                vertex.endWidth *= image.scale;
+        }
+        constantWidth_ *= image.scale;
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbPolyline::draw(korra::DrawSink& sink) const

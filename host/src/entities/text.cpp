@@ -3,6 +3,7 @@
 #include "entities/text_layout.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbText, KdDbEntity)
 
@@ -34,55 +35,56 @@ KdGePoint3d KdDbText::alignmentPoint() const
 
 Kdapi::ErrorStatus KdDbText::setTextString(const wchar_t* text)
 {
-    return setIf(text != nullptr, text_, text);
+    return setIf("KdDbText::setTextString", text != nullptr, text_, text);
 }
 
 Kdapi::ErrorStatus KdDbText::setPosition(const KdGePoint3d& position)
 {
-    return set(position_, place_.toPlane() * position);
+    return set("KdDbText::setPosition", position_, place_.toPlane() * position);
 }
 
 Kdapi::ErrorStatus KdDbText::setAlignmentPoint(const KdGePoint3d& point)
 {
-    return set(alignment_, place_.toPlane() * point);
+    return set("KdDbText::setAlignmentPoint", alignment_, place_.toPlane() * point);
 }
 
 Kdapi::ErrorStatus KdDbText::setHeight(double height)
 {
-    return setIf(height > 0.0, height_, height);
+    return setIf("KdDbText::setHeight", height > 0.0, height_, height);
 }
 
 Kdapi::ErrorStatus KdDbText::setRotation(double rotation)
 {
-    return set(rotation_, rotation);
+    return set("KdDbText::setRotation", rotation_, rotation);
 }
 
 Kdapi::ErrorStatus KdDbText::setWidthFactor(double factor)
 {
-    return setIf(factor > 0.0, widthFactor_, factor);
+    return setIf("KdDbText::setWidthFactor", factor > 0.0, widthFactor_, factor);
 }
 
 Kdapi::ErrorStatus KdDbText::setHorizontalMode(short mode)
 {
-    return setIf(mode >= 0 && mode <= kFit, horizontalMode_, mode);
+    return setIf("KdDbText::setHorizontalMode", mode >= 0 && mode <= kFit, horizontalMode_, mode);
 }
 
 Kdapi::ErrorStatus KdDbText::setVerticalMode(short mode)
 {
-    return setIf(mode >= 0 && mode <= 3, verticalMode_, mode);
+    return setIf("KdDbText::setVerticalMode", mode >= 0 && mode <= 3, verticalMode_, mode);
 }
 
 Kdapi::ErrorStatus KdDbText::setTextStyle(KdDbObjectId style)
 {
-    return setReference(textStyle_, style, KdDbTextStyleTableRecord::desc());
+    return setReference("KdDbText::setTextStyle", textStyle_, style,
+                        KdDbTextStyleTableRecord::desc());
 }
 
 Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, true); status != Kdapi::eOk)
-        return status;
-    moveBySimilarity(matrix);
-    return Kdapi::eOk;
+    return transform(matrix, true, [&] {
+        moveBySimilarity(matrix);
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbText::moveBySimilarity(const KdGeMatrix3d& matrix)

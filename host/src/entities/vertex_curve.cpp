@@ -3,6 +3,7 @@
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 
 KDRX_DEFINE_MEMBERS(KdDbVertex, KdDbEntity)
 KDRX_DEFINE_MEMBERS(KdDbVertexCurve, KdDbCurve)
@@ -22,10 +23,10 @@ constexpr short kFrameVertex = 16;
 
 Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, false); status != Kdapi::eOk)
-        return status;
-    position_.transformBy(matrix);
-    return Kdapi::eOk;
+    return transform(matrix, false, [&] {
+        position_.transformBy(matrix);
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbVertex::moveInPlane(const korra::PlaneImage& image)
@@ -65,7 +66,9 @@ Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbVertex* vertex)
 
 Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbObjectId& id, KdDbVertex* vertex)
 {
-    return ObjectAccess::appendPart(*this, vertex, id);
+    return platform::gate("KdDbVertexCurve::appendVertex", objectId())
+        .guard(Kdapi::eNotOpenForWrite,
+               [&] { return ObjectAccess::appendPart(*this, vertex, id); });
 }
 
 std::vector<KdDbVertexCurve::Segment> KdDbVertexCurve::segments() const
@@ -99,25 +102,25 @@ std::unique_ptr<KdGeCurve3d> KdDbVertexCurve::geometry() const
 
 Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
 {
-    if (const auto status = beginTransform(matrix, isPlanar()); status != Kdapi::eOk)
-        return status;
-    if (!isPlanar()) {
+    return transform(matrix, isPlanar(), [&] {
+        if (!isPlanar()) {
+            for (KdDbVertex* vertex : vertices_.each()) {
+                ObjectAccess::willChange(*vertex);
+                vertex->position_.transformBy(matrix);
+            }
+            return Kdapi::eOk;
+        }
         for (KdDbVertex* vertex : vertices_.each()) {
             ObjectAccess::willChange(*vertex);
-            vertex->position_.transformBy(matrix);
+            vertex->position_.z = place_.elevation();
         }
+        const korra::PlaneImage image = place_.transformBy(matrix);
+        for (KdDbVertex* vertex : vertices_.each())
+            vertex->moveInPlane(image);
+        startWidth_ *= image.scale;
+        endWidth_ *= image.scale;
         return Kdapi::eOk;
-    }
-    for (KdDbVertex* vertex : vertices_.each()) {
-        ObjectAccess::willChange(*vertex);
-        vertex->position_.z = place_.elevation();
-    }
-    const korra::PlaneImage image = place_.transformBy(matrix);
-    for (KdDbVertex* vertex : vertices_.each())
-        vertex->moveInPlane(image);
-    startWidth_ *= image.scale;
-    endWidth_ *= image.scale;
-    return Kdapi::eOk;
+    });
 }
 
 void KdDbVertexCurve::draw(korra::DrawSink& sink) const

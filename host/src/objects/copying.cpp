@@ -66,29 +66,31 @@ void takeContents(KdDbObject& object, const KdDbObject& source)
 Kdapi::ErrorStatus KdDbObject::copyFrom(const KdRxObject* source)
 {
     using namespace korra;
-    if (platform::gate("KdDbObject::copyFrom", objectId()))
-        return Kdapi::eNotThatKindOfClass;
-    if (!source)
-        return Kdapi::eNullObjectPointer;
-    if (source->isA() != isA() || !kindOf(*this))
-        return Kdapi::eNotThatKindOfClass;
-    const auto& object = static_cast<const KdDbObject&>(*source);
-    const Kdapi::ErrorStatus refused =
-        database() ? checkReferences(object, *database(), ForeignNames::translated) : Kdapi::eOk;
-    if (refused != Kdapi::eOk)
-        return refused;
-    if (const auto status = beginChange())
-        return status;
-    if (source != this)
-        takeContents(*this, object);
-    if (database())
-        translateNames(*this, *database());
-    return Kdapi::eOk;
+    return platform::gate("KdDbObject::copyFrom", objectId())
+        .guard(Kdapi::eNotThatKindOfClass, [&] {
+            if (!source)
+                return Kdapi::eNullObjectPointer;
+            if (source->isA() != isA() || !kindOf(*this))
+                return Kdapi::eNotThatKindOfClass;
+            const auto& object = static_cast<const KdDbObject&>(*source);
+            const Kdapi::ErrorStatus refused =
+                database() ? checkReferences(object, *database(), ForeignNames::translated)
+                           : Kdapi::eOk;
+            if (refused != Kdapi::eOk)
+                return refused;
+            if (const auto status = beginChange())
+                return status;
+            if (source != this)
+                takeContents(*this, object);
+            if (database())
+                translateNames(*this, *database());
+            return Kdapi::eOk;
+        });
 }
 
 KdRxObject* KdDbObject::clone() const
 {
-    if (platform::gate("KdDbObject::clone", objectId()))
-        return nullptr;
-    return korra::copyOf(*this).release();
+    return platform::gate("KdDbObject::clone", objectId()).guard(nullptr, [&]() -> KdRxObject* {
+        return korra::copyOf(*this).release();
+    });
 }

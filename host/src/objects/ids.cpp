@@ -39,19 +39,23 @@ std::string traceForm(KdDbObjectId id)
 
 Kdapi::ErrorStatus kddbGetObjectId(KdDbObjectId& id, const kds_name name)
 {
-    if (platform::gate("kddbGetObjectId") || !name || !korra::runningSlots())
-        return Kdapi::eInvalidInput;
-    korra::ObjectSlot* slot = korra::runningSlots()->find(name);
-    if (!slot)
-        return Kdapi::eInvalidInput;
-    id = KdDbObjectId(slot);
-    return Kdapi::eOk;
+    return platform::gate("kddbGetObjectId").guard(Kdapi::eInvalidInput, [&] {
+        if (!name || !korra::runningSlots())
+            return Kdapi::eInvalidInput;
+        korra::ObjectSlot* slot = korra::runningSlots()->find(name);
+        if (!slot)
+            return Kdapi::eInvalidInput;
+        id = KdDbObjectId(slot);
+        return Kdapi::eOk;
+    });
 }
 
 Kdapi::ErrorStatus kddbGetKdsName(kds_name name, KdDbObjectId id)
 {
-    if (platform::gate("kddbGetKdsName", id) || id.isNull() || !name || !korra::runningSlots())
-        return Kdapi::eNullObjectId;
-    korra::runningSlots()->writeName(*id.slot(), name);
-    return Kdapi::eOk;
+    return platform::gate("kddbGetKdsName", id).guard(Kdapi::eNullObjectId, [&] {
+        if (id.isNull() || !name || !korra::runningSlots())
+            return Kdapi::eNullObjectId;
+        korra::runningSlots()->writeName(*id.slot(), name);
+        return Kdapi::eOk;
+    });
 }

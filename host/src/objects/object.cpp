@@ -61,34 +61,37 @@ bool KdDbObject::isWriteEnabled() const
 
 Kdapi::ErrorStatus KdDbObject::close()
 {
-    const bool refused = platform::gate("KdDbObject::close", objectId());
-    const Kdapi::ErrorStatus status = ObjectAccess::close(*this);
-    return refused ? Kdapi::eNotOpenForRead : status;
+    return platform::gate("KdDbObject::close", objectId()).afterwards(Kdapi::eNotOpenForRead, [&] {
+        return ObjectAccess::close(*this);
+    });
 }
 
 Kdapi::ErrorStatus KdDbObject::upgradeOpen()
 {
-    if (platform::gate("KdDbObject::upgradeOpen", objectId()))
-        return Kdapi::eWasOpenForRead;
-    if (isWriteEnabled())
+    return platform::gate("KdDbObject::upgradeOpen", objectId()).guard(Kdapi::eWasOpenForRead, [&] {
+        if (isWriteEnabled())
+            return Kdapi::eOk;
+        if (slot_->readers == 0)
+            return Kdapi::eNotOpenForRead;
+        if (slot_->readers > 1)
+            return Kdapi::eWasOpenForRead;
+        slot_->readers = 0;
+        slot_->writing = true;
         return Kdapi::eOk;
-    if (slot_->readers == 0)
-        return Kdapi::eNotOpenForRead;
-    if (slot_->readers > 1)
-        return Kdapi::eWasOpenForRead;
-    slot_->readers = 0;
-    slot_->writing = true;
-    return Kdapi::eOk;
+    });
 }
 
 Kdapi::ErrorStatus KdDbObject::downgradeOpen()
 {
-    if (platform::gate("KdDbObject::downgradeOpen", objectId()) || !slot_ || !slot_->writing)
-        return Kdapi::eNotOpenForWrite;
-    ObjectAccess::finishChanges(*this);
-    slot_->writing = false;
-    slot_->readers = 1;
-    return Kdapi::eOk;
+    return platform::gate("KdDbObject::downgradeOpen", objectId())
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!slot_ || !slot_->writing)
+                return Kdapi::eNotOpenForWrite;
+            ObjectAccess::finishChanges(*this);
+            slot_->writing = false;
+            slot_->readers = 1;
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbObject::beginChange()
@@ -212,12 +215,12 @@ Kdapi::ErrorStatus kddbOpenObject(KdDbObject*& object, KdDbObjectId id, KdDb::Op
                                   KdRxClass* description, bool openErased)
 {
     object = nullptr;
-    if (platform::gate("kddbOpenObject", id, mode))
-        return Kdapi::eWasOpenForWrite;
-    const Kdapi::ErrorStatus status = ObjectAccess::open(object, id, mode, openErased);
-    if (status != Kdapi::eOk || !description || object->isKindOf(description))
-        return status;
-    ObjectAccess::close(*object);
-    object = nullptr;
-    return Kdapi::eNotThatKindOfClass;
+    return platform::gate("kddbOpenObject", id, mode).guard(Kdapi::eWasOpenForWrite, [&] {
+        const Kdapi::ErrorStatus status = ObjectAccess::open(object, id, mode, openErased);
+        if (status != Kdapi::eOk || !description || object->isKindOf(description))
+            return status;
+        ObjectAccess::close(*object);
+        object = nullptr;
+        return Kdapi::eNotThatKindOfClass;
+    });
 }

@@ -2,6 +2,7 @@
 
 #include "kd/db.h"
 #include "objects/object_visitor.h"
+#include "objects/trace_forms.h"
 
 #include <cstdint>
 #include <optional>
@@ -204,6 +205,3 @@ public:
 };
 
 } // namespace korra
-
-/// An id in the trace: the handle, hexadecimal.
-std::string traceForm(KdDbObjectId id);

@@ -222,16 +222,17 @@ void ObjectAccess::setErased(KdDbObject& object, bool erased)
 
 Kdapi::ErrorStatus KdDbObject::erase(bool erasing)
 {
-    if (platform::gate("KdDbObject::erase", objectId(), erasing))
-        return Kdapi::eNotOpenForWrite;
-    if (!slot_)
-        return Kdapi::eNotInDatabase;
-    if (!slot_->writing)
-        return Kdapi::eNotOpenForWrite;
-    if (slot_->erased == erasing)
-        return erasing ? Kdapi::eWasErased : Kdapi::eWasNotErased;
-    if (erasing && isIndispensable())
-        return Kdapi::eObjectInUse;
-    korra::ObjectAccess::setErased(*this, erasing);
-    return beginChange();
+    return platform::gate("KdDbObject::erase", objectId(), erasing)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!slot_)
+                return Kdapi::eNotInDatabase;
+            if (!slot_->writing)
+                return Kdapi::eNotOpenForWrite;
+            if (slot_->erased == erasing)
+                return erasing ? Kdapi::eWasErased : Kdapi::eWasNotErased;
+            if (erasing && isIndispensable())
+                return Kdapi::eObjectInUse;
+            korra::ObjectAccess::setErased(*this, erasing);
+            return beginChange();
+        });
 }

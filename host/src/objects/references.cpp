@@ -3,6 +3,8 @@
 #include "kd/db/database.h"
 #include "objects/contents.h"
 #include "objects/kinds.h"
+#include "objects/trace_forms.h"
+#include "platform/gate.h"
 
 namespace korra {
 namespace {
@@ -122,12 +124,19 @@ void translateNames(KdDbObject& object, const KdDbDatabase& database)
 
 } // namespace korra
 
-Kdapi::ErrorStatus KdDbObject::setReference(KdDbObjectId& field, KdDbObjectId value,
-                                            const KdRxClass* kind)
+Kdapi::ErrorStatus KdDbObject::setReference(const char* operation, KdDbObjectId& field,
+                                            KdDbObjectId value, const KdRxClass* kind)
 {
-    if (value.isNull())
-        return Kdapi::eNullObjectId;
-    const Kdapi::ErrorStatus refused =
-        database() ? korra::checkReference(value, *database(), kind) : Kdapi::eOk;
-    return refused == Kdapi::eOk ? set(field, value) : refused;
+    return platform::gate(operation, objectId(), value).guard(Kdapi::eNotOpenForWrite, [&] {
+        if (value.isNull())
+            return Kdapi::eNullObjectId;
+        if (database()) {
+            if (const auto refused = korra::checkReference(value, *database(), kind))
+                return refused;
+        }
+        const Kdapi::ErrorStatus status = beginChange();
+        if (status == Kdapi::eOk)
+            field = value;
+        return status;
+    });
 }

@@ -62,42 +62,54 @@ ChangeLog* runningLog()
 
 KdDbTransaction* TransactionManager::startTransaction()
 {
-    if (platform::gate("KdDbTransactionManager::startTransaction"))
-        return nullptr;
-    return running_.emplace_back(std::make_unique<KdDbTransaction>()).get();
+    return platform::gate("KdDbTransactionManager::startTransaction")
+        .guard(nullptr, [&]() -> KdDbTransaction* {
+            return running_.emplace_back(std::make_unique<KdDbTransaction>()).get();
+        });
 }
 
 Kdapi::ErrorStatus TransactionManager::getObject(KdDbObject*& object, KdDbObjectId id,
                                                  KdDb::OpenMode mode, bool openErased)
 {
     object = nullptr;
-    if (platform::gate("KdDbTransactionManager::getObject", id, mode))
-        return Kdapi::eWasOpenForWrite;
-    if (running_.empty())
-        return Kdapi::eNotApplicable;
-    const Kdapi::ErrorStatus status = ObjectAccess::open(object, id, mode, openErased);
-    if (status == Kdapi::eOk)
-        running_.back()->hold(id);
-    return status;
+    return platform::gate("KdDbTransactionManager::getObject", id, mode)
+        .guard(Kdapi::eWasOpenForWrite, [&] {
+            if (running_.empty())
+                return Kdapi::eNotApplicable;
+            const Kdapi::ErrorStatus status = ObjectAccess::open(object, id, mode, openErased);
+            if (status != Kdapi::eOk)
+                return status;
+            try {
+                running_.back()->hold(id);
+            } catch (...) { // an object that is not held would stay open
+                ObjectAccess::close(*std::exchange(object, nullptr));
+                throw;
+            }
+            return status;
+        });
 }
 
 Kdapi::ErrorStatus TransactionManager::endTransaction()
 {
-    const bool refused = platform::gate("KdDbTransactionManager::endTransaction");
-    if (running_.empty())
-        return Kdapi::eNotApplicable;
-    endInnermost();
-    return refused ? Kdapi::eNotOpenForRead : Kdapi::eOk;
+    return platform::gate("KdDbTransactionManager::endTransaction")
+        .afterwards(Kdapi::eNotOpenForRead, [&] {
+            if (running_.empty())
+                return Kdapi::eNotApplicable;
+            endInnermost();
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus TransactionManager::abortTransaction()
 {
-    const bool refused = platform::gate("KdDbTransactionManager::abortTransaction");
-    if (running_.empty())
-        return Kdapi::eNotApplicable;
-    running_.back()->log().takeBack();
-    endInnermost();
-    return refused ? Kdapi::eNotOpenForRead : Kdapi::eOk;
+    return platform::gate("KdDbTransactionManager::abortTransaction")
+        .afterwards(Kdapi::eNotOpenForRead, [&] {
+            if (running_.empty())
+                return Kdapi::eNotApplicable;
+            running_.back()->log().takeBack();
+            endInnermost();
+            return Kdapi::eOk;
+        });
 }
 
 /// Closes what the transaction still has open while its changes are still noted, then hands them

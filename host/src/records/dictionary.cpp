@@ -42,31 +42,35 @@ bool KdDbDictionary::isIndispensable() const
 
 Kdapi::ErrorStatus KdDbDictionary::getAt(const wchar_t* name, KdDbObjectId& id) const
 {
-    if (platform::gate("KdDbDictionary::getAt", objectId(), name) || !name)
-        return Kdapi::eKeyNotFound;
-    for (const Entry& entry : entries_) {
-        if (!entry.id.isNull() && !entry.id.isErased() &&
-            platform::compareNoCase(entry.name, name) == 0) {
-            id = entry.id;
-            return Kdapi::eOk;
-        }
-    }
-    return Kdapi::eKeyNotFound;
+    return platform::gate("KdDbDictionary::getAt", objectId(), name)
+        .guard(Kdapi::eKeyNotFound, [&] {
+            if (!name)
+                return Kdapi::eKeyNotFound;
+            for (const Entry& entry : entries_) {
+                if (!entry.id.isNull() && !entry.id.isErased() &&
+                    platform::compareNoCase(entry.name, name) == 0) {
+                    id = entry.id;
+                    return Kdapi::eOk;
+                }
+            }
+            return Kdapi::eKeyNotFound;
+        });
 }
 
 Kdapi::ErrorStatus KdDbDictionary::setAt(const wchar_t* name, KdDbObject* object, KdDbObjectId& id)
 {
-    if (platform::gate("KdDbDictionary::setAt", objectId(), name))
-        return Kdapi::eNotOpenForWrite;
-    if (!name || !*name)
-        return Kdapi::eInvalidKey;
-    if (const auto status = ObjectAccess::canOwn(*this, object))
-        return status;
-    if (const auto status = beginChange())
-        return status;
-    ObjectAccess::enter(*this, name, *object, korra::Opening::forWrite);
-    id = object->objectId();
-    return Kdapi::eOk;
+    return platform::gate("KdDbDictionary::setAt", objectId(), name)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!name || !*name)
+                return Kdapi::eInvalidKey;
+            if (const auto status = ObjectAccess::canOwn(*this, object))
+                return status;
+            if (const auto status = beginChange())
+                return status;
+            ObjectAccess::enter(*this, name, *object, korra::Opening::forWrite);
+            id = object->objectId();
+            return Kdapi::eOk;
+        });
 }
 
 int KdDbDictionary::numEntries() const
@@ -123,12 +127,13 @@ KdDbObjectId KdDbObject::extensionDictionary() const
 
 Kdapi::ErrorStatus KdDbObject::createExtensionDictionary()
 {
-    if (platform::gate("KdDbObject::createExtensionDictionary", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    if (!database())
-        return Kdapi::eNotInDatabase;
-    if (const auto status = beginChange())
-        return status;
-    ObjectAccess::extensionDictionary(*this);
-    return Kdapi::eOk;
+    return platform::gate("KdDbObject::createExtensionDictionary", objectId())
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!database())
+                return Kdapi::eNotInDatabase;
+            if (const auto status = beginChange())
+                return status;
+            ObjectAccess::extensionDictionary(*this);
+            return Kdapi::eOk;
+        });
 }

@@ -112,33 +112,40 @@ void replaceApplicationData(std::vector<TypedValue>& data, const std::vector<Typ
 
 resbuf* KdDbObject::xData(const wchar_t* applicationName) const
 {
-    if (platform::gate("KdDbObject::xData", objectId(), applicationName) || !extras_)
-        return nullptr;
-    const std::vector<korra::TypedValue>& data = extras_->xData;
-    const auto [first, last] = applicationName ? korra::applicationRange(data, applicationName)
-                                               : std::pair(std::size_t{0}, data.size());
-    korra::ResbufBuilder list;
-    for (std::size_t index = first; index < last; ++index)
-        korra::writeValue(data[index], list.append(data[index].code));
-    return list.release();
+    return platform::gate("KdDbObject::xData", objectId(), applicationName)
+        .guard(nullptr, [&]() -> resbuf* {
+            if (!extras_)
+                return nullptr;
+            const std::vector<korra::TypedValue>& data = extras_->xData;
+            const auto [first, last] = applicationName
+                                           ? korra::applicationRange(data, applicationName)
+                                           : std::pair(std::size_t{0}, data.size());
+            korra::ResbufBuilder list;
+            for (std::size_t index = first; index < last; ++index)
+                korra::writeValue(data[index], list.append(data[index].code));
+            return list.release();
+        });
 }
 
 Kdapi::ErrorStatus KdDbObject::setXData(const resbuf* list)
 {
-    if (platform::gate("KdDbObject::setXData", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    const auto sections = korra::sectionsOf(list);
-    if (!sections)
-        return Kdapi::eInvalidInput;
-    const KdDbDatabase* home =
-        database() ? database() : kddbHostApplicationServices()->workingDatabase();
-    for (const korra::Section& section : *sections) {
-        if (!korra::isRegistered(home, section))
-            return Kdapi::eRegappIdNotFound;
-    }
-    if (const auto status = beginChange())
+    return platform::gate("KdDbObject::setXData", objectId()).guard(Kdapi::eNotOpenForWrite, [&] {
+        const auto sections = korra::sectionsOf(list);
+        if (!sections)
+            return Kdapi::eInvalidInput;
+        const KdDbDatabase* home =
+            database() ? database() : kddbHostApplicationServices()->workingDatabase();
+        for (const korra::Section& section : *sections) {
+            if (!korra::isRegistered(home, section))
+                return Kdapi::eRegappIdNotFound;
+        }
+        auto& data = korra::ObjectAccess::extras(*this).xData;
+        std::vector<korra::TypedValue> changed = data;
+        for (const korra::Section& section : *sections)
+            korra::replaceApplicationData(changed, section);
+        const Kdapi::ErrorStatus status = beginChange();
+        if (status == Kdapi::eOk)
+            data = std::move(changed);
         return status;
-    for (const korra::Section& section : *sections)
-        korra::replaceApplicationData(korra::ObjectAccess::extras(*this).xData, section);
-    return Kdapi::eOk;
+    });
 }

@@ -32,26 +32,30 @@ public:
                                   KdRxFunctionPtr function, KdEdUIContext* context, int,
                                   HINSTANCE resources) override
     {
-        const bool failing = platform::gate("KdEdCommandStack::addCommand", group, globalName);
-        if (failing || !group || !globalName || !*globalName || !function)
-            return Kdapi::eInvalidInput;
-        if (findRegistered(group, globalName) != commands.end())
-            return Kdapi::eDuplicateKey;
-        commands.push_back({group, globalName, localName ? localName : globalName, flags, function,
-                            context, resources});
-        return Kdapi::eOk;
+        return platform::gate("KdEdCommandStack::addCommand", group, globalName)
+            .guard(Kdapi::eInvalidInput, [&] {
+                if (!group || !globalName || !*globalName || !function)
+                    return Kdapi::eInvalidInput;
+                if (findRegistered(group, globalName) != commands.end())
+                    return Kdapi::eDuplicateKey;
+                commands.push_back({group, globalName, localName ? localName : globalName, flags,
+                                    function, context, resources});
+                return Kdapi::eOk;
+            });
     }
 
     Kdapi::ErrorStatus removeCmd(const wchar_t* group, const wchar_t* globalName) override
     {
-        const bool failing = platform::gate("KdEdCommandStack::removeCmd", group, globalName);
-        if (!group || !globalName)
-            return Kdapi::eKeyNotFound;
-        const auto command = findRegistered(group, globalName);
-        if (command == commands.end())
-            return Kdapi::eKeyNotFound;
-        commands.erase(command);
-        return failing ? Kdapi::eKeyNotFound : Kdapi::eOk;
+        return platform::gate("KdEdCommandStack::removeCmd", group, globalName)
+            .afterwards(Kdapi::eKeyNotFound, [&] {
+                if (!group || !globalName)
+                    return Kdapi::eKeyNotFound;
+                const auto command = findRegistered(group, globalName);
+                if (command == commands.end())
+                    return Kdapi::eKeyNotFound;
+                commands.erase(command);
+                return Kdapi::eOk;
+            });
     }
 };
 

@@ -37,6 +37,20 @@ bool isOfReceiver(const ListFunction& function, short code)
            function.code == code;
 }
 
+/// The code that a function hears of, for as long as it is invoked.
+class Invoking {
+public:
+    explicit Invoking(short code) : before_(std::exchange(codeBeingInvoked, code)) {}
+
+    ~Invoking() { codeBeingInvoked = before_; }
+
+    Invoking(const Invoking&) = delete;
+    Invoking& operator=(const Invoking&) = delete;
+
+private:
+    short before_;
+};
+
 } // namespace
 
 bool invokeFunction(std::wstring_view name)
@@ -47,12 +61,13 @@ bool invokeFunction(std::wstring_view name)
     if (found == functions.end())
         return false;
     const ListFunction function = *found; // the call may change the list
-    const short before = std::exchange(codeBeingInvoked, function.code);
-    if (function.bound)
+    const Invoking invoking(function.code);
+    if (function.bound) {
+        const platform::TurnOf turn(platform::Party::module);
         function.bound();
-    else
+    } else {
         sendMessage(*function.module, KdRx::kInvkSubrMsg);
-    codeBeingInvoked = before;
+    }
     return true;
 }
 
@@ -67,33 +82,38 @@ using namespace korra::rx;
 
 int kdedDefun(const wchar_t* name, short code)
 {
-    if (platform::gate("kdedDefun", name, code) || !name || !moduleBeingSent())
-        return RTERROR;
-    functions.push_back({currentDocument(), moduleBeingSent(), name, code});
-    return RTNORM;
+    return platform::gate("kdedDefun", name, code).guard(RTERROR, [&] {
+        if (!name || !moduleBeingSent())
+            return RTERROR;
+        functions.push_back({currentDocument(), moduleBeingSent(), name, code});
+        return RTNORM;
+    });
 }
 
 int kdedUndef(const wchar_t* name, short code)
 {
-    const bool failing = platform::gate("kdedUndef", name, code);
-    const auto erased = std::erase_if(functions, [&](const auto& each) {
-        return name && isOfReceiver(each, code) && platform::compareNoCase(each.name, name) == 0;
+    return platform::gate("kdedUndef", name, code).afterwards(RTERROR, [&] {
+        const auto erased = std::erase_if(functions, [&](const auto& each) {
+            return name && isOfReceiver(each, code) &&
+                   platform::compareNoCase(each.name, name) == 0;
+        });
+        return erased ? RTNORM : RTERROR;
     });
-    return erased && !failing ? RTNORM : RTERROR;
 }
 
 int kdedRegFunc(int (*function)(), short code)
 {
-    const auto found = std::find_if(functions.begin(), functions.end(),
-                                    [&](const auto& each) { return isOfReceiver(each, code); });
-    if (platform::gate("kdedRegFunc", code) || found == functions.end())
-        return RTERROR;
-    found->bound = function;
-    return RTNORM;
+    return platform::gate("kdedRegFunc", code).guard(RTERROR, [&] {
+        const auto found = std::find_if(functions.begin(), functions.end(),
+                                        [&](const auto& each) { return isOfReceiver(each, code); });
+        if (found == functions.end())
+            return RTERROR;
+        found->bound = function;
+        return RTNORM;
+    });
 }
 
 int kdedGetFunCode()
 {
-    platform::note("kdedGetFunCode");
-    return codeBeingInvoked;
+    return platform::gate("kdedGetFunCode").always([] { return codeBeingInvoked; });
 }

@@ -28,6 +28,7 @@ KdRx::AppRetCode sendMessage(LoadedModule& module, KdRx::AppMsgCode code)
 
     platform::note("kdrxEntryPoint", module.name, code);
     const Receiving receiving(module);
+    const platform::TurnOf turn(platform::Party::module);
     return module.entryPoint(code, &module);
 }
 

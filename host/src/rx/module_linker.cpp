@@ -112,6 +112,12 @@ Function* exported(HINSTANCE module, const char* name)
     return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
 }
 
+unsigned versionOf(ApiVersion* answer)
+{
+    const platform::TurnOf turn(platform::Party::module);
+    return answer();
+}
+
 /// Asks a module in memory for its version and initialises it.
 LoadOutcome initialise(LoadedModule& module)
 {
@@ -119,7 +125,7 @@ LoadOutcome initialise(LoadedModule& module)
     module.entryPoint = exported<EntryPoint>(module.handle, "kdrxEntryPoint");
     if (!version || !module.entryPoint)
         return LoadOutcome::noModule;
-    if (version() != kInterfaceVersion)
+    if (versionOf(version) != kInterfaceVersion)
         return LoadOutcome::otherVersion;
     if (sendMessage(module, KdRx::kInitAppMsg) != KdRx::kRetOK)
         return LoadOutcome::refused;
@@ -142,20 +148,24 @@ class DynamicLinker final : public KdRxDynamicLinker {
 public:
     bool unlockApplication(void* packet) override
     {
-        LoadedModule* const module = findByPacket(packet);
-        if (platform::gate("KdRxDynamicLinker::unlockApplication", packet) || !module)
-            return false;
-        module->unlocked = true;
-        return true;
+        return platform::gate("KdRxDynamicLinker::unlockApplication", packet).guard(false, [&] {
+            LoadedModule* const module = findByPacket(packet);
+            if (!module)
+                return false;
+            module->unlocked = true;
+            return true;
+        });
     }
 
     bool registerAppMDIAware(void* packet) override
     {
-        LoadedModule* const module = findByPacket(packet);
-        if (platform::gate("KdRxDynamicLinker::registerAppMDIAware", packet) || !module)
-            return false;
-        module->multiDocumentAware = true;
-        return true;
+        return platform::gate("KdRxDynamicLinker::registerAppMDIAware", packet).guard(false, [&] {
+            LoadedModule* const module = findByPacket(packet);
+            if (!module)
+                return false;
+            module->multiDocumentAware = true;
+            return true;
+        });
     }
 };
 
@@ -233,13 +243,13 @@ void sendDocumentClosing()
 
 KdArray<wchar_t*>* kdrxLoadedApps()
 {
-    if (platform::throwingGate("kdrxLoadedApps"))
-        return nullptr;
-    auto* const names = new KdArray<wchar_t*>;
-    for (const auto& module : korra::rx::modules) {
-        auto* const name = new wchar_t[module->name.size() + 1];
-        name[module->name.copy(name, module->name.size())] = L'\0';
-        names->append(name);
-    }
-    return names;
+    return platform::throwingGate("kdrxLoadedApps").guard(nullptr, [&]() -> KdArray<wchar_t*>* {
+        auto* const names = new KdArray<wchar_t*>;
+        for (const auto& module : korra::rx::modules) {
+            auto* const name = new wchar_t[module->name.size() + 1];
+            name[module->name.copy(name, module->name.size())] = L'\0';
+            names->append(name);
+        }
+        return names;
+    });
 }

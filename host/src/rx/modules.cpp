@@ -44,6 +44,7 @@ bool isLoaded(LoadOutcome outcome)
 
 korra::FileOutcome korra::loadModule(const std::string& name)
 {
+    const platform::TurnOf turn(platform::Party::host);
     const LoadOutcome outcome = rx::loadModule(platform::fromUtf8(name).c_str());
     if (isLoaded(outcome))
         return {true, {}};
@@ -52,15 +53,17 @@ korra::FileOutcome korra::loadModule(const std::string& name)
 
 bool kdrxLoadModule(const wchar_t* name, bool printit, bool)
 {
-    if (platform::throwingGate("kdrxLoadModule", name))
-        return false;
-    const LoadOutcome outcome = korra::rx::loadModule(name);
-    if (printit)
-        kdutPrintf(L"\n%s: %S", name ? name : L"", inWords(outcome).c_str());
-    return isLoaded(outcome);
+    return platform::throwingGate("kdrxLoadModule", name).guard(false, [&]() -> bool {
+        const LoadOutcome outcome = korra::rx::loadModule(name);
+        if (printit)
+            kdutPrintf(L"\n%s: %S", name ? name : L"", inWords(outcome).c_str());
+        return isLoaded(outcome);
+    });
 }
 
 bool kdrxUnloadModule(const wchar_t* name, bool)
 {
-    return !platform::gate("kdrxUnloadModule", name) && name && korra::rx::unloadModule(name);
+    return platform::gate("kdrxUnloadModule", name).guard(false, [&] {
+        return name && korra::rx::unloadModule(name);
+    });
 }

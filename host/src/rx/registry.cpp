@@ -11,13 +11,15 @@ class SystemRegistry final : public KdRxRegistry {
 public:
     KdRxObject* at(const wchar_t* key) const override
     {
-        if (platform::gate("KdRxRegistry::at", key) || !key)
+        return platform::gate("KdRxRegistry::at", key).guard(nullptr, [&]() -> KdRxObject* {
+            if (!key)
+                return nullptr;
+            if (std::wstring_view(key) == L"DynamicLinker")
+                return &korra::rx::dynamicLinker();
+            if (std::wstring_view(key) == L"KDAPI_REGISTERED_COMMANDS")
+                return &korra::rx::commandStack();
             return nullptr;
-        if (std::wstring_view(key) == L"DynamicLinker")
-            return &korra::rx::dynamicLinker();
-        if (std::wstring_view(key) == L"KDAPI_REGISTERED_COMMANDS")
-            return &korra::rx::commandStack();
-        return nullptr;
+        });
     }
 };
 

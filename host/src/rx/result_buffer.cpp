@@ -165,37 +165,51 @@ resbuf* ResbufBuilder::release()
     return std::exchange(first_, nullptr);
 }
 
+namespace {
+
+/// The list that its arguments describe; null for a code that is none.
+resbuf* buildList(int code, std::va_list& arguments)
+{
+    ResbufBuilder list;
+    while (code != 0 && code != RTNONE && resbufKind(code) != ResbufKind::unknown) {
+        readValue(list.append(code), arguments);
+        code = va_arg(arguments, int);
+    }
+    return code == 0 || code == RTNONE ? list.release() : nullptr;
+}
+
+} // namespace
+
 } // namespace korra
 
 int kdutRelRb(resbuf* list)
 {
-    while (list) {
-        korra::freeValue(*list);
-        delete std::exchange(list, list->rbnext);
-        korra::resultBuffers.remove();
-    }
-    return RTNORM;
+    return platform::gate("kdutRelRb").afterwards(RTERROR, [&] {
+        while (list) {
+            korra::freeValue(*list);
+            delete std::exchange(list, list->rbnext);
+            korra::resultBuffers.remove();
+        }
+        return RTNORM;
+    });
 }
 
 resbuf* kdutBuildList(int type, ...)
 {
-    if (platform::gate("kdutBuildList", type))
-        return nullptr;
-    korra::ResbufBuilder list;
     std::va_list arguments;
     va_start(arguments, type);
-    int code = type;
-    while (code != 0 && code != RTNONE && korra::resbufKind(code) != korra::ResbufKind::unknown) {
-        korra::readValue(list.append(code), arguments);
-        code = va_arg(arguments, int);
-    }
+    resbuf* const list = platform::gate("kdutBuildList", type).guard(nullptr, [&] {
+        return korra::buildList(type, arguments);
+    });
     va_end(arguments);
-    return code == 0 || code == RTNONE ? list.release() : nullptr;
+    return list;
 }
 
 wchar_t* kdapi_copyString(const wchar_t* text)
 {
-    return platform::gate("kdapi_copyString", text) || !text ? nullptr : korra::newHostString(text);
+    return platform::gate("kdapi_copyString", text).guard(nullptr, [&] {
+        return text ? korra::newHostString(text) : nullptr;
+    });
 }
 
 void kdapi_free(void* pointer)

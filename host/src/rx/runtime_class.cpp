@@ -30,11 +30,12 @@ Kdapi::ErrorStatus KdRxObject::copyFrom(const KdRxObject* source)
 void kdrxBuildClassHierarchy()
 {
     // A class knows its base from the start, so that there are no links to make.
-    platform::note("kdrxBuildClassHierarchy");
+    platform::gate("kdrxBuildClassHierarchy").always([] {});
 }
 
 void deleteKdRxClass(KdRxClass* description)
 {
-    platform::note("deleteKdRxClass", description ? description->name() : nullptr);
-    delete description;
+    platform::gate("deleteKdRxClass", description ? description->name() : nullptr).always([&] {
+        delete description;
+    });
 }

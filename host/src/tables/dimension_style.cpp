@@ -1,5 +1,6 @@
 #include "kd/db.h"
 #include "objects/contents.h"
+#include "platform/gate.h"
 #include "tables/dimension_accessors.h"
 #include "tables/dimension_variables.h"
 
@@ -76,8 +77,11 @@ void KdDbDimStyleTableRecord::describe(korra::ObjectVisitor& visitor)
     }                                                                                              \
     Kdapi::ErrorStatus KdDbDimStyleTableRecord::setter(Type value)                                 \
     {                                                                                              \
-        const auto status = beginChange();                                                         \
-        return status == Kdapi::eOk ? store(values_, code, static_cast<double>(value)) : status;   \
+        return platform::gate("KdDbDimStyleTableRecord::" #setter, objectId(), value)              \
+            .guard(Kdapi::eNotOpenForWrite, [&] {                                                  \
+                const auto status = beginChange();                                                 \
+                return status ? status : store(values_, code, static_cast<double>(value));         \
+            });                                                                                    \
     }
 
 KORRA_DIMENSION_ACCESSORS(DEFINE_STYLE_ACCESSOR)
@@ -94,8 +98,11 @@ KORRA_STYLE_ACCESSORS(DEFINE_STYLE_ACCESSOR)
     }                                                                                              \
     Kdapi::ErrorStatus KdDbDimStyleTableRecord::setter(const KdCmColor& color)                     \
     {                                                                                              \
-        const auto status = beginChange();                                                         \
-        return status == Kdapi::eOk ? store(values_, code, color.colorIndex()) : status;           \
+        return platform::gate("KdDbDimStyleTableRecord::" #setter, objectId(), color.colorIndex()) \
+            .guard(Kdapi::eNotOpenForWrite, [&] {                                                  \
+                const auto status = beginChange();                                                 \
+                return status ? status : store(values_, code, color.colorIndex());                 \
+            });                                                                                    \
     }
 
 KORRA_STYLE_COLORS(DEFINE_STYLE_COLOR)
@@ -109,13 +116,16 @@ int KdDbDimStyleTableRecord::dimfit() const
 
 Kdapi::ErrorStatus KdDbDimStyleTableRecord::setDimfit(int value)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
-        return status;
-    if (const auto status = store(values_, kFit, value); status != Kdapi::eOk)
-        return status;
-    constexpr int kLastOfPlaces = 3; // the further values say how the text moves
-    store(values_, kPlaces, std::min(value, kLastOfPlaces));
-    return store(values_, kTextMoves, std::max(value - kLastOfPlaces, 0));
+    return platform::gate("KdDbDimStyleTableRecord::setDimfit", objectId(), value)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = beginChange(); status != Kdapi::eOk)
+                return status;
+            if (const auto status = store(values_, kFit, value); status != Kdapi::eOk)
+                return status;
+            constexpr int kLastOfPlaces = 3; // the further values say how the text moves
+            store(values_, kPlaces, std::min(value, kLastOfPlaces));
+            return store(values_, kTextMoves, std::max(value - kLastOfPlaces, 0));
+        });
 }
 
 KdDbObjectId KdDbDimStyleTableRecord::dimtxsty() const
@@ -128,6 +138,12 @@ KdDbObjectId KdDbDimStyleTableRecord::dimtxsty() const
 
 Kdapi::ErrorStatus KdDbDimStyleTableRecord::setDimtxsty(KdDbObjectId textStyle)
 {
-    auto& value = values_[static_cast<std::size_t>(korra::dimensionVariableIndex(kTextStyle))];
-    return setReference(std::get<KdDbObjectId>(value), textStyle, KdDbTextStyleTableRecord::desc());
+    return platform::gate("KdDbDimStyleTableRecord::setDimtxsty", objectId(), textStyle)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            auto& value =
+                values_[static_cast<std::size_t>(korra::dimensionVariableIndex(kTextStyle))];
+            return setReference("KdDbDimStyleTableRecord::setDimtxsty",
+                                std::get<KdDbObjectId>(value), textStyle,
+                                KdDbTextStyleTableRecord::desc());
+        });
 }

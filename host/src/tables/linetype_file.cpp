@@ -143,18 +143,19 @@ Kdapi::ErrorStatus findLinetype(std::wstring_view file, std::wstring_view name,
 
 Kdapi::ErrorStatus KdDbDatabase::loadLineTypeFile(const wchar_t* name, const wchar_t* path)
 {
-    if (platform::throwingGate("KdDbDatabase::loadLineTypeFile", name, path))
-        return Kdapi::eFileAccess;
-    if (!name || !*name || !path)
-        return Kdapi::eInvalidInput;
-    std::string bytes;
-    if (const auto status = korra::readBytes(path, bytes))
-        return status;
-    korra::LinetypeDefinition definition;
-    const std::wstring text = korra::decoded(bytes, contents_->header.encoding());
-    if (const auto status = korra::findLinetype(text, name, definition))
-        return status;
-    const KdDbObjectId known = contents_->record(korra::TableKind::linetype, name);
-    return known.isNull() ? korra::addLinetype(*this, definition)
-                          : korra::redefine(known, definition);
+    return platform::throwingGate("KdDbDatabase::loadLineTypeFile", name, path)
+        .guard(Kdapi::eFileAccess, [&] {
+            if (!name || !*name || !path)
+                return Kdapi::eInvalidInput;
+            std::string bytes;
+            if (const auto status = korra::readBytes(path, bytes))
+                return status;
+            korra::LinetypeDefinition definition;
+            const std::wstring text = korra::decoded(bytes, contents_->header.encoding());
+            if (const auto status = korra::findLinetype(text, name, definition))
+                return status;
+            const KdDbObjectId known = contents_->record(korra::TableKind::linetype, name);
+            return known.isNull() ? korra::addLinetype(*this, definition)
+                                  : korra::redefine(known, definition);
+        });
 }

@@ -1,6 +1,7 @@
 #include "kd/db/tables.h"
 
 #include "objects/object_visitor.h"
+#include "objects/setters.h"
 #include "tables/line_weights.h"
 
 #include "platform/gate.h"
@@ -51,16 +52,19 @@ void KdDbLinetypeTableRecord::describe(korra::ObjectVisitor& visitor)
 Kdapi::ErrorStatus KdDbLinetypeTableRecord::setPattern(const wchar_t* comments,
                                                        const std::vector<double>& dashes)
 {
-    if (const auto status = beginChange())
-        return status;
-    comments_ = comments;
-    patternLength_ = 0.0;
-    dashes_.clear();
-    for (const double length : dashes) {
-        dashes_.push_back({length});
-        patternLength_ += std::abs(length);
-    }
-    return Kdapi::eOk;
+    return platform::gate("KdDbLinetypeTableRecord::setPattern", objectId(), comments)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (const auto status = beginChange())
+                return status;
+            comments_ = comments;
+            patternLength_ = 0.0;
+            dashes_.clear();
+            for (const double length : dashes) {
+                dashes_.push_back({length});
+                patternLength_ += std::abs(length);
+            }
+            return Kdapi::eOk;
+        });
 }
 
 /// The three that every drawing has.
@@ -93,42 +97,45 @@ bool KdDbLayerTableRecord::isIndispensable() const
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsOff(bool off)
 {
-    return set(off_, off);
+    return set("KdDbLayerTableRecord::setIsOff", off_, off);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsFrozen(bool frozen)
 {
-    return set(flags_, withFlag(flags_, kFrozen, frozen));
+    return set("KdDbLayerTableRecord::setIsFrozen", flags_, withFlag(flags_, kFrozen, frozen));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setVPDFLT(bool frozen)
 {
-    return set(flags_, withFlag(flags_, kFrozenInNewViewports, frozen));
+    return set("KdDbLayerTableRecord::setVPDFLT", flags_,
+               withFlag(flags_, kFrozenInNewViewports, frozen));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsPlottable(bool plottable)
 {
-    return set(plottable_, plottable);
+    return set("KdDbLayerTableRecord::setIsPlottable", plottable_, plottable);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setLineWeight(KdDb::LineWeight weight)
 {
-    return setIf(korra::isStandardLineWeight(weight), lineWeight_, static_cast<short>(weight));
+    return setIf("KdDbLayerTableRecord::setLineWeight", korra::isStandardLineWeight(weight),
+                 lineWeight_, static_cast<short>(weight));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setIsLocked(bool locked)
 {
-    return set(flags_, withFlag(flags_, kLocked, locked));
+    return set("KdDbLayerTableRecord::setIsLocked", flags_, withFlag(flags_, kLocked, locked));
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setColor(const KdCmColor& color)
 {
-    return set(color_, color);
+    return set("KdDbLayerTableRecord::setColor", color_, color);
 }
 
 Kdapi::ErrorStatus KdDbLayerTableRecord::setLinetypeObjectId(KdDbObjectId linetype)
 {
-    return setReference(linetype_, linetype, KdDbLinetypeTableRecord::desc());
+    return setReference("KdDbLayerTableRecord::setLinetypeObjectId", linetype_, linetype,
+                        KdDbLinetypeTableRecord::desc());
 }
 
 void KdDbTextStyleTableRecord::describe(korra::ObjectVisitor& visitor)
@@ -145,31 +152,29 @@ void KdDbTextStyleTableRecord::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setIsShapeFile(bool shapeFile)
 {
-    return set(flags_, withFlag(flags_, kShapeFile, shapeFile));
+    return set("KdDbTextStyleTableRecord::setIsShapeFile", flags_,
+               withFlag(flags_, kShapeFile, shapeFile));
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFileName(const wchar_t* fileName)
 {
-    if (platform::gate("KdDbTextStyleTableRecord::setFileName", fileName) || !fileName)
-        return Kdapi::eInvalidInput;
-    return set(fileName_, fileName);
+    return setIf("KdDbTextStyleTableRecord::setFileName", fileName != nullptr, fileName_, fileName);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setBigFontFileName(const wchar_t* fileName)
 {
-    if (platform::gate("KdDbTextStyleTableRecord::setBigFontFileName", fileName) || !fileName)
-        return Kdapi::eInvalidInput;
-    return set(bigFontFileName_, fileName);
+    return setIf("KdDbTextStyleTableRecord::setBigFontFileName", fileName != nullptr,
+                 bigFontFileName_, fileName);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setXScale(double scale)
 {
-    return setIf(scale > 0.0, xScale_, scale);
+    return setIf("KdDbTextStyleTableRecord::setXScale", scale > 0.0, xScale_, scale);
 }
 
 Kdapi::ErrorStatus KdDbTextStyleTableRecord::setObliquingAngle(double radians)
 {
-    return set(oblique_, radians);
+    return set("KdDbTextStyleTableRecord::setObliquingAngle", oblique_, radians);
 }
 
 void KdDbUCSTableRecord::describe(korra::ObjectVisitor& visitor)
@@ -182,15 +187,15 @@ void KdDbUCSTableRecord::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setOrigin(const KdGePoint3d& origin)
 {
-    return set(origin_, origin);
+    return set("KdDbUCSTableRecord::setOrigin", origin_, origin);
 }
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setXAxis(const KdGeVector3d& axis)
 {
-    return set(xAxis_, axis);
+    return set("KdDbUCSTableRecord::setXAxis", xAxis_, axis);
 }
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setYAxis(const KdGeVector3d& axis)
 {
-    return set(yAxis_, axis);
+    return set("KdDbUCSTableRecord::setYAxis", yAxis_, axis);
 }

@@ -53,15 +53,16 @@ void KdDbSymbolTable::describe(korra::ObjectVisitor& visitor)
 Kdapi::ErrorStatus KdDbSymbolTable::getAt(const wchar_t* name, KdDbObjectId& id,
                                           bool getErased) const
 {
-    if (platform::gate("KdDbSymbolTable::getAt", objectId(), name))
-        return Kdapi::eKeyNotFound;
-    if (!name)
-        return Kdapi::eInvalidKey;
-    const KdDbObjectId found = korra::recordNamed(*this, name, getErased);
-    if (found.isNull())
-        return Kdapi::eKeyNotFound;
-    id = found;
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTable::getAt", objectId(), name)
+        .guard(Kdapi::eKeyNotFound, [&] {
+            if (!name)
+                return Kdapi::eInvalidKey;
+            const KdDbObjectId found = korra::recordNamed(*this, name, getErased);
+            if (found.isNull())
+                return Kdapi::eKeyNotFound;
+            id = found;
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbSymbolTable::getIdAt(const wchar_t* name, KdDbObjectId& id,
@@ -72,34 +73,35 @@ Kdapi::ErrorStatus KdDbSymbolTable::getIdAt(const wchar_t* name, KdDbObjectId& i
 
 Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord* record)
 {
-    if (platform::gate("KdDbSymbolTable::add", objectId()))
-        return Kdapi::eNotOpenForWrite;
-    if (record && !holdsRecordsLike(*this, *record))
-        return Kdapi::eNotThatKindOfClass;
-    if (const auto status = ObjectAccess::canOwn(*this, record))
-        return status;
-    if (!isRecordName(record->name()))
-        return Kdapi::eInvalidKey;
-    if (!korra::recordNamed(*this, record->name(), false).isNull())
-        return Kdapi::eDuplicateKey;
-    if (const auto status = beginChange())
-        return status;
-    if (auto* layer = KdDbLayerTableRecord::cast(record);
-        layer && layer->linetypeObjectId().isNull())
-        layer->setLinetypeObjectId(database()->continuousLinetype());
-    id = ObjectAccess::append(*this, record, korra::Opening::forWrite);
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTable::add", objectId()).guard(Kdapi::eNotOpenForWrite, [&] {
+        if (record && !holdsRecordsLike(*this, *record))
+            return Kdapi::eNotThatKindOfClass;
+        if (const auto status = ObjectAccess::canOwn(*this, record))
+            return status;
+        if (!isRecordName(record->name()))
+            return Kdapi::eInvalidKey;
+        if (!korra::recordNamed(*this, record->name(), false).isNull())
+            return Kdapi::eDuplicateKey;
+        if (const auto status = beginChange())
+            return status;
+        if (auto* layer = KdDbLayerTableRecord::cast(record);
+            layer && layer->linetypeObjectId().isNull())
+            layer->setLinetypeObjectId(database()->continuousLinetype());
+        id = ObjectAccess::append(*this, record, korra::Opening::forWrite);
+        return Kdapi::eOk;
+    });
 }
 
 Kdapi::ErrorStatus KdDbSymbolTable::newIterator(KdDbSymbolTableIterator*& iterator,
                                                 bool atBeginning, bool skipErased) const
 {
     iterator = nullptr;
-    if (platform::gate("KdDbSymbolTable::newIterator", objectId()))
-        return Kdapi::eNotOpenForRead;
-    iterator = new KdDbSymbolTableIterator(records_.ids(), skipErased);
-    iterator->start(atBeginning, skipErased);
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTable::newIterator", objectId())
+        .guard(Kdapi::eNotOpenForRead, [&] {
+            iterator = new KdDbSymbolTableIterator(records_.ids(), skipErased);
+            iterator->start(atBeginning, skipErased);
+            return Kdapi::eOk;
+        });
 }
 
 KdDbSymbolTableIterator::KdDbSymbolTableIterator(std::vector<KdDbObjectId> records, bool skipErased)
@@ -126,10 +128,12 @@ void KdDbSymbolTableIterator::step(bool forward, bool skipErased)
 
 Kdapi::ErrorStatus KdDbSymbolTableIterator::getRecordId(KdDbObjectId& id) const
 {
-    if (platform::gate("KdDbSymbolTableIterator::getRecordId") || done())
-        return Kdapi::eIteratorDone;
-    id = records_[next_];
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTableIterator::getRecordId").guard(Kdapi::eIteratorDone, [&] {
+        if (done())
+            return Kdapi::eIteratorDone;
+        id = records_[next_];
+        return Kdapi::eOk;
+    });
 }
 
 void KdDbSymbolTableRecord::describe(korra::ObjectVisitor& visitor)
@@ -141,25 +145,27 @@ void KdDbSymbolTableRecord::describe(korra::ObjectVisitor& visitor)
 
 Kdapi::ErrorStatus KdDbSymbolTableRecord::getName(const wchar_t*& name) const
 {
-    if (platform::gate("KdDbSymbolTableRecord::getName", objectId()))
-        return Kdapi::eNotOpenForRead;
-    name = name_.c_str();
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTableRecord::getName", objectId())
+        .guard(Kdapi::eNotOpenForRead, [&] {
+            name = name_.c_str();
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
 {
-    if (platform::gate("KdDbSymbolTableRecord::setName", objectId(), name))
-        return Kdapi::eNotOpenForWrite;
-    if (!name || !isRecordName(name))
-        return Kdapi::eInvalidKey;
-    if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
-        const KdDbObjectId taken = korra::recordNamed(*table, name, false);
-        if (!taken.isNull() && taken != objectId())
-            return Kdapi::eDuplicateKey;
-    }
-    if (const auto status = beginChange())
-        return status;
-    name_ = name;
-    return Kdapi::eOk;
+    return platform::gate("KdDbSymbolTableRecord::setName", objectId(), name)
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (!name || !isRecordName(name))
+                return Kdapi::eInvalidKey;
+            if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
+                const KdDbObjectId taken = korra::recordNamed(*table, name, false);
+                if (!taken.isNull() && taken != objectId())
+                    return Kdapi::eDuplicateKey;
+            }
+            if (const auto status = beginChange())
+                return status;
+            name_ = name;
+            return Kdapi::eOk;
+        });
 }

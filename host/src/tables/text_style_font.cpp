@@ -100,50 +100,51 @@ Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFont(const wchar_t* typeface, bo
                                                      bool italic, int characterSet, int pitch,
                                                      int family, bool)
 {
-    if (platform::gate("KdDbTextStyleTableRecord::setFont", typeface, bold, italic, characterSet,
-                       pitch, family))
-        return Kdapi::eInvalidInput;
-    if (!typeface || platform::toUtf16(typeface).size() > kLongestTypeface ||
-        !isByte(characterSet) || !isByte(pitch) || !isByte(family))
-        return Kdapi::eInvalidInput;
-    if (const auto status = beginChange())
-        return status;
-    auto& data = ObjectAccess::extras(*this).xData;
-    if (!*typeface) {
-        removeTypeface(data);
-        return Kdapi::eOk;
-    }
-    const std::int32_t properties = (bold ? kBold : 0) | (italic ? kItalic : 0) |
-                                    characterSet << kCharacterSetShift | (pitch & kPitchBits) |
-                                    (family & kFamilyBits);
-    storeTypeface(data, typeface, properties);
-    return Kdapi::eOk;
+    return platform::gate("KdDbTextStyleTableRecord::setFont", typeface, bold, italic, characterSet,
+                          pitch, family)
+        .guard(Kdapi::eInvalidInput, [&] {
+            if (!typeface || platform::toUtf16(typeface).size() > kLongestTypeface ||
+                !isByte(characterSet) || !isByte(pitch) || !isByte(family))
+                return Kdapi::eInvalidInput;
+            if (const auto status = beginChange())
+                return status;
+            auto& data = ObjectAccess::extras(*this).xData;
+            if (!*typeface) {
+                removeTypeface(data);
+                return Kdapi::eOk;
+            }
+            const std::int32_t properties = (bold ? kBold : 0) | (italic ? kItalic : 0) |
+                                            characterSet << kCharacterSetShift |
+                                            (pitch & kPitchBits) | (family & kFamilyBits);
+            storeTypeface(data, typeface, properties);
+            return Kdapi::eOk;
+        });
 }
 
 Kdapi::ErrorStatus fromKdDbTextStyle(KdGiTextStyle& style, KdDbObjectId record)
 {
-    if (platform::gate("fromKdDbTextStyle", record))
-        return Kdapi::eWasOpenForWrite;
-    KdDbObject* opened = nullptr;
-    if (const auto status = ObjectAccess::open(opened, record, KdDb::kForRead))
-        return status;
-    const auto* source = KdDbTextStyleTableRecord::cast(opened);
-    if (source) {
-        std::wstring typeface;
-        bool bold = false;
-        bool italic = false;
-        int ignored = 0;
-        source->font(typeface, bold, italic, ignored, ignored, ignored);
-        style.setFont(typeface.c_str(), bold, italic);
-        style.setFileName(source->fileName().c_str());
-        style.setBigFontFileName(source->bigFontFileName().c_str());
-        style.setTextSize(source->textSize());
-        style.setXScale(source->xScale());
-        style.setObliquingAngle(source->obliquingAngle());
-        style.setVertical(source->isVertical());
-        style.setBackward(source->isBackward());
-        style.setUpsideDown(source->isUpsideDown());
-    }
-    ObjectAccess::close(*opened);
-    return source ? Kdapi::eOk : Kdapi::eNotThatKindOfClass;
+    return platform::gate("fromKdDbTextStyle", record).guard(Kdapi::eWasOpenForWrite, [&] {
+        KdDbObject* opened = nullptr;
+        if (const auto status = ObjectAccess::open(opened, record, KdDb::kForRead))
+            return status;
+        const auto* source = KdDbTextStyleTableRecord::cast(opened);
+        if (source) {
+            std::wstring typeface;
+            bool bold = false;
+            bool italic = false;
+            int ignored = 0;
+            source->font(typeface, bold, italic, ignored, ignored, ignored);
+            style.setFont(typeface.c_str(), bold, italic);
+            style.setFileName(source->fileName().c_str());
+            style.setBigFontFileName(source->bigFontFileName().c_str());
+            style.setTextSize(source->textSize());
+            style.setXScale(source->xScale());
+            style.setObliquingAngle(source->obliquingAngle());
+            style.setVertical(source->isVertical());
+            style.setBackward(source->isBackward());
+            style.setUpsideDown(source->isUpsideDown());
+        }
+        ObjectAccess::close(*opened);
+        return source ? Kdapi::eOk : Kdapi::eNotThatKindOfClass;
+    });
 }

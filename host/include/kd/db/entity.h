@@ -139,12 +139,15 @@ protected:
     /// A free-standing entity that shows the edge of a marker; null when there is none.
     virtual KdDbEntity* newEdge(int marker) const;
 
-    /// Every transformBy() begins here.
+    /// What every transformBy() is: `body` moves the fields when the entity can be changed so.
     /// @param similarityOnly  the kind cannot be scaled differently in different directions
-    Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly);
+    template <class Body>
+    Kdapi::ErrorStatus transform(const KdGeMatrix3d& matrix, bool similarityOnly, Body body);
 
 private:
     friend class korra::ObjectAccess;
+
+    Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly);
 
     KdDbObjectId layer_;
     KdDbObjectId linetype_;

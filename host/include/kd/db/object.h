@@ -104,29 +104,23 @@ protected:
     /// Every change begins here: eNotOpenForWrite unless the object can be written.
     Kdapi::ErrorStatus beginChange();
 
-    /// Changes one field. @return eOk; eNotOpenForWrite
+    /// Changes one field. @param operation  the setter, as the gate names it
+    /// @return eOk; eNotOpenForWrite
     template <class Field, class Value>
-    Kdapi::ErrorStatus set(Field& field, const Value& value)
-    {
-        return setIf(true, field, value);
-    }
+    Kdapi::ErrorStatus set(const char* operation, Field& field, const Value& value);
 
     /// Changes one field to a value that it may have. @return eOk; `refusal`; eNotOpenForWrite
     template <class Field, class Value>
-    Kdapi::ErrorStatus setIf(bool isValid, Field& field, const Value& value,
-                             Kdapi::ErrorStatus refusal = Kdapi::eInvalidInput)
-    {
-        const Kdapi::ErrorStatus status = isValid ? beginChange() : refusal;
-        if (status == Kdapi::eOk)
-            field = value;
-        return status;
-    }
+    Kdapi::ErrorStatus setIf(const char* operation, bool isValid, Field& field, const Value& value,
+                             Kdapi::ErrorStatus refusal = Kdapi::eInvalidInput);
 
     /// Changes a reference to an object that is needed; what is in a database refers to nothing but
     /// what is in it.
+    /// @param operation  the setter, as the gate names it
     /// @param kind  the class that the other object has to be of
     /// @return eOk; eNullObjectId; eWrongDatabase, eNotThatKindOfClass; eNotOpenForWrite
-    Kdapi::ErrorStatus setReference(KdDbObjectId& field, KdDbObjectId value, const KdRxClass* kind);
+    Kdapi::ErrorStatus setReference(const char* operation, KdDbObjectId& field, KdDbObjectId value,
+                                    const KdRxClass* kind);
 
 private:
     friend class korra::ObjectAccess;
