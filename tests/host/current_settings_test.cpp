@@ -47,6 +47,9 @@ TEST_F(CurrentSettings, NameRecordsOfThisDrawingOnly)
     EXPECT_EQ(database().setClayer(text), Kdapi::eNotThatKindOfClass);
     KdDbDatabase other;
     EXPECT_EQ(other.setClayer(layer), Kdapi::eWrongDatabase);
+    const KdDbObjectId gone = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Gone");
+    EXPECT_EQ(Open<KdDbLayerTableRecord>(gone)->erase(), Kdapi::eOk);
+    EXPECT_EQ(database().setClayer(gone), Kdapi::eWasErased);
     const auto again = reread();
     EXPECT_EQ(again->clayer().handle().value(), layer.handle().value());
     EXPECT_EQ(again->textstyle().handle().value(), text.handle().value());

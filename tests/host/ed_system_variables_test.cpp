@@ -3,6 +3,7 @@
 #include "support/host_test.h"
 #include "support/variables.h"
 
+#include <limits>
 #include <set>
 
 using namespace tests;
@@ -70,6 +71,8 @@ TEST_F(SystemVariablesTest, AWriteIsOfTheVariablesOwnType)
     resbuf plane{nullptr, RTPOINT, {.rpoint = {7, 7, 7}}};
     EXPECT_EQ(kdedSetVar(L"LIMMAX", &plane), RTNORM);
     EXPECT_EQ(variable(L"LIMMAX"), "7,7,0") << "the plane of a plane point has no z";
+    plane.resval.rpoint[1] = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(kdedSetVar(L"LIMMAX", &plane), RTERROR);
 }
 
 TEST_F(SystemVariablesTest, TheDrawingsOwnChangeWithTheDocumentTheHostsDoNot)
