@@ -557,7 +557,7 @@ TEST_F(DimensionGraphicsTest, RecomputingNeedsAWriterAndKeepsWhatCannotBeMade)
     auto* ordinate = new KdDbDimension;
     addEntityToBlock(L"*D77", new KdDbLine(KdGePoint3d(), KdGePoint3d(1, 0, 0)));
     BlockGiver giver(blockId(L"*D77"));
-    ObjectAccess::describe(*ordinate, giver);
+    ordinate->describe(giver);
     measure(ordinate);
     change([](auto& writer) {
         EXPECT_EQ(writer.recomputeDimBlock(true), Kdapi::eNotApplicable);

@@ -61,7 +61,7 @@ private:
 inline RecordingSink drawn(const KdDbEntity& entity)
 {
     RecordingSink sink;
-    korra::ObjectAccess::draw(entity, sink);
+    entity.draw(sink);
     return sink;
 }
 

@@ -136,7 +136,7 @@ void KdDbBlockReference::draw(korra::DrawSink& sink) const
         if (attribute->isErased() || korra::isHidden(*attribute, sink))
             continue;
         sink.beginPart(attribute->objectId(), korra::PartRole::attribute);
-        ObjectAccess::draw(*attribute, sink);
+        attribute->draw(sink);
         sink.endPart();
     }
 }

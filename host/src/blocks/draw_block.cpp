@@ -93,7 +93,7 @@ void drawEntity(const KdDbEntity& entity, DrawSink& sink)
     if (isHidden(entity, sink))
         return;
     sink.beginEntity(entity.objectId(), traitsOf(entity, sink));
-    ObjectAccess::draw(entity, sink);
+    entity.draw(sink);
     sink.endEntity();
 }
 

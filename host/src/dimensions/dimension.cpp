@@ -35,7 +35,7 @@ void empty(KdDbBlockTableRecord& block)
 {
     ObjectAccess::willChange(block);
     for (KdDbEntity* entity : ObjectAccess::entities(block).each())
-        ObjectAccess::setErased(*entity, true);
+        ObjectAccess::erase(*entity);
     ObjectAccess::owned(block)->replace({});
 }
 

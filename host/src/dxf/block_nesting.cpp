@@ -59,7 +59,7 @@ private:
 
     void look(const KdDbEntity& entity)
     {
-        const ShownBlock shown = ObjectAccess::shownBlock(entity);
+        const ShownBlock shown = entity.shownBlock();
         Step& step = path_.back();
         step.times = shown.times;
         step.extent.entities += shown.times;
@@ -119,7 +119,7 @@ private:
         for (std::size_t index = 0; index < ids_.size(); ++index) {
             const auto* const entity = KdDbEntity::cast(ObjectAccess::object(ids_[index]));
             if (entity && entity->ownerId() == block.objectId() &&
-                !ObjectAccess::shownBlock(*entity).block.isNull())
+                !entity->shownBlock().block.isNull())
                 return file_.objects[index].line;
         }
         return 0;

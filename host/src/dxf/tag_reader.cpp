@@ -20,7 +20,7 @@ void TagReader::read(KdDbObject& object, std::string_view source, std::size_t li
     cursor_.reset(source, only);
     if (kindOf(object) && cursor_.tags().openGroup() != TagList::kNone)
         fail(cursor_.tags().openGroup(), "the end of the group");
-    ObjectAccess::describe(object, *this);
+    object.describe(*this);
 }
 
 void TagReader::extensionDictionary(KdDbObjectId& value)

@@ -86,7 +86,7 @@ std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source
 {
     begin(source, only);
     namedBy_ = KdDbLayerTableRecord::cast(&object) ? NamedBy::layer : NamedBy::other;
-    ObjectAccess::describe(object, *this);
+    object.describe(*this);
     if (extendedData_)
         writeExtendedData(*std::exchange(extendedData_, std::nullopt));
     return assembled();

@@ -39,8 +39,7 @@ std::unique_ptr<KdGeCurve3d> curveOf(const PickHit& hit)
         entity = ObjectAccess::live<KdDbEntity>(entity->ownerId());
     if (!KdDbCurve::cast(entity))
         return nullptr;
-    const std::unique_ptr<KdDbEntity> edge(
-        ObjectAccess::newEdge(*entity, static_cast<int>(hit.marker)));
+    const std::unique_ptr<KdDbEntity> edge(entity->newEdge(static_cast<int>(hit.marker)));
     const auto* const curve = KdDbCurve::cast(edge.get());
     return curve ? curve->geometry() : nullptr;
 }

@@ -174,6 +174,12 @@ std::unique_ptr<KdGeCurve3d> KdDb2dPolyline::segmentGeometry(const KdDbVertex& f
         KdGeCircArc3d::fromBulge(start, end, from.bulge(), place_.normal()));
 }
 
+KdDb3dPolyline::KdDb3dPolyline()
+{
+    constexpr short kThreeDimensional = 8;
+    flags_ = kThreeDimensional;
+}
+
 std::unique_ptr<KdGeCurve3d> KdDb3dPolyline::segmentGeometry(const KdDbVertex& from,
                                                              const KdDbVertex& to) const
 {

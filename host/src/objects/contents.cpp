@@ -49,7 +49,7 @@ void DatabaseContents::clear()
 KdDbObjectId DatabaseContents::record(TableKind kind, std::wstring_view name) const
 {
     const auto* const owner = ObjectAccess::live<KdDbSymbolTable>(table(kind));
-    return owner ? recordNamed(*owner, name, false) : KdDbObjectId();
+    return owner ? recordNamed(*owner, name, Erased::passedOver) : KdDbObjectId();
 }
 
 KdDbBlockTableRecord* DatabaseContents::block(std::wstring_view name) const
@@ -57,18 +57,18 @@ KdDbBlockTableRecord* DatabaseContents::block(std::wstring_view name) const
     return ObjectAccess::live<KdDbBlockTableRecord>(record(TableKind::block, name));
 }
 
-KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, bool erasedToo)
+KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, Erased erased)
 {
-    KdDbObjectId erased;
+    KdDbObjectId lastErased;
     for (const KdDbSymbolTableRecord* record : ObjectAccess::records(table).each()) {
         if (record->name().size() != name.size() ||
             platform::compareNoCase(record->name(), name) != 0)
             continue;
         if (!record->isErased())
             return record->objectId();
-        erased = record->objectId();
+        lastErased = record->objectId();
     }
-    return erasedToo ? erased : KdDbObjectId();
+    return erased == Erased::found ? lastErased : KdDbObjectId();
 }
 
 const std::vector<KdDbDatabase*>& liveDatabases()

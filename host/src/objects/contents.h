@@ -59,9 +59,12 @@ struct DatabaseContents {
     void clear();
 };
 
+/// Whether erased objects are looked at, too.
+enum class Erased { passedOver, found };
+
 /// The record of a table by name; null when there is none. One that is not erased goes before one
 /// that is.
-KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, bool erasedToo);
+KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, Erased erased);
 
 /// Databases that live now, in the order of their making.
 const std::vector<KdDbDatabase*>& liveDatabases();

@@ -43,7 +43,7 @@ std::unique_ptr<KdDbObject> copyOf(const KdDbObject& source)
         KdDbEntity::cast(&source) ? ObjectAccess::owned(source) : nullptr;
     if (parts) {
         PartCopying copying(*parts);
-        ObjectAccess::describe(*copy, copying);
+        copy->describe(copying);
     }
     return copy;
 }

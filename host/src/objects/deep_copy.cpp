@@ -177,12 +177,12 @@ void DeepCopy::copyOwned(KdDbObject& source, KdDbObject& copy)
             this->copy(part->objectId(), copy);
     }
     OwnedEntries owned;
-    ObjectAccess::describe(source, owned);
+    source.describe(owned);
     for (const KdDbObjectId entry : owned.entries)
         this->copy(entry, copy);
     this->copy(owned.extension, copy);
     ExtensionGiver giver(owned.extension.isNull() ? KdDbObjectId() : standIn(owned.extension));
-    ObjectAccess::describe(copy, giver);
+    copy.describe(giver);
 }
 
 void DeepCopy::finish()
@@ -191,11 +191,11 @@ void DeepCopy::finish()
         const auto [source, copy] = unfinished_[next];
         copyOwned(*source, *copy);
         NeedVisitor needs(*this);
-        ObjectAccess::describe(*source, needs);
+        source->describe(needs);
     }
     for (const auto& [source, copy] : unfinished_) {
         IdTranslation translation(*this, *source->database());
-        ObjectAccess::describe(*copy, translation);
+        copy->describe(translation);
     }
 }
 

@@ -98,8 +98,9 @@ public:
     static void noteChange(KdDbObject& object);
 
     /// Erases an object with all that it owns, or brings it back with what was erased with it,
-    /// whoever has it open.
-    static void setErased(KdDbObject& object, bool erased);
+    /// whoever has it open; nothing when it is so already.
+    static void erase(KdDbObject& object);
+    static void bringBack(KdDbObject& object);
 
     /// The list of what an object owns as part of itself; null for one that has none.
     static OwnedObjects* owned(KdDbObject& object);
@@ -128,10 +129,6 @@ public:
     {
         return id.isNull() || id.isErased() ? nullptr : T::cast(object(id));
     }
-
-    static void describe(KdDbObject& object, ObjectVisitor& visitor) { object.describe(visitor); }
-
-    static void draw(const KdDbEntity& entity, DrawSink& sink) { entity.draw(sink); }
 
     /// The extras, made when there are none yet; the const form may find none.
     static ObjectExtras& extras(KdDbObject& object);
@@ -178,13 +175,6 @@ public:
     static std::vector<KdDbDictionary::Entry>& entries(KdDbDictionary& dictionary)
     {
         return dictionary.entries_;
-    }
-
-    static ShownBlock shownBlock(const KdDbEntity& entity) { return entity.shownBlock(); }
-
-    static KdDbEntity* newEdge(const KdDbEntity& entity, int marker)
-    {
-        return entity.newEdge(marker);
     }
 };
 

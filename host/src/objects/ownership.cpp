@@ -5,6 +5,8 @@
 
 #include "platform/gate.h"
 
+#include <unordered_set>
+
 namespace korra {
 namespace {
 
@@ -54,8 +56,27 @@ private:
 std::vector<KdDbObject*> ownedBy(KdDbObject& object)
 {
     OwnedFinder finder(object);
-    ObjectAccess::describe(object, finder);
+    object.describe(finder);
     return finder.take();
+}
+
+/// An object and all that it owns, directly or not, as far as `wanted` says yes.
+template <class Wanted>
+std::vector<KdDbObject*> withOwned(KdDbObject& object, Wanted wanted)
+{
+    std::vector<KdDbObject*> found;
+    std::unordered_set<const KdDbObject*>
+        met; // ends a circle of owners, which a damaged file can hold
+    const auto meet = [&](KdDbObject* each) {
+        if (wanted(*ObjectAccess::slot(*each)) && met.insert(each).second)
+            found.push_back(each);
+    };
+    meet(&object);
+    for (std::size_t next = 0; next < found.size(); ++next) {
+        for (KdDbObject* owned : ownedBy(*found[next]))
+            meet(owned);
+    }
+    return found;
 }
 
 KdDbHandle claimHandle(DatabaseContents& contents, KdDbHandle wanted)
@@ -179,7 +200,7 @@ Kdapi::ErrorStatus ObjectAccess::appendPart(KdDbEntity& entity, KdDbEntity* part
 OwnedObjects* ObjectAccess::owned(KdDbObject& object)
 {
     ListFinder finder;
-    describe(object, finder);
+    object.describe(finder);
     return finder.found();
 }
 
@@ -197,24 +218,27 @@ void ObjectAccess::willChange(KdDbObject& object)
         object.slot_->changed = true;
 }
 
-void ObjectAccess::setErased(KdDbObject& object, bool erased)
+void ObjectAccess::erase(KdDbObject& object)
 {
-    if (object.isErased() == erased)
-        return;
-    std::vector<KdDbObject*> pending{&object};
-    while (!pending.empty()) {
-        KdDbObject& next = *pending.back();
-        pending.pop_back();
-        willChange(next);
-        ObjectSlot& slot = *next.slot_;
-        slot.erased = erased;
-        slot.erasedWithOwner = erased && &next != &object;
-        for (KdDbObject* owned : ownedBy(next)) {
-            // Also ends a circle of owners, which a damaged file can hold.
-            const ObjectSlot& its = *owned->slot_;
-            if (erased ? !its.erased : its.erasedWithOwner)
-                pending.push_back(owned);
-        }
+    const auto going = withOwned(object, [](const ObjectSlot& slot) { return !slot.erased; });
+    for (KdDbObject* each : going)
+        willChange(*each);
+    for (KdDbObject* each : going) {
+        each->slot_->erased = true;
+        each->slot_->erasedWithOwner = each != &object;
+    }
+}
+
+void ObjectAccess::bringBack(KdDbObject& object)
+{
+    const auto coming = withOwned(object, [&](const ObjectSlot& slot) {
+        return slot.erased && (slot.erasedWithOwner || slot.object == &object);
+    });
+    for (KdDbObject* each : coming)
+        willChange(*each);
+    for (KdDbObject* each : coming) {
+        each->slot_->erased = false;
+        each->slot_->erasedWithOwner = false;
     }
 }
 
@@ -232,7 +256,10 @@ Kdapi::ErrorStatus KdDbObject::erase(bool erasing)
                 return erasing ? Kdapi::eWasErased : Kdapi::eWasNotErased;
             if (erasing && isIndispensable())
                 return Kdapi::eObjectInUse;
-            korra::ObjectAccess::setErased(*this, erasing);
+            if (erasing)
+                korra::ObjectAccess::erase(*this);
+            else
+                korra::ObjectAccess::bringBack(*this);
             return beginChange();
         });
 }

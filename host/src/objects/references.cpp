@@ -112,14 +112,14 @@ Kdapi::ErrorStatus checkReferences(const KdDbObject& object, const KdDbDatabase&
 {
     ReferenceCheck check(database, names);
     // Visitors share one form for reading and writing; this one leaves the object as it is.
-    ObjectAccess::describe(const_cast<KdDbObject&>(object), check);
+    const_cast<KdDbObject&>(object).describe(check);
     return check.status();
 }
 
 void translateNames(KdDbObject& object, const KdDbDatabase& database)
 {
     NameTranslation translation(database);
-    ObjectAccess::describe(object, translation);
+    object.describe(translation);
 }
 
 } // namespace korra

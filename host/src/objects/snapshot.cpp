@@ -118,7 +118,7 @@ FieldValues valuesOf(const KdDbObject& object, Extent extent)
     const auto note = [&](auto& value) { values.emplace_back(value); };
     ValueVisitor visitor(note, extent);
     // Visitors share one form for reading and writing; this one leaves the object as it is.
-    ObjectAccess::describe(const_cast<KdDbObject&>(object), visitor);
+    const_cast<KdDbObject&>(object).describe(visitor);
     return values;
 }
 
@@ -127,7 +127,7 @@ void giveValues(KdDbObject& object, FieldValues values, Extent extent)
     std::size_t next = 0;
     const auto give = [&]<class T>(T& value) { value = std::move(std::get<T>(values[next++])); };
     ValueVisitor visitor(give, extent);
-    ObjectAccess::describe(object, visitor);
+    object.describe(visitor);
 }
 
 } // namespace korra

@@ -102,7 +102,7 @@ void ObjectAccess::enter(KdDbDictionary& dictionary, std::wstring_view name, KdD
     entering.id = enteredId();
     *known = std::move(entering);
     if (replaced && replaced != &object)
-        setErased(*replaced, true);
+        erase(*replaced);
 }
 
 KdDbDictionary& ObjectAccess::extensionDictionary(KdDbObject& object)

@@ -5,7 +5,6 @@
 #include <cmath>
 
 namespace korra {
-
 namespace {
 
 /// Chords this far off are good enough to see that a curve is not under the box, pixels.

@@ -6,7 +6,6 @@
 #include <limits>
 
 namespace korra {
-
 namespace {
 
 constexpr int kTextStyleVariable = 340; ///< group code of DIMTXSTY in a style

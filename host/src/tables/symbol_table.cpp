@@ -57,7 +57,8 @@ Kdapi::ErrorStatus KdDbSymbolTable::getAt(const wchar_t* name, KdDbObjectId& id,
         .guard(Kdapi::eKeyNotFound, [&] {
             if (!name)
                 return Kdapi::eInvalidKey;
-            const KdDbObjectId found = korra::recordNamed(*this, name, getErased);
+            const KdDbObjectId found = korra::recordNamed(
+                *this, name, getErased ? korra::Erased::found : korra::Erased::passedOver);
             if (found.isNull())
                 return Kdapi::eKeyNotFound;
             id = found;
@@ -80,7 +81,7 @@ Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord*
             return status;
         if (!isRecordName(record->name()))
             return Kdapi::eInvalidKey;
-        if (!korra::recordNamed(*this, record->name(), false).isNull())
+        if (!korra::recordNamed(*this, record->name(), korra::Erased::passedOver).isNull())
             return Kdapi::eDuplicateKey;
         if (const auto status = beginChange())
             return status;
@@ -159,7 +160,8 @@ Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
             if (!name || !isRecordName(name))
                 return Kdapi::eInvalidKey;
             if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
-                const KdDbObjectId taken = korra::recordNamed(*table, name, false);
+                const KdDbObjectId taken =
+                    korra::recordNamed(*table, name, korra::Erased::passedOver);
                 if (!taken.isNull() && taken != objectId())
                     return Kdapi::eDuplicateKey;
             }

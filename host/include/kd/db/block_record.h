@@ -1,20 +1,13 @@
 #pragma once
 
 #include "kd/db/tables.h"
-
-class KdDbBlockTableRecord;
-
-namespace korra {
-std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block);
-}
+#include "kd/own/own.h"
 
 /// The order in which the entities of a block are drawn, first drawn first.
 class KdDbSortentsTable : public KdDbObject {
     KDRX_DECLARE_MEMBERS(KdDbSortentsTable)
 public:
     KdDbSortentsTable() = default;
-
-    explicit KdDbSortentsTable(KdDbObjectId block) : block_(block) {}
 
     /// Every entity of the block that is not erased, in drawing order.
     /// @param honorSortMask  taken for the host's signature; the order is always sorted
@@ -27,12 +20,15 @@ public:
     /// block
     Kdapi::ErrorStatus setRelativeDrawOrder(const KdArray<KdDbObjectId>& order);
 
-protected:
+    KORRA_OWN()
+
+    explicit KdDbSortentsTable(KdDbObjectId block) : block_(block) {}
+
+    std::vector<KdDbObjectId> fullDrawOrder() const;
+
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:
-    friend std::vector<KdDbObjectId> korra::drawOrder(const KdDbBlockTableRecord& block);
-
     /// An entity and the handle that it is sorted by instead of its own.
     struct Entry {
         KdDbObjectId entity;
@@ -40,7 +36,6 @@ private:
         friend bool operator==(const Entry&, const Entry&) = default;
     };
 
-    std::vector<KdDbObjectId> fullDrawOrder() const;
     void sortAs(const std::vector<KdDbObjectId>& order);
 
     KdDbObjectId block_;
@@ -50,7 +45,6 @@ private:
 /// Walks the entities of a block in their order in the block; the caller deletes it.
 class KdDbBlockTableRecordIterator {
 public:
-    KdDbBlockTableRecordIterator(std::vector<KdDbObjectId> entities, bool skipErased);
     ~KdDbBlockTableRecordIterator();
     KdDbBlockTableRecordIterator(const KdDbBlockTableRecordIterator&) = delete;
     KdDbBlockTableRecordIterator& operator=(const KdDbBlockTableRecordIterator&) = delete;
@@ -67,6 +61,9 @@ public:
     /// Opens the entity; the caller closes it.
     Kdapi::ErrorStatus getEntity(KdDbEntity*& entity, KdDb::OpenMode mode,
                                  bool openErased = false) const;
+
+    KORRA_OWN()
+    KdDbBlockTableRecordIterator(std::vector<KdDbObjectId> entities, bool skipErased);
 
 private:
     std::vector<KdDbObjectId> entities_;
@@ -106,7 +103,7 @@ public:
     Kdapi::ErrorStatus getSortentsTable(KdDbSortentsTable*& table, KdDb::OpenMode mode,
                                         bool createIfMissing);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;

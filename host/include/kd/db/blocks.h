@@ -1,13 +1,13 @@
 #pragma once
 
 #include "kd/db/text.h"
+#include "kd/own/own.h"
 
 #include <vector>
 
 /// Walks objects that another object owns; the caller deletes it.
 class KdDbObjectIterator {
 public:
-    explicit KdDbObjectIterator(std::vector<KdDbObjectId> ids);
     ~KdDbObjectIterator();
     KdDbObjectIterator(const KdDbObjectIterator&) = delete;
     KdDbObjectIterator& operator=(const KdDbObjectIterator&) = delete;
@@ -20,6 +20,9 @@ public:
 
     /// Null behind the last object.
     KdDbObjectId objectId() const { return done() ? KdDbObjectId() : ids_[next_]; }
+
+    KORRA_OWN()
+    explicit KdDbObjectIterator(std::vector<KdDbObjectId> ids);
 
 private:
     std::vector<KdDbObjectId> ids_;
@@ -59,7 +62,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/own.h"
 #include "kd/own/planar_place.h"
 
 #include <memory>
@@ -10,9 +11,6 @@
 class KdDbCurve : public KdDbEntity {
     KDRX_DECLARE_MEMBERS(KdDbCurve)
 public:
-    /// The true geometry in the coordinates of the owning block; null when it is degenerate.
-    virtual std::unique_ptr<KdGeCurve3d> geometry() const = 0;
-
     virtual bool isClosed() const;
 
     /// @return eOk; eDegenerateGeometry, the point untouched, where the curve has no geometry
@@ -26,6 +24,11 @@ public:
 
 protected:
     KdDbCurve() = default;
+
+    KORRA_OWN()
+    /// The true geometry in the coordinates of the owning block; null when it is degenerate.
+    virtual std::unique_ptr<KdGeCurve3d> geometry() const = 0;
+
     void draw(korra::DrawSink& sink) const override;
 };
 
@@ -43,10 +46,11 @@ public:
     Kdapi::ErrorStatus setStartPoint(const KdGePoint3d& point);
     Kdapi::ErrorStatus setEndPoint(const KdGePoint3d& point);
 
-    std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
+    std::unique_ptr<KdGeCurve3d> geometry() const override;
+
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -82,10 +86,11 @@ public:
 
     KdGeVector3d normal() const { return place_.normal(); }
 
-    std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
+    std::unique_ptr<KdGeCurve3d> geometry() const override;
+
     void describe(korra::ObjectVisitor& visitor) override;
 
     int edgeCount() const override { return 1; }
@@ -113,10 +118,11 @@ public:
 
     KdGeVector3d normal() const { return place_.normal(); }
 
-    std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
+    std::unique_ptr<KdGeCurve3d> geometry() const override;
+
     void describe(korra::ObjectVisitor& visitor) override;
 
     int edgeCount() const override { return 1; }
@@ -173,10 +179,11 @@ public:
     /// that lies before the point.
     bool onSegAt(unsigned int index, const KdGePoint2d& point, double& param) const;
 
-    std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
+    std::unique_ptr<KdGeCurve3d> geometry() const override;
+
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -219,7 +226,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -249,14 +256,17 @@ public:
     Kdapi::ErrorStatus appendVertex(KdDbVertex* vertex);
     Kdapi::ErrorStatus appendVertex(KdDbObjectId& id, KdDbVertex* vertex);
 
-    /// The vertices in order; a free-standing polyline has its vertices without ids.
-    const korra::Owned<KdDbVertex>& vertices() const { return vertices_; }
-
-    std::unique_ptr<KdGeCurve3d> geometry() const override;
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
 protected:
     KdDbVertexCurve() = default;
+
+    KORRA_OWN()
+    std::unique_ptr<KdGeCurve3d> geometry() const override;
+
+    /// The vertices in order; a free-standing polyline has its vertices without ids.
+    const korra::Owned<KdDbVertex>& vertices() const { return vertices_; }
+
     void describe(korra::ObjectVisitor& visitor) override;
     void draw(korra::DrawSink& sink) const override;
     int edgeCount() const override;
@@ -293,7 +303,7 @@ private:
 
 class KdDb2dPolyline : public KdDbVertexCurve {
     KDRX_DECLARE_MEMBERS(KdDb2dPolyline)
-protected:
+    KORRA_OWN()
     std::unique_ptr<KdGeCurve3d> segmentGeometry(const KdDbVertex& from,
                                                  const KdDbVertex& to) const override;
 
@@ -303,9 +313,9 @@ protected:
 class KdDb3dPolyline : public KdDbVertexCurve {
     KDRX_DECLARE_MEMBERS(KdDb3dPolyline)
 public:
-    KdDb3dPolyline() { flags_ = 8; }
+    KdDb3dPolyline();
 
-protected:
+    KORRA_OWN()
     std::unique_ptr<KdGeCurve3d> segmentGeometry(const KdDbVertex& from,
                                                  const KdDbVertex& to) const override;
 
@@ -324,7 +334,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;

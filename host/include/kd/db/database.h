@@ -4,12 +4,9 @@
 #include "kd/db/dictionary.h"
 #include "kd/db/layout.h"
 #include "kd/db/transaction.h"
+#include "kd/own/own.h"
 
 #include <memory>
-
-namespace korra {
-struct DatabaseContents;
-}
 
 /// A drawing: its tables, blocks, layouts, dictionaries and settings.
 ///
@@ -106,6 +103,8 @@ public:
 
     /// The transactions of the drawing, whether it belongs to a document or not; never null.
     KdDbTransactionManager* transactionManager() const;
+
+    KORRA_OWN()
 
     korra::DatabaseContents& contents() const { return *contents_; }
 

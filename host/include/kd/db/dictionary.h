@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/object.h"
+#include "kd/own/own.h"
 
 #include <string>
 #include <vector>
@@ -24,7 +25,7 @@ public:
     /// Entries whose objects are not erased.
     int numEntries() const;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;

@@ -1,14 +1,11 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/own.h"
 #include "kd/own/planar_place.h"
 
 #include <optional>
 #include <string>
-
-namespace korra {
-class DimensionSheet;
-}
 
 /// A dimension: points to measure between, a style, and a block of its own with the graphics.
 ///
@@ -97,7 +94,7 @@ public:
     /// A dimension of a kind that the host cannot make anew (its graphics stay as they are).
     KdDbDimension() = default;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -171,7 +168,8 @@ public:
 
     double measurement() const override;
 
-protected:
+    KORRA_OWN()
+
     short kind() const override { return 0; }
 
     void definition(korra::ObjectVisitor& visitor) override;
@@ -196,7 +194,8 @@ public:
     KdDbAlignedDimension(const KdGePoint3d& first, const KdGePoint3d& second,
                          const KdGePoint3d& dimLinePoint);
 
-protected:
+    KORRA_OWN()
+
     short kind() const override { return 1; }
 
     double direction() const override;
@@ -212,7 +211,8 @@ public:
 
     double measurement() const override;
 
-protected:
+    KORRA_OWN()
+
     short kind() const override { return 4; }
 
     void definition(korra::ObjectVisitor& visitor) override;
@@ -231,7 +231,8 @@ public:
     KdDbDiametricDimension(const KdGePoint3d& chordPoint, const KdGePoint3d& farChordPoint,
                            double leaderLength);
 
-protected:
+    KORRA_OWN()
+
     short kind() const override { return 3; }
 
     Kdapi::ErrorStatus makeGraphics(korra::DimensionSheet& sheet) const override;
@@ -249,7 +250,8 @@ public:
 
     double measurement() const override;
 
-protected:
+    KORRA_OWN()
+
     short kind() const override { return threePoint_ ? 5 : 2; }
 
     void setKind(short kind) override { threePoint_ = kind != 2; }

@@ -3,11 +3,8 @@
 #include "kd/db/color.h"
 #include "kd/db/object.h"
 #include "kd/ge.h"
+#include "kd/own/own.h"
 #include "kd/own/shown_block.h"
-
-namespace korra {
-class DrawSink;
-}
 
 /// The box around geometry: empty until something was added.
 class KdDbExtents {
@@ -125,6 +122,7 @@ public:
 protected:
     KdDbEntity();
 
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     /// Draws the entity once, in the coordinates of the owning block.

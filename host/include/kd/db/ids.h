@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kd/own/own.h"
 #include "kd/resbuf.h"
 #include "kd/status.h"
 
@@ -9,10 +10,6 @@
 
 class KdDbDatabase;
 class KdRxClass;
-
-namespace korra {
-struct ObjectSlot;
-}
 
 /// The number that names an object inside its drawing, also in files; zero names none.
 class KdDbHandle {
@@ -39,8 +36,6 @@ class KdDbObjectId {
 public:
     constexpr KdDbObjectId() = default;
 
-    constexpr explicit KdDbObjectId(korra::ObjectSlot* slot) : slot_(slot) {}
-
     bool isNull() const { return slot_ == nullptr; }
 
     void setNull() { slot_ = nullptr; }
@@ -60,8 +55,6 @@ public:
     /// The runtime class of the object; null when there is none.
     KdRxClass* objectClass() const;
 
-    korra::ObjectSlot* slot() const { return slot_; }
-
     friend bool operator==(KdDbObjectId, KdDbObjectId) = default;
 
     friend auto operator<=>(KdDbObjectId left, KdDbObjectId right)
@@ -69,7 +62,15 @@ public:
         return std::compare_three_way()(left.slot_, right.slot_);
     }
 
+    KORRA_OWN()
+
+    constexpr explicit KdDbObjectId(korra::ObjectSlot* slot) : slot_(slot) {}
+
+    korra::ObjectSlot* slot() const { return slot_; }
+
 private:
+    friend struct std::hash<KdDbObjectId>;
+
     korra::ObjectSlot* slot_ = nullptr;
 };
 
@@ -77,7 +78,7 @@ template <>
 struct std::hash<KdDbObjectId> {
     std::size_t operator()(KdDbObjectId id) const noexcept
     {
-        return std::hash<const void*>()(id.slot());
+        return std::hash<const void*>()(id.slot_);
     }
 };
 

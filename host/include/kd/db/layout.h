@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/own.h"
 
 #include <string>
 
@@ -52,7 +53,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -89,7 +90,7 @@ public:
     /// The viewports of the sheet, the sheet's own one first; none for the model tab.
     KdArray<KdDbObjectId> getViewportArray() const;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:

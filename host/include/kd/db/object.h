@@ -1,18 +1,13 @@
 #pragma once
 
 #include "kd/db/ids.h"
+#include "kd/own/own.h"
 #include "kd/own/owned_objects.h"
 #include "kd/rx.h"
 
 #include <memory>
 
 class KdDbDatabase;
-
-namespace korra {
-class ObjectVisitor;
-class ObjectAccess;
-struct ObjectExtras;
-} // namespace korra
 
 /// Root of everything that can live in a drawing.
 ///
@@ -92,6 +87,7 @@ protected:
     KdDbObject(const KdDbObject&) = delete;
     KdDbObject& operator=(const KdDbObject&) = delete;
 
+    KORRA_OWN()
     /// Shows a visitor all that the object consists of: fields, references, what it owns.
     virtual void describe(korra::ObjectVisitor& visitor);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/own.h"
 
 #include <array>
 #include <string>
@@ -12,7 +13,6 @@ class KdDbSymbolTableRecord;
 /// Walks the records of a symbol table in their order; the caller deletes it.
 class KdDbSymbolTableIterator {
 public:
-    KdDbSymbolTableIterator(std::vector<KdDbObjectId> records, bool skipErased);
     ~KdDbSymbolTableIterator();
     KdDbSymbolTableIterator(const KdDbSymbolTableIterator&) = delete;
     KdDbSymbolTableIterator& operator=(const KdDbSymbolTableIterator&) = delete;
@@ -25,6 +25,9 @@ public:
 
     /// @return eOk and the id; eIteratorDone, the id untouched, behind the last record
     Kdapi::ErrorStatus getRecordId(KdDbObjectId& id) const;
+
+    KORRA_OWN()
+    KdDbSymbolTableIterator(std::vector<KdDbObjectId> records, bool skipErased);
 
 private:
     std::vector<KdDbObjectId> records_;
@@ -51,6 +54,8 @@ public:
 
 protected:
     KdDbSymbolTable() = default;
+
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override { return true; }
@@ -69,15 +74,19 @@ public:
 
     const std::wstring& name() const { return name_; }
 
-    /// @return eOk; eNotOpenForWrite; eInvalidKey for an empty name; eDuplicateKey when the table
-    ///         has another record of that name
+    /// @param name  not empty, at most 255 characters, none of <>/\":;?|,=`, an asterisk only in
+    ///              front
+    /// @return eOk; eNotOpenForWrite; eInvalidKey for what cannot be a name; eDuplicateKey when the
+    ///         table has another record of that name
     Kdapi::ErrorStatus setName(const wchar_t* name);
 
 protected:
     KdDbSymbolTableRecord() = default;
-    void describe(korra::ObjectVisitor& visitor) override;
 
     short flags_ = 0;
+
+    KORRA_OWN()
+    void describe(korra::ObjectVisitor& visitor) override;
 
 private:
     friend class korra::ObjectAccess;
@@ -100,11 +109,11 @@ public:
     /// Drawing units: positive a dash, negative a gap, 0 a dot. An index outside is undefined.
     double dashLengthAt(int index) const { return dashes_[static_cast<std::size_t>(index)].length; }
 
+    KORRA_OWN()
     /// Replaces the whole pattern; its length is the sum of its parts.
     /// @return eOk; eNotOpenForWrite
     Kdapi::ErrorStatus setPattern(const wchar_t* comments, const std::vector<double>& dashes);
 
-protected:
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;
@@ -156,7 +165,7 @@ public:
     Kdapi::ErrorStatus setColor(const KdCmColor& color);
     Kdapi::ErrorStatus setLinetypeObjectId(KdDbObjectId linetype);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     bool isIndispensable() const override;
@@ -214,7 +223,7 @@ public:
     Kdapi::ErrorStatus setXScale(double scale);
     Kdapi::ErrorStatus setObliquingAngle(double radians);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:
@@ -314,7 +323,7 @@ public:
     /// @return as the others; eNullObjectId
     Kdapi::ErrorStatus setDimtxsty(KdDbObjectId textStyle);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:
@@ -339,7 +348,7 @@ public:
     Kdapi::ErrorStatus setXAxis(const KdGeVector3d& axis);
     Kdapi::ErrorStatus setYAxis(const KdGeVector3d& axis);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:
@@ -382,7 +391,7 @@ public:
     Kdapi::ErrorStatus setUcs(const KdGePoint3d& origin, const KdGeVector3d& xAxis,
                               const KdGeVector3d& yAxis);
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
 private:

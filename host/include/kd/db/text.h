@@ -1,14 +1,10 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/own.h"
 #include "kd/own/planar_place.h"
 
 #include <string>
-
-namespace korra {
-class MTextLayout;
-class TextPlacement;
-} // namespace korra
 
 /// A single line of text.
 class KdDbText : public KdDbEntity {
@@ -55,7 +51,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -99,7 +95,7 @@ public:
 
     bool isInvisible() const { return (attributeFlags_ & 1) != 0; }
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -123,7 +119,7 @@ public:
 
     bool isInvisible() const { return (attributeFlags_ & 1) != 0; }
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
@@ -172,7 +168,7 @@ public:
 
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
-protected:
+    KORRA_OWN()
     void describe(korra::ObjectVisitor& visitor) override;
 
     void draw(korra::DrawSink& sink) const override;
