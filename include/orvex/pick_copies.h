@@ -10,6 +10,11 @@
 /// who deletes it. Of a light polyline it is the picked segment alone, a line or an arc: the first
 /// one that the pick point is nearest to.
 ///
+/// A copy that the host refuses to transform lies where the picked entity lies in its own block.
+/// That is everything that is seen through a viewport in perspective and, in a reference that
+/// scales unevenly, all but points, lines and polylines without arcs. `xform` tells the way that
+/// it could not go.
+///
 /// The results of a pick are those of picking.h, but every end without a pick is RTNONE unless the
 /// primary button is held: then nothing was there, RTERROR. On any status other than RTNORM the
 /// outputs are untouched. RTNORM without a copy means that the picked entity could not be opened or

@@ -110,13 +110,12 @@ int rx_entsel(const wchar_t* prompt, KdDbEntity*& ent, KdGePoint3d& pt, KdDbObje
     if (xform)
         *xform = picked.transform;
     std::unique_ptr<KdDbEntity> copy(static_cast<KdDbEntity*>(original->clone()));
-    if (copy)
-        copy->transformBy(picked.transform);
+    const bool moved = copy && copy->transformBy(picked.transform) == Kdapi::eOk;
     original.close();
 
     std::unique_ptr<KdDbEntity> segment;
-    if (const KdDbPolyline* polyline = KdDbPolyline::cast(copy.get()))
-        segment = newSegmentAt(*polyline, pt);
+    if (const KdDbPolyline* const polyline = KdDbPolyline::cast(copy.get()))
+        segment = newSegmentAt(*polyline, moved ? pt : picked.transform.inverse() * pt);
     ent = segment ? segment.release() : copy.release();
     return RTNORM;
 }

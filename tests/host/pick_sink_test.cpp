@@ -73,6 +73,49 @@ TEST_F(PickSinkTest, TurnedEntitiesAreSeenInTheirProjection)
     EXPECT_TRUE(pick(5.5, 0).empty());
 }
 
+TEST_F(PickSinkTest, APerspectiveIsFollowedUpToTheEye)
+{
+    // The eye is at (0,0,10); at height 0 a unit is ten pixels.
+    KdGeMatrix3d toPixels = KdGeMatrix3d::scaling(10.0);
+    toPixels(3, 2) = -0.1;
+    const auto hitsAt = [&](double x, double y) {
+        PickSink sink(toPixels, KdGePoint2d(10 * x, 10 * y), 3.0);
+        korra::drawBlockContents(database().currentSpaceId(), sink);
+        return sink.hits();
+    };
+    const auto expectHit = [&](double x, double y, KdDbObjectId id, double pixels) {
+        SCOPED_TRACE(std::to_string(x) + ", " + std::to_string(y));
+        const auto hits = hitsAt(x, y);
+        ASSERT_EQ(hits.size(), 1u);
+        EXPECT_EQ(hits[0].entity, id);
+        EXPECT_NEAR(hits[0].distance, pixels, 1e-4);
+    };
+
+    const auto halfWay = addEntity(new KdDbLine({0, 2, 5}, {4, 2, 5}));
+    expectHit(7, 4.1, halfWay, 1.0);
+    EXPECT_TRUE(hitsAt(3, 2).empty());
+
+    const auto past = addEntity(new KdDbLine({-1, 1, 0}, {-1, 1, 20}));
+    expectHit(-50, 50, past, 0.0);
+    EXPECT_TRUE(hitsAt(5, -5).empty()) << "behind the eye";
+
+    const auto circle = addEntity(new KdDbCircle({0, -30, 5}, KdGeVector3d::kZAxis, 5));
+    expectHit(10.1 * std::cos(0.3), -60 + 10.1 * std::sin(0.3), circle, 1.0);
+    const auto upright = addEntity(new KdDbCircle({0, -1, 0}, KdGeVector3d::kYAxis, 12));
+    expectHit(12 * std::cos(0.5) / (1 - 1.2 * std::sin(0.5)), -1 / (1 - 1.2 * std::sin(0.5)),
+              upright, 0.0);
+
+    const auto point = addEntity(new KdDbPoint({-20, -20, -10}));
+    expectHit(-10, -10, point, 0.0);
+    addEntity(new KdDbPoint({20, 20, 20}));
+    EXPECT_TRUE(hitsAt(-20, -20).empty()) << "behind the eye";
+
+    const auto text = addEntity(new KdDbText({30, -3, 5}, L"HHHHHHHH", 5.0, 0.0));
+    expectHit(66, -1, text, 0.0);
+    addEntity(new KdDbText({30, 30, 20}, L"HHHHHHHH", 5.0, 0.0));
+    EXPECT_TRUE(hitsAt(-31, -31).empty()) << "behind the eye";
+}
+
 TEST_F(PickSinkTest, MarkersCountTheSegments)
 {
     auto* polyline = new KdDbPolyline;

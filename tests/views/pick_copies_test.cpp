@@ -125,6 +125,17 @@ TEST_F(PickCopiesTest, ThePickedSegmentIsFoundWhicheverWayThePolylineFaces)
                    KdGeMatrix3d::scaling(KdGeScale3d(-1, 1, 1)));
 }
 
+TEST_F(PickCopiesTest, ACopyThatCannotBeTransformedStaysAndIsThePickedSegmentAllTheSame)
+{
+    addEntityToBlock(L"STRETCHED", newPickPolyline());
+    auto* const stretched = new KdDbBlockReference({0, 0, 0}, blockId(L"STRETCHED"));
+    stretched->setScaleFactors(KdGeScale3d(1, -10, 1));
+    addEntity(stretched);
+    const Copied straight = copyAt("4,-500");
+    EXPECT_EQ(straight.as<KdDbLine>().endPoint(), KdGePoint3d(10, 50, 0));
+    EXPECT_EQ(copyAt("15,-550").as<KdDbArc>().center(), KdGePoint3d(10, 55, 0));
+}
+
 TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcsAndDoNotSnap)
 {
     moveUcs(3, 0);

@@ -1,7 +1,9 @@
 #include "orvex/pick_copies.h"
 #include "orvex/picking.h"
+#include "orvex/viewports.h"
 
 #include "pick_scene.h"
+#include "support/opened.h"
 #include "support/resbuf_list.h"
 
 #include "platform/input.h"
@@ -103,6 +105,32 @@ TEST_F(PickingTest, ThroughAViewportTheTopIsTheModelsEntityAndTheTransformEndsOn
     const KdDbObjectId viewport = goToSheet();
     pickLine("108,100", scene_.line, scene_.line, viewport, {108, 100, 0});
     pickLine("318,100", scene_.reference, scene_.nestedLine, viewport, {318, 100, 0});
+}
+
+TEST_F(PickingTest, APerspectiveIsFollowed)
+{
+    const KdDbObjectId viewport = goToSheet();
+    {
+        const Open<KdDbViewport> window(viewport);
+        window->setPerspectiveOn(true);
+        window->setViewDirection({400, -600, 900});
+        window->setViewTarget({-5, 3, 2});
+        window->setViewCenter({2, 1});
+    }
+    const auto sheetPoint = [&](const KdGePoint3d& point) {
+        const support::Opened<KdDbViewport> window(viewport, KdDb::kForRead);
+        KdGeMatrix3d modelToPaper;
+        ms2ps(window.get(), modelToPaper);
+        const KdGePoint3d onSheet = modelToPaper * point;
+        return std::to_string(onSheet.x) + ',' + std::to_string(onSheet.y);
+    };
+    const Picked flat = pickBoth(sheetPoint({4, 0, 0}));
+    EXPECT_EQ(flat.id, scene_.line);
+    EXPECT_EQ(flat.viewport, viewport);
+    EXPECT_EQ(pickBoth(sheetPoint({109, 0, 0})).nested, scene_.nestedLine);
+
+    const Picked end = pickBoth("\\ctrl " + sheetPoint({9.999, 0, 0}));
+    EXPECT_TRUE((end.transform * KdGePoint3d(10, 0, 0)).isEqualTo(end.point)) << "snapped";
 }
 
 TEST_F(PickingTest, AViewportThatCannotBeOpenedIsNotTheResult)

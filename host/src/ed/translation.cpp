@@ -35,13 +35,14 @@ std::optional<KdGeMatrix3d> entityToWorld(const kds_name name)
             *entity));
 }
 
-/// A viewport is seen on its sheet; a tile of the model tab is on none.
+/// A viewport is seen on its sheet, without regard to perspective; a tile of the model tab is on
+/// none.
 std::optional<KdGeMatrix3d> sheetDisplayToWorld(const KdDbDatabase& database)
 {
     const auto* const viewport = ObjectAccess::live<KdDbViewport>(currentViewport(database));
     if (!viewport)
         return std::nullopt;
-    return modelToSheet(*viewport).inverse();
+    return displayToWorld(viewOf(*viewport)) * displayToSheet(*viewport).inverse();
 }
 
 std::optional<KdGeMatrix3d> numberedToWorld(const KdDbDatabase& database, short system)

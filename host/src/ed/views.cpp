@@ -178,18 +178,54 @@ bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double 
     return true;
 }
 
+namespace {
+
+/// Display coordinates with the middle of the window as their origin.
+KdGeMatrix3d displayToWindow(const View& view)
+{
+    return KdGeMatrix3d::translation({-view.center.x, -view.center.y, 0.0});
+}
+
+KdGeMatrix3d windowToSheet(const KdDbViewport& viewport, const View& view)
+{
+    return KdGeMatrix3d::translation(viewport.centerPoint().asVector()) *
+           KdGeMatrix3d::scaling(viewport.height() / view.height);
+}
+
+/// What the camera sees, in coordinates of the window; the identity without perspective.
+///
+/// The eye is above the middle of the window, as far off as the direction is long. What is one
+/// focal length away from it shows in true size and keeps its depth.
+KdGeMatrix3d cameraImage(const KdDbViewport& viewport, const View& view)
+{
+    constexpr double kFilmDiagonal = 42.0; // millimetres, as lens lengths are
+    KdGeMatrix3d image;
+    const double windowWidth = view.height * viewport.width() / viewport.height();
+    const double focus = view.lensLength / kFilmDiagonal * std::hypot(windowWidth, view.height);
+    if (!view.perspective || !std::isfinite(focus) || focus <= 0.0)
+        return image;
+    const double eye = view.direction.length();
+    const double sharp = eye - focus;
+    image(2, 2) = (focus - sharp) / focus;
+    image(2, 3) = sharp * sharp / focus;
+    image(3, 2) = -1.0 / focus;
+    image(3, 3) = eye / focus;
+    return image;
+}
+
+} // namespace
+
 KdGeMatrix3d displayToSheet(const KdDbViewport& viewport)
 {
     const View view = viewOf(viewport);
-    const KdGePoint3d center = viewport.centerPoint();
-    const double scale = viewport.height() / view.height;
-    return KdGeMatrix3d::translation(center.asVector()) * KdGeMatrix3d::scaling(scale) *
-           KdGeMatrix3d::translation({-view.center.x, -view.center.y, 0.0});
+    return windowToSheet(viewport, view) * displayToWindow(view);
 }
 
 KdGeMatrix3d modelToSheet(const KdDbViewport& viewport)
 {
-    return displayToSheet(viewport) * worldToDisplay(viewOf(viewport));
+    const View view = viewOf(viewport);
+    return windowToSheet(viewport, view) * cameraImage(viewport, view) * displayToWindow(view) *
+           worldToDisplay(view);
 }
 
 PixelSize currentPixels(const KdDbDatabase& database)

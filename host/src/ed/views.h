@@ -39,10 +39,10 @@ bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double 
 /// The view through a floating viewport, or of a sheet's own one.
 View viewOf(const KdDbViewport& viewport);
 
-/// From the display system of a floating viewport's view to the sheet.
+/// From the display system of a floating viewport's view to the sheet, as without perspective.
 KdGeMatrix3d displayToSheet(const KdDbViewport& viewport);
 
-/// From the model to the sheet as a floating viewport shows it; a perspective is not followed.
+/// From the model to the sheet as a floating viewport shows it, in perspective where that is on.
 KdGeMatrix3d modelToSheet(const KdDbViewport& viewport);
 
 /// The viewports of the current sheet that are on, the sheet's own one left out, in its order.

@@ -16,6 +16,9 @@ constexpr double kFine = 1e-6;
 /// Distances that differ by less are equal, pixels.
 constexpr double kSameDistance = 1e-9;
 
+/// What is nearer to the eye of a perspective than this part of the focal length is not seen.
+constexpr double kNearest = 1e-3;
+
 double distanceFromOrigin(double ax, double ay, double bx, double by)
 {
     const double dx = bx - ax;
@@ -60,21 +63,49 @@ PickSink::PickSink(const KdGeMatrix3d& toPixels, const KdGePoint2d& pick, double
 void PickSink::transformChanged()
 {
     image_ = toPixels_ * transform();
+    perspective_ = !image_.isAffine();
+}
+
+double PickSink::depth(const KdGePoint3d& point) const
+{
+    const auto& e = image_.entry;
+    return e[3][0] * point.x + e[3][1] * point.y + e[3][2] * point.z + e[3][3];
+}
+
+bool PickSink::isSeen(const KdGePoint3d& point) const
+{
+    return !perspective_ || depth(point) >= kNearest;
 }
 
 PickSink::Pixel PickSink::project(const KdGePoint3d& point) const
 {
     const auto& e = image_.entry;
-    return {e[0][0] * point.x + e[0][1] * point.y + e[0][2] * point.z + e[0][3],
-            e[1][0] * point.x + e[1][1] * point.y + e[1][2] * point.z + e[1][3]};
+    const Pixel pixel = {e[0][0] * point.x + e[0][1] * point.y + e[0][2] * point.z + e[0][3],
+                         e[1][0] * point.x + e[1][1] * point.y + e[1][2] * point.z + e[1][3]};
+    if (!perspective_)
+        return pixel;
+    const double divisor = depth(point);
+    return {pixel.x / divisor, pixel.y / divisor};
 }
 
 void PickSink::segment(const KdGePoint3d& start, const KdGePoint3d& end)
 {
-    const Pixel a = project(start);
-    const Pixel b = project(end);
-    if (const auto distance = distanceUnderBox(a, b, reach_))
+    if (const auto distance = segmentDistance(start, end, reach_))
         addHit(*distance);
+}
+
+std::optional<double> PickSink::segmentDistance(KdGePoint3d start, KdGePoint3d end,
+                                                double reach) const
+{
+    const bool startSeen = isSeen(start);
+    const bool endSeen = isSeen(end);
+    if (!startSeen && !endSeen)
+        return std::nullopt;
+    if (startSeen != endSeen) {
+        const double along = (kNearest - depth(start)) / (depth(end) - depth(start));
+        (startSeen ? end : start) = start + (end - start) * along;
+    }
+    return distanceUnderBox(project(start), project(end), reach);
 }
 
 std::optional<double> PickSink::distanceUnderBox(const Pixel& a, const Pixel& b, double reach)
@@ -91,22 +122,48 @@ std::optional<double> PickSink::chainDistance(const KdGeCurve3d& curve, double t
                                               double reach)
 {
     chain_.clear();
-    curve.flatten(image_, tolerance, chain_);
+    if (perspective_)
+        curve.flatten(KdGeMatrix3d::kIdentity, tolerance / magnification(curve), chain_);
+    else
+        curve.flatten(image_, tolerance, chain_);
     std::optional<double> nearest;
     for (std::size_t i = 1; i < chain_.size(); ++i) {
-        const auto distance =
-            distanceUnderBox({chain_[i - 1].x, chain_[i - 1].y}, {chain_[i].x, chain_[i].y}, reach);
+        const KdGePoint3d& start = chain_[i - 1];
+        const KdGePoint3d& end = chain_[i];
+        const auto distance = perspective_
+                                  ? segmentDistance(start, end, reach)
+                                  : distanceUnderBox({start.x, start.y}, {end.x, end.y}, reach);
         if (distance && (!nearest || *distance < *nearest))
             nearest = distance;
     }
     return nearest;
 }
 
-void PickSink::curve(const KdGeCurve3d& curve)
+double PickSink::magnification(const KdGeCurve3d& curve) const
+{
+    const auto& e = image_.entry;
+    const KdGeExtents3d box = curve.extents();
+    const KdGePoint3d& low = box.minPoint();
+    const KdGePoint3d& high = box.maxPoint();
+    double nearest = e[3][3];
+    for (unsigned int axis = 0; axis < 3; ++axis)
+        nearest += std::min(e[3][axis] * low[axis], e[3][axis] * high[axis]);
+    // The quotient rule at an image point not farther from the pick point than the box reaches.
+    const auto row = [&](int i) { return std::hypot(e[i][0], e[i][1], e[i][2]); };
+    return (std::hypot(row(0), row(1)) + 2.0 * (reach_ + kCoarse) * row(3)) /
+           std::max(nearest, kNearest);
+}
+
+bool PickSink::isBesideBox(const KdGeCurve3d& curve) const
 {
     const KdGeExtents3d box = curve.extentsUnder(image_);
-    if (box.isEmpty() || box.minPoint().x > reach_ || box.maxPoint().x < -reach_ ||
-        box.minPoint().y > reach_ || box.maxPoint().y < -reach_)
+    return box.isEmpty() || box.minPoint().x > reach_ || box.maxPoint().x < -reach_ ||
+           box.minPoint().y > reach_ || box.maxPoint().y < -reach_;
+}
+
+void PickSink::curve(const KdGeCurve3d& curve)
+{
+    if (!perspective_ && isBesideBox(curve))
         return;
     if (!chainDistance(curve, kCoarse, reach_ + kCoarse))
         return;
@@ -116,6 +173,8 @@ void PickSink::curve(const KdGeCurve3d& curve)
 
 void PickSink::point(const KdGePoint3d& point)
 {
+    if (!isSeen(point))
+        return;
     const Pixel at = project(point);
     if (std::abs(at.x) <= reach_ && std::abs(at.y) <= reach_)
         addHit(std::hypot(at.x, at.y));
@@ -123,8 +182,11 @@ void PickSink::point(const KdGePoint3d& point)
 
 void PickSink::text(const TextRun& run)
 {
+    const std::array<KdGePoint3d, 4> box = run.corners();
+    if (!std::ranges::all_of(box, [this](const KdGePoint3d& corner) { return isSeen(corner); }))
+        return;
     std::array<Pixel, 4> corners;
-    std::ranges::transform(run.corners(), corners.begin(),
+    std::ranges::transform(box, corners.begin(),
                            [this](const KdGePoint3d& corner) { return project(corner); });
     std::optional<double> nearest;
     int left = 0;

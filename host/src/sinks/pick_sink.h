@@ -40,7 +40,8 @@ public:
         all      ///< every piece, in drawing order (object snap)
     };
 
-    /// @param toPixels  an affine map from the coordinates of the drawn block to pixels in x and y
+    /// @param toPixels  from the coordinates of the drawn block to pixels in x and y; through a
+    ///                  perspective only what lies before the eye is found
     /// @param pick  pixels
     /// @param reach  pixels, not negative
     PickSink(const KdGeMatrix3d& toPixels, const KdGePoint2d& pick, double reach,
@@ -72,13 +73,26 @@ private:
     void blockBegins(KdDbObjectId owner, BlockRole role) override;
     void blockEnded() override;
     void transformChanged() override;
+
+    /// How far before the eye a point is, in focal lengths; 1 everywhere without perspective.
+    double depth(const KdGePoint3d& point) const;
+    bool isSeen(const KdGePoint3d& point) const;
     Pixel project(const KdGePoint3d& point) const;
 
     /// The distance of a segment that meets the box of `reach`; none for one that does not.
     static std::optional<double> distanceUnderBox(const Pixel& a, const Pixel& b, double reach);
 
+    /// The same for what is seen of a segment of the current entity.
+    std::optional<double> segmentDistance(KdGePoint3d start, KdGePoint3d end, double reach) const;
+
     /// The same for a curve, its image replaced by chords.
     std::optional<double> chainDistance(const KdGeCurve3d& curve, double tolerance, double reach);
+
+    /// How many pixels a unit along the curve can show as, near the pick box; for a perspective.
+    double magnification(const KdGeCurve3d& curve) const;
+
+    /// True for a curve that is nowhere near the pick box; without perspective.
+    bool isBesideBox(const KdGeCurve3d& curve) const;
 
     void addHit(double distance);
     PickHit hitHere(double distance) const;
@@ -86,6 +100,7 @@ private:
 
     KdGeMatrix3d toPixels_; ///< the pick point is the origin
     KdGeMatrix3d image_;    ///< from the current entity's coordinates
+    bool perspective_ = false;
     double reach_;
     Keep keep_;
 
