@@ -1,3 +1,4 @@
+#include "dxf_samples.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
@@ -155,6 +156,43 @@ TEST_F(DimensionOverridesTest, OverridesOfTheWrongTypeAreNotTaken)
     EXPECT_EQ(dimension->dimdec(), 4);
     EXPECT_EQ(dimension->dimgap(), 2.0); // a whole number will do for a real
     EXPECT_EQ(dimension->dimtad(), 0);
+}
+
+TEST_F(DimensionOverridesTest, AnOverrideBringsTheRecordOfItsApplicationIntoTheFile)
+{
+    const std::string file =
+        dxf::withEntities("0 DIMENSION; 5 A; 8 0; 70 0; 10 0; 20 10; 13 0; 23 0; 14 40; 24 0");
+    const auto override = [](KdDbDatabase& drawing) {
+        dxf::changeObject<KdDbDimension>(drawing, 0xA, [](KdDbDimension& dimension) {
+            EXPECT_EQ(dimension.setDimgap(2.5), Kdapi::eOk);
+        });
+    };
+    const auto plain = dxf::readWhole(file);
+    dxf::changeObject<KdDbDimension>(*plain, 0xA,
+                                     [](auto& dimension) { dimension.setDimensionText(L"wide"); });
+    EXPECT_THAT(korra::drawingText(*plain), ::testing::Not(::testing::HasSubstr("APPID")));
+    override(*plain);
+    const std::string text = korra::drawingText(*plain);
+    EXPECT_THAT(text, ::testing::HasSubstr("APPID"));
+    const auto again = dxf::readWhole(text);
+    const auto registered = [&](const KdDbDatabase& drawing) {
+        const std::string saved = korra::drawingText(drawing);
+        std::size_t count = 0;
+        for (std::size_t at = saved.find("\nAPPID"); at != saved.npos; ++count)
+            at = saved.find("\nAPPID", at + 1);
+        return count;
+    };
+    override(*again);
+    EXPECT_EQ(registered(*again), registered(*plain));
+
+    const auto unregistered = dxf::readWhole(file);
+    const auto acad = [&] {
+        return unregistered->contents().record(korra::TableKind::regApp, L"ACAD");
+    };
+    erase(acad());
+    override(*unregistered);
+    EXPECT_FALSE(acad().isNull());
+    EXPECT_THAT(korra::drawingText(*unregistered), ::testing::HasSubstr("APPID"));
 }
 
 } // namespace

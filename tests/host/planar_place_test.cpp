@@ -77,6 +77,58 @@ TEST(PlanarPlaceTest, ImageTakesPointsAndDirectionsWhereTheMatrixTakesThem)
 
 class PlanarEntitiesTest : public HostTest {};
 
+const KdGeMatrix3d kSlanted = [] {
+    KdGeMatrix3d matrix = KdGeMatrix3d::scaling(KdGeScale3d(3, -1, 0.5), {1, 2, 3});
+    matrix(0, 1) = 0.7;
+    matrix(2, 0) = -0.4;
+    return matrix;
+}();
+
+TEST_F(PlanarEntitiesTest, PolylinesWithoutArcsGoWithAnUnevenScale)
+{
+    const std::string plane = "8 0; 210 0.48; 220 0.64; 230 -0.6";
+    const std::string kinds[] = {
+        "0 LWPOLYLINE; 5 A; 38 7; 10 1; 20 2; 10 3; 20 4; 10 9; 20 -4; @PLANE@",
+        "0 POLYLINE; 5 A; 10 0; 20 0; 30 7; @PLANE@\n0 VERTEX; 10 1; 20 2\n"
+        "0 VERTEX; 10 3; 20 4\n0 VERTEX; 10 9; 20 -4\n0 SEQEND"};
+    for (const std::string& kind : kinds) {
+        SCOPED_TRACE(kind);
+        const auto database =
+            dxf::readWhole(dxf::withEntities(dxf::replaced(kind, "@PLANE@", plane)));
+        std::vector<KdGePoint3d> points;
+        const auto eachPoint = [&](const auto& take) {
+            dxf::changeObject<KdDbCurve>(*database, 0xA, [&](KdDbCurve& curve) {
+                for (int step = 0; step <= 4; ++step)
+                    take(step, curve.geometry()->evalPoint(0.5 * step));
+            });
+        };
+        eachPoint([&](int, const KdGePoint3d& point) { points.push_back(point); });
+        transform(*database, kSlanted);
+        eachPoint([&](int step, const KdGePoint3d& point) {
+            EXPECT_TRUE(
+                point.isEqualTo(kSlanted * points.at(static_cast<std::size_t>(step)), kClose));
+        });
+    }
+}
+
+TEST_F(PlanarEntitiesTest, WidthsTakeTheMeanOfAnUnevenScaleAndArcsNone)
+{
+    const auto database = dxf::readWhole(
+        dxf::withEntities("0 LWPOLYLINE; 5 A; 8 0; 39 1; 43 0.5; 10 1; 20 2; 10 3; 20 4"));
+    transform(*database, KdGeMatrix3d::scaling(KdGeScale3d(2, 8, -3)));
+    EXPECT_NEAR(saved(*database, "LWPOLYLINE").at(43), 2.0, 1e-9);
+    EXPECT_NEAR(saved(*database, "LWPOLYLINE").at(39), -3.0, 1e-9);
+
+    for (const char* notes : {"0 LWPOLYLINE; 5 A; 8 0; 10 1; 20 2; 42 0.5; 10 3; 20 4",
+                              "0 POLYLINE; 5 A; 8 0\n0 VERTEX; 10 1; 20 2; 42 0.5\n"
+                              "0 VERTEX; 10 3; 20 4\n0 SEQEND"}) {
+        const auto arcs = dxf::readWhole(dxf::withEntities(notes));
+        dxf::changeObject<KdDbEntity>(*arcs, 0xA, [](KdDbEntity& entity) {
+            EXPECT_EQ(entity.transformBy(kSlanted), Kdapi::eCannotScaleNonUniformly);
+        });
+    }
+}
+
 TEST_F(PlanarEntitiesTest, ThicknessStandsOnThePlaneAsBefore)
 {
     const std::string kinds[] = {"LINE; 5 A; 11 4; 21 5; 31 6",

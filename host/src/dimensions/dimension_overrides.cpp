@@ -201,6 +201,8 @@ Kdapi::ErrorStatus KdDbDimension::setOverride(int code, double value)
     const korra::DimensionVariable& variable = korra::dimensionVariables()[index];
     if (!korra::accepts(variable, value))
         return Kdapi::eInvalidInput;
+    if (database())
+        korra::registerApplication(*database(), korra::kApplication);
     korra::storeOverride(korra::ObjectAccess::extras(*this).xData, variable, value);
     return Kdapi::eOk;
 }

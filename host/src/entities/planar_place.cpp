@@ -39,12 +39,13 @@ PlaneImage PlanarPlace::transformBy(const KdGeMatrix3d& matrix)
     const KdGeMatrix3d toNewBlock = matrix * toBlock();
     const KdGeVector3d x = toNewBlock * KdGeVector3d::kXAxis;
     const KdGeVector3d y = toNewBlock * KdGeVector3d::kYAxis;
-    const double scale = x.length();
-    normal_ = x.crossProduct(y) / (scale * scale);
-    const PlaneImage image{toPlane() * toNewBlock, scale};
+    const KdGeVector3d across = x.crossProduct(y);
+    const double area = across.length();
+    normal_ = across / area;
+    const PlaneImage image{toPlane() * toNewBlock, std::sqrt(area)};
     elevation_ = (image.map * KdGePoint3d(0.0, 0.0, elevation_)).z;
-    // A mirroring matrix takes the old normal to the far side of the new plane.
-    thickness_ *= std::copysign(scale, (image.map * KdGeVector3d::kZAxis).z);
+    // Below 0 for a mirroring matrix: it takes the old normal to the far side of the new plane.
+    thickness_ *= (image.map * KdGeVector3d::kZAxis).z;
     return image;
 }
 

@@ -5,6 +5,8 @@
 #include "objects/object_visitor.h"
 #include "objects/setters.h"
 
+#include <algorithm>
+
 KDRX_DEFINE_MEMBERS(KdDbVertex, KdDbEntity)
 KDRX_DEFINE_MEMBERS(KdDbVertexCurve, KdDbCurve)
 KDRX_DEFINE_MEMBERS(KdDb2dPolyline, KdDbVertexCurve)
@@ -102,7 +104,11 @@ std::unique_ptr<KdGeCurve3d> KdDbVertexCurve::geometry() const
 
 Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, isPlanar(), [&] {
+    const bool hasArcs =
+        isPlanar() && std::ranges::any_of(vertices_.each(), [](const auto* vertex) {
+            return korra::isBulged(vertex->bulge());
+        });
+    return transform(matrix, hasArcs, [&] {
         if (!isPlanar()) {
             for (KdDbVertex* vertex : vertices_.each()) {
                 ObjectAccess::willChange(*vertex);

@@ -7,6 +7,7 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace korra {
@@ -106,6 +107,22 @@ void replaceApplicationData(std::vector<TypedValue>& data, const std::vector<Typ
                                   data.begin() + static_cast<std::ptrdiff_t>(last));
     if (section.size() > 1)
         data.insert(place, section.begin(), section.end());
+}
+
+void registerApplication(KdDbDatabase& database, std::wstring_view application)
+{
+    const DatabaseContents& contents = database.contents();
+    const KdDbObjectId present = contents.record(TableKind::regApp, application);
+    if (auto* const record = ObjectAccess::live<KdDbRegAppTableRecord>(present)) {
+        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
+        if (!extras || extras->source.empty())
+            ObjectAccess::willChange(*record);
+        return;
+    }
+    auto record = std::make_unique<KdDbRegAppTableRecord>();
+    ObjectAccess::name(*record) = application;
+    ObjectAccess::append(*ObjectAccess::object(contents.table(TableKind::regApp)), record.get());
+    ObjectAccess::willChange(*record.release());
 }
 
 } // namespace korra

@@ -25,4 +25,8 @@ std::pair<std::size_t, std::size_t> applicationRange(const std::vector<TypedValu
 /// with nothing behind the 1001 the application loses its data.
 void replaceApplicationData(std::vector<TypedValue>& data, const std::vector<TypedValue>& section);
 
+/// Gives a drawing the record of an application, without which no object may hold data of it. One
+/// that the host made to complete the drawing is from now on a part of it, which is saved.
+void registerApplication(KdDbDatabase& database, std::wstring_view application);
+
 } // namespace korra

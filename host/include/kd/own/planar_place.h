@@ -14,7 +14,7 @@ struct PlaneImage {
     /// From the old plane's coordinates to those of the new one, its own height in them.
     KdGeMatrix3d map;
 
-    /// Of lengths in the plane, above 0.
+    /// Of lengths in the plane, above 0; the mean one, true for areas, where it scales unevenly.
     double scale = 1.0;
 };
 
@@ -56,8 +56,9 @@ public:
     KdGeVector3d direction(double radians) const;
     double angleOf(const KdGeVector3d& direction) const;
 
-    /// Moves the place by a similarity, which may mirror: what turned counter-clockwise about the
-    /// old normal does so about the new one.
+    /// Moves the place by a matrix without perspective that can be inverted; it may mirror: what
+    /// turned counter-clockwise about the old normal does so about the new one. Of a thickness that
+    /// comes to lean only the part along the new normal is left.
     /// @return for what else is given in the plane's coordinates
     PlaneImage transformBy(const KdGeMatrix3d& matrix);
 
