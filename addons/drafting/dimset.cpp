@@ -9,7 +9,7 @@ namespace {
 
 bool isDimension(KdDbObjectId id)
 {
-    const KdRxClass* description = id.objectClass();
+    const KdRxClass* const description = id.objectClass();
     return description && description->isDerivedFrom(KdDbDimension::desc());
 }
 

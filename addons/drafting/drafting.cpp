@@ -30,7 +30,7 @@ Service* service(const wchar_t* key)
 /// Tells the host that the add-on may be unloaded and works with several documents.
 void introduce(void* packet)
 {
-    if (auto* linker = service<KdRxDynamicLinker>(L"DynamicLinker")) {
+    if (auto* const linker = service<KdRxDynamicLinker>(L"DynamicLinker")) {
         linker->unlockApplication(packet);
         linker->registerAppMDIAware(packet);
     }
@@ -38,7 +38,7 @@ void introduce(void* packet)
 
 void addCommands()
 {
-    auto* commands = service<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS");
+    auto* const commands = service<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS");
     for (const Command& command : kCommands) {
         if (commands)
             commands->addCommand(kGroup, command.name, command.name, 0, command.run);
@@ -47,7 +47,7 @@ void addCommands()
 
 void removeCommands()
 {
-    auto* commands = service<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS");
+    auto* const commands = service<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS");
     for (const Command& command : kCommands) {
         if (commands)
             commands->removeCmd(kGroup, command.name);

@@ -18,5 +18,5 @@ int askWord(const wchar_t* prompt, std::wstring& word);
 /// RTNONE for Enter.
 int askNumber(const wchar_t* prompt, double& number);
 
-/// The same; RTERROR for a number that is not whole.
+/// As askNumber(), and RTERROR for a number that is not whole.
 int askWholeNumber(const wchar_t* prompt, int& number);

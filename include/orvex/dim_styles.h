@@ -57,7 +57,7 @@ ORVEX_API CString GetCurrentDimStyle(KdDbDatabase* db);
 /// @return 1 when there is a style of that name; 0 also when the table cannot be opened
 ORVEX_API int FindDimStyle(const wchar_t* styleName, KdDbDatabase* db);
 
-/// The same.
+/// As FindDimStyle().
 ORVEX_API int DimISExist(const wchar_t* styleName, KdDbDatabase* db);
 
 /// The id of a style; null for a null name, an unknown one, and what cannot be opened.
@@ -89,7 +89,7 @@ ORVEX_API int GetDimStyleTextHeight(CString styleName, double& height, KdDbDatab
 /// @return 1 when there is no style of that name
 ORVEX_API double GetDimStyleDimScale(const wchar_t* styleName, KdDbDatabase* db);
 
-/// Sets the overall scale of a style in the same way.
+/// Sets the overall scale of a style, DIMSCALE, as GetDimStyleDimScale() reads it.
 /// @return 1; 0 when there is no style of that name
 ORVEX_API int SetDimScale(const wchar_t* styleName, double scale, KdDbDatabase* db);
 

@@ -44,7 +44,7 @@ ORVEX_API int CreateLayer(LAYERINFO& info, KdDbDatabase* db);
 ///         or what cannot be opened: without the linetype table all but the linetype is changed
 ORVEX_API int SetLayerInfo(LAYERINFO info, KdDbDatabase* db);
 
-/// The same.
+/// As SetLayerInfo().
 ORVEX_API int ModifyLayer(LAYERINFO& info, KdDbDatabase* db);
 
 /// Reads a layer.
@@ -59,7 +59,7 @@ ORVEX_API int GetLayerInfo(LAYERINFO& info, KdDbDatabase* db);
 /// @return 1 when there is a layer of that name; 0 also when the table cannot be opened
 ORVEX_API int FindLayer(CString name, KdDbDatabase* db);
 
-/// The same; 0 for a null name.
+/// As FindLayer(), and 0 for a null name.
 ORVEX_API int LayerIsExist(const wchar_t* name, KdDbDatabase* db);
 
 /// The id of a layer; null when there is none of that name or the table cannot be opened.
@@ -88,7 +88,7 @@ ORVEX_API int GetLayerLType(CString& lineType, const wchar_t* name, KdDbDatabase
 ///         unless "LWDEFAULT" was wanted and could not be read
 ORVEX_API int GetLayerLWeight(int& lineWeight, const wchar_t* name, KdDbDatabase* db);
 
-/// The same by id, but 0 for a null one, with "LWDEFAULT" as the line weight.
+/// The line weight of a layer by its id, but 0 for a null one, with "LWDEFAULT" as the line weight.
 ORVEX_API int GetLayerLWeight(int& lineWeight, KdDbObjectId id);
 
 /// Appends the names of all layers in table order.

@@ -15,7 +15,7 @@
 /// @return eOk; the status of opening the space, of appending, or of closing the space
 ORVEX_API Kdapi::ErrorStatus addToDb(KdDbEntity* entity, KdDbObjectId& id, KdDbDatabase* database);
 
-/// The same without the new id.
+/// As addToDb() above, without the new id.
 ORVEX_API Kdapi::ErrorStatus addToDb(KdDbEntity* entity, KdDbDatabase* database);
 
 /// Adds a new entity to the current space of a database and closes it, unlike addToDb().
@@ -26,7 +26,7 @@ ORVEX_API Kdapi::ErrorStatus addToDb(KdDbEntity* entity, KdDbDatabase* database)
 /// @return eOk; the status of the first step that failed
 ORVEX_API Kdapi::ErrorStatus postToDb(KdDbEntity* entity, KdDbObjectId& id, KdDbDatabase* database);
 
-/// The same without the new id.
+/// As postToDb() above, without the new id.
 ORVEX_API Kdapi::ErrorStatus postToDb(KdDbEntity* entity, KdDbDatabase* database);
 
 /// Erases objects of any kind, in array order.
@@ -47,14 +47,14 @@ ORVEX_API int EraseObject(KdDbObjectId id);
 /// @return the host's status; eNullObjectPointer (15), nothing done, when either is null
 ORVEX_API Kdapi::ErrorStatus CopyEntity(KdDbEntity* source, KdDbEntity* destination);
 
-/// The same for objects of any kind.
+/// Gives an object of any kind the contents of another one, as CopyEntity() does.
 ORVEX_API Kdapi::ErrorStatus CopyObject(KdDbObject* source, KdDbObject* destination);
 
 /// Has the host make the graphics of an object anew and draw it; nothing for null, for an erased
 /// object and for one that is in no database.
 ORVEX_API void EntUpdate(KdDbObject* object);
 
-/// The same by id, also for an erased object; nothing for null.
+/// Updates an object by its id, also an erased one; nothing for null.
 ORVEX_API void EntUpdate(KdDbObjectId id);
 
 /// Puts an entity first in model space's drawing order: it is drawn before all others, beneath
@@ -72,5 +72,5 @@ ORVEX_API bool IsValidId(const KdDbObjectId& id);
 /// @return 1 or 0; 0 also when the id is no entity that can be opened for reading
 ORVEX_API int isEntityInCurrentSpaceId(KdDbObjectId& id);
 
-/// The same for an open entity, which must not be null and must be in a database.
+/// Whether an open entity is; it must not be null and must be in a database.
 ORVEX_API int isEntityInCurrentSpaceId(KdDbEntity* entity);

@@ -31,15 +31,15 @@
 ORVEX_API int rx_entsel(const wchar_t* prompt, KdDbEntity*& ent, KdGePoint3d& pt, KdDbObjectId& id,
                         KdDbObjectId& outerId, KdGeMatrix3d* xform);
 
-/// The same without the top-level entity.
+/// Picks the innermost entity without telling the top-level one.
 ORVEX_API int rx_entsel(const wchar_t* prompt, KdDbEntity*& ent, KdGePoint3d& pt, KdDbObjectId& id,
                         KdGeMatrix3d* xform);
 
-/// The same without ids.
+/// Picks the innermost entity without telling ids.
 ORVEX_API int rx_entsel(const wchar_t* prompt, KdDbEntity*& ent, KdGePoint3d& pt,
                         KdGeMatrix3d* xform);
 
-/// The same without the copy.
+/// Picks the innermost entity without giving a copy.
 ORVEX_API int rx_entsel(const wchar_t* prompt, KdDbObjectId& id, KdGePoint3d& pt,
                         KdGeMatrix3d* xform);
 

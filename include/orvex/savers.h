@@ -96,7 +96,7 @@ private:
     CString saved_;
 };
 
-/// Keeps the current text style of the working database in the same way.
+/// Keeps the current text style of the working database, as CQM_LayerServer keeps the layer.
 class ORVEX_API CQM_TextStyleServer {
 public:
     CQM_TextStyleServer();
@@ -112,8 +112,8 @@ private:
     CString saved_;
 };
 
-/// Keeps the current dimension style of the working database in the same way, and with it the
-/// current dimension variables, those included that differ from the style.
+/// Keeps the current dimension style of the working database, as CQM_LayerServer keeps the layer,
+/// and with it the current dimension variables, those included that differ from the style.
 ///
 /// A copy has variables of its own and restores them once more.
 class ORVEX_API CQM_DimStyleServer {

@@ -40,7 +40,7 @@ ORVEX_API int ModifyTextStyle(CString styleName, double widthFactor, double obli
 /// @return 1 when there is a style of that name; 0 also when the table cannot be opened
 ORVEX_API int FindTextStyle(const wchar_t* styleName, KdDbDatabase* db);
 
-/// The same.
+/// As FindTextStyle().
 ORVEX_API int TextStyleISExist(const wchar_t* styleName, KdDbDatabase* db);
 
 /// The id of a style; null for a null name, an unknown one, and what cannot be opened.

@@ -13,13 +13,13 @@
 ORVEX_API void ms2ps(KdDbViewport* vp, KdGeMatrix3d& mat);
 ORVEX_API void ps2ms(KdDbViewport* vp, KdGeMatrix3d& mat);
 
-/// The same by id.
+/// The matrices of a viewport by its id.
 /// @param mat  written only when the result is 1
 /// @return 1; 0 for an id that is null, cannot be opened for reading or is no viewport
 ORVEX_API int ms2ps(KdDbObjectId& vpId, KdGeMatrix3d& mat);
 ORVEX_API int ps2ms(KdDbObjectId& vpId, KdGeMatrix3d& mat);
 
-/// The same for the current viewport; 0 on the model tab, whose tiles are no viewports of a sheet.
+/// The matrices of the current viewport; 0 on the model tab, whose tiles are none of a sheet.
 ORVEX_API int ms2ps(KdGeMatrix3d& mat);
 ORVEX_API int ps2ms(KdGeMatrix3d& mat);
 

@@ -23,7 +23,7 @@ template <class Action>
 void withCodes(Table<FunctionEntry> functions, Action action)
 {
     short code = 0;
-    for (const FunctionEntry* each : functions) {
+    for (const FunctionEntry* const each : functions) {
         if (each)
             action(*each, code++);
     }
@@ -66,7 +66,7 @@ void unregisterClasses(Table<ClassEntry> classes)
 
 void addCommands(Table<CommandEntry> commands, HINSTANCE resources)
 {
-    for (const CommandEntry* each : commands) {
+    for (const CommandEntry* const each : commands) {
         auto* const stack =
             each ? findService<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS") : nullptr;
         if (!stack)
@@ -80,7 +80,7 @@ void addCommands(Table<CommandEntry> commands, HINSTANCE resources)
 
 void removeCommands(Table<CommandEntry> commands)
 {
-    for (const CommandEntry* each : commands) {
+    for (const CommandEntry* const each : commands) {
         auto* const stack =
             each ? findService<KdEdCommandStack>(L"KDAPI_REGISTERED_COMMANDS") : nullptr;
         if (stack)

@@ -81,7 +81,7 @@ CQM_OrthomodeServer::~CQM_OrthomodeServer()
 
 void CQM_OrthomodeServer::ResetOrthomode(bool on)
 {
-    if (KdDbDatabase* database = workingDatabase())
+    if (KdDbDatabase* const database = workingDatabase())
         database->setOrthomode(on);
 }
 
@@ -115,7 +115,7 @@ CQM_UcsServer::CQM_UcsServer(const KdGeMatrix3d& ucs)
     const bool matrixRead = kdedGetCurrentUCS(savedMatrix_) == Kdapi::eOk;
     if (matrixRead && savedMatrix_.isEqualTo(KdGeMatrix3d::kIdentity))
         return;
-    const KdDbDatabase* database = workingDatabase();
+    const KdDbDatabase* const database = workingDatabase();
     if (!database)
         return;
     savedName_ = database->ucsname();

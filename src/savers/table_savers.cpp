@@ -42,7 +42,7 @@ using Variables = std::unique_ptr<KdDbDimStyleTableRecord>;
 Variables currentVariables()
 {
     auto variables = std::make_unique<KdDbDimStyleTableRecord>();
-    const KdDbDatabase* database = workingDatabase();
+    const KdDbDatabase* const database = workingDatabase();
     if (!database || database->getDimstyleData(variables.get()) != Kdapi::eOk)
         return nullptr;
     return variables;

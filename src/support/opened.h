@@ -43,7 +43,7 @@ public:
     /// @return the host's status; eOk when nothing is open
     Kdapi::ErrorStatus close()
     {
-        T* object = std::exchange(object_, nullptr);
+        T* const object = std::exchange(object_, nullptr);
         return object ? object->close() : Kdapi::eOk;
     }
 

@@ -106,7 +106,7 @@ bool endsSection(const resbuf& node)
 /// Unlinks two neighbours and frees them.
 void removePair(resbuf*& link)
 {
-    resbuf* pair = link;
+    resbuf* const pair = link;
     link = std::exchange(pair->rbnext->rbnext, nullptr);
     kdutRelRb(pair);
 }
@@ -118,7 +118,7 @@ resbuf** removePairs(resbuf** link, short code)
 {
     while (*link && !endsSection(**link)) {
         resbuf& codeNode = **link;
-        resbuf* value = codeNode.rbnext;
+        resbuf* const value = codeNode.rbnext;
         if (!value || value->restype == kControl)
             return &codeNode.rbnext;
         if (codeNode.restype == kInteger16 && codeNode.resval.rint == code)
@@ -152,7 +152,7 @@ Kdapi::ErrorStatus OverrideDimVariable(KdDbDimension* dimension, CString name, V
     const Opened<KdDbDimStyleTableRecord> style(dimension->dimensionStyle(), KdDb::kForRead);
     if (!style)
         return style.status();
-    const Variable* variable = findVariable(name);
+    const Variable* const variable = findVariable(name);
     if (!variable)
         return Kdapi::eOk;
 

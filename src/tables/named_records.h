@@ -16,7 +16,7 @@ using support::openTable;
 /// The id of a record that is not erased; null for an unknown or null name.
 KdDbObjectId recordId(const KdDbSymbolTable& table, const wchar_t* name);
 
-/// The same by database; null also when the table cannot be opened.
+/// The id of a record by database; null also when the table cannot be opened.
 template <class Table>
 KdDbObjectId recordId(const wchar_t* name, KdDbDatabase* database)
 {
@@ -24,7 +24,7 @@ KdDbObjectId recordId(const wchar_t* name, KdDbDatabase* database)
     return table ? recordId(*table, name) : KdDbObjectId();
 }
 
-/// The same, and null also for a record that cannot be opened for reading.
+/// The id of a record by database; null also when the record cannot be opened for reading.
 template <class Table>
 KdDbObjectId readableRecordId(const wchar_t* name, KdDbDatabase* database)
 {
@@ -39,7 +39,7 @@ CString recordName(KdDbObjectId id);
 /// Appends the names of a table's records in table order; one that cannot be read is left out.
 void appendRecordNames(CStringArray& names, const KdDbSymbolTable& table);
 
-/// The same by database. @return 1; 0, nothing appended, when the table cannot be opened
+/// Appends the names by database. @return 1; 0, nothing appended, when the table cannot be opened
 template <class Table>
 int appendRecordNames(CStringArray& names, KdDbDatabase* database)
 {

@@ -19,7 +19,7 @@ int CALLBACK takeIfWanted(const LOGFONTW* family, const TEXTMETRICW*, DWORD, LPA
 
 HWND mainFrame()
 {
-    const CWnd* frame = kdedGetKdapiFrame();
+    const CWnd* const frame = kdedGetKdapiFrame();
     return frame ? frame->GetSafeHwnd() : nullptr;
 }
 

@@ -37,7 +37,7 @@ int pickEntity(const wchar_t* prompt, PickedEntity& picked)
 
     UCS2WCS(KdGePoint3d(point[0], point[1], point[2]), picked.point);
     picked.outerId = picked.id;
-    if (const resbuf* top = pick::topLevel(chain.get()))
+    if (const resbuf* const top = pick::topLevel(chain.get()))
         kddbGetObjectId(picked.outerId, top->resval.rlname);
     transKdsMetrixToKdGeMetrix(picked.transform, transform);
     return RTNORM;

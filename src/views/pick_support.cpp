@@ -24,7 +24,7 @@ const resbuf* outermost(const resbuf* chain)
 
 const resbuf* topLevel(const resbuf* chain)
 {
-    const resbuf* last = outermost(chain);
+    const resbuf* const last = outermost(chain);
     if (!last || !Opened<KdDbViewport>(idOf(last->resval.rlname), KdDb::kForRead))
         return last;
     const resbuf* inner = nullptr;

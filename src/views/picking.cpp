@@ -46,8 +46,8 @@ int ads_nentselp_Ex(const wchar_t* prompt, kds_name entres, kds_name viewportNam
     if (status != RTNORM || !onSheet)
         return status;
 
-    const resbuf* outermost = pick::outermost(*refstkres);
-    const std::int64_t* outermostName = outermost ? outermost->resval.rlname : entres;
+    const resbuf* const outermost = pick::outermost(*refstkres);
+    const std::int64_t* const outermostName = outermost ? outermost->resval.rlname : entres;
     const Opened<KdDbViewport> viewport(pick::idOf(outermostName), KdDb::kForRead);
     if (viewport) {
         lookThrough(*viewport, xformres);
@@ -206,7 +206,7 @@ KdGePoint3d getCurSelPt()
     int kind = 0;
     while (event.restype != RT3DPOINT)
         kdedGrRead(kTrackAndEcho, &kind, &event);
-    double* point = event.resval.rpoint;
+    double* const point = event.resval.rpoint;
     rx_uc2wc(point, point, false);
     return KdGePoint3d(point[0], point[1], point[2]);
 }

@@ -49,9 +49,9 @@ int extractEntityInfo(resbuf* list, int& method, kds_name name1, kds_name name2,
     marker = nodes[3]->resval.rint;
     if (!hasPointDescriptor(method))
         return 1;
-    if (const resbuf* point = nodes[6])
+    if (const resbuf* const point = nodes[6])
         pickPt.set(point->resval.rpoint[0], point->resval.rpoint[1], point->resval.rpoint[2]);
-    if (const resbuf* vector = nodes[7]; vector && vector->restype == RT3DPOINT)
+    if (const resbuf* const vector = nodes[7]; vector && vector->restype == RT3DPOINT)
         direction.set(vector->resval.rpoint[0], vector->resval.rpoint[1], vector->resval.rpoint[2]);
     return 1;
 }
