@@ -94,6 +94,22 @@ private:
     const KdDbDatabase& database_;
 };
 
+class NameFinder final : public PassingVisitor {
+public:
+    explicit NameFinder(KdDbObjectId record) : record_(record) {}
+
+    bool found() const { return found_; }
+
+    void name(int, KdDbObjectId& value, TableKind, Reference) override
+    {
+        found_ = found_ || value == record_;
+    }
+
+private:
+    KdDbObjectId record_;
+    bool found_ = false;
+};
+
 } // namespace
 
 Kdapi::ErrorStatus checkReference(KdDbObjectId id, const KdDbDatabase& database,
@@ -120,6 +136,16 @@ void translateNames(KdDbObject& object, const KdDbDatabase& database)
 {
     NameTranslation translation(database);
     object.describe(translation);
+}
+
+void willRename(const KdDbSymbolTableRecord& record)
+{
+    for (const ObjectSlot* slot : record.database()->contents().slots) {
+        NameFinder finder(record.objectId());
+        ObjectAccess::describe(*slot->object, finder);
+        if (finder.found())
+            ObjectAccess::willChange(*slot->object);
+    }
 }
 
 } // namespace korra

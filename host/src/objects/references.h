@@ -2,6 +2,8 @@
 
 #include "kd/db/object.h"
 
+class KdDbSymbolTableRecord;
+
 namespace korra {
 
 /// Whether one reference can be: null, or of the database and of the class.
@@ -26,5 +28,8 @@ Kdapi::ErrorStatus checkReferences(const KdDbObject& object, const KdDbDatabase&
 /// one: the records of the same names, else the standard ones. What they refer to without needing
 /// it is lost.
 void translateNames(KdDbObject& object, const KdDbDatabase& database);
+
+/// Has all that names a record in files written anew, for the record gets another name.
+void willRename(const KdDbSymbolTableRecord& record);
 
 } // namespace korra

@@ -3,11 +3,14 @@
 #include "objects/contents.h"
 #include "objects/id_steps.h"
 #include "objects/kinds.h"
+#include "objects/references.h"
+#include "tables/drawing_settings.h"
 
 #include "platform/gate.h"
 #include "platform/tally.h"
 
 #include <string_view>
+#include <vector>
 
 using korra::ObjectAccess;
 
@@ -40,6 +43,32 @@ bool isRecordName(std::wstring_view name)
     return !name.empty() && name.size() <= kLongest &&
            name.find_first_of(kRefused) == std::wstring_view::npos &&
            name.find(L'*', 1) == std::wstring_view::npos;
+}
+
+/// The settings of its drawing that stand at a record.
+std::vector<const korra::RecordSetting*> settingsNaming(const KdDbSymbolTableRecord& record)
+{
+    using namespace korra::settings;
+    std::vector<const korra::RecordSetting*> naming;
+    for (const korra::RecordSetting* setting :
+         {&kLayer, &kLinetype, &kTextStyle, &kDimStyle, &kUserSystem}) {
+        if (korra::DrawingSettings(*record.database()).get(*setting) == record.objectId())
+            naming.push_back(setting);
+    }
+    return naming;
+}
+
+/// Names a record; in a drawing all that names it follows.
+void rename(KdDbSymbolTableRecord& record, const wchar_t* name)
+{
+    std::vector<const korra::RecordSetting*> naming;
+    if (record.database()) {
+        korra::willRename(record);
+        naming = settingsNaming(record);
+    }
+    ObjectAccess::name(record) = name;
+    for (const korra::RecordSetting* setting : naming)
+        korra::DrawingSettings(*record.database()).set(*setting, record.objectId());
 }
 
 } // namespace
@@ -167,7 +196,7 @@ Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
             }
             if (const auto status = beginChange())
                 return status;
-            name_ = name;
+            rename(*this, name);
             return Kdapi::eOk;
         });
 }
