@@ -45,7 +45,7 @@ bool completeRecord(DatabaseContents& contents, TableKind kind, const wchar_t* n
 {
     if (!contents.record(kind, name).isNull())
         return false;
-    auto* record = new Record;
+    auto* const record = new Record;
     ObjectAccess::name(*record) = name;
     dress(*record);
     auto& table = static_cast<KdDbSymbolTable&>(*ObjectAccess::object(contents.table(kind)));
@@ -160,7 +160,7 @@ void completeSheet(DatabaseContents& contents, KdDbBlockTableRecord& sheet)
     const auto viewports = viewportsOf(sheet);
     if (!viewports.empty() && ObjectAccess::live<KdDbViewport>(viewports.front())->number() <= 1)
         return;
-    auto* own = new KdDbViewport;
+    auto* const own = new KdDbViewport;
     const KdGePoint2d middle(kSheetWidth / 2.0, kSheetHeight / 2.0);
     own->setNumber(1);
     own->setCenterPoint(KdGePoint3d(middle.x, middle.y, 0.0));

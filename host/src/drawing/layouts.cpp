@@ -14,7 +14,7 @@ namespace {
 /// The first entry of a dictionary under a name that is a dictionary itself.
 KdDbObjectId dictionaryIn(KdDbObjectId dictionary, std::wstring_view name)
 {
-    auto* outer = ObjectAccess::live<KdDbDictionary>(dictionary);
+    auto* const outer = ObjectAccess::live<KdDbDictionary>(dictionary);
     if (!outer)
         return {};
     for (const auto& entry : ObjectAccess::entries(*outer)) {
@@ -40,11 +40,11 @@ KdDbObjectId layoutDictionaryOf(const DatabaseContents& contents)
 std::vector<KdDbLayout*> layoutsOf(const DatabaseContents& contents)
 {
     std::vector<KdDbLayout*> layouts;
-    auto* dictionary = ObjectAccess::live<KdDbDictionary>(layoutDictionaryOf(contents));
+    auto* const dictionary = ObjectAccess::live<KdDbDictionary>(layoutDictionaryOf(contents));
     if (!dictionary)
         return layouts;
     for (const auto& entry : ObjectAccess::entries(*dictionary)) {
-        if (auto* layout = ObjectAccess::live<KdDbLayout>(entry.id))
+        if (auto* const layout = ObjectAccess::live<KdDbLayout>(entry.id))
             layouts.push_back(layout);
     }
     std::ranges::stable_sort(layouts, {}, &KdDbLayout::getTabOrder);
@@ -70,7 +70,8 @@ Kdapi::ErrorStatus setCurrentLayout(DatabaseContents& contents, std::wstring_vie
     });
     if (layout == all.end())
         return Kdapi::eKeyNotFound;
-    auto* wanted = ObjectAccess::live<KdDbBlockTableRecord>((*layout)->getBlockTableRecordId());
+    auto* const wanted =
+        ObjectAccess::live<KdDbBlockTableRecord>((*layout)->getBlockTableRecordId());
     if (!wanted)
         return Kdapi::eKeyNotFound;
 
@@ -97,7 +98,7 @@ KdDbObjectId KdDbDatabase::paperSpaceVportId() const
     for (const KdDbLayout* layout : layouts) {
         const bool wanted =
             modelTab ? layout->getTabOrder() > 0 : layout == korra::currentLayout(*contents_);
-        const auto* sheet =
+        const auto* const sheet =
             korra::ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId());
         if (!wanted || !sheet)
             continue;

@@ -91,7 +91,7 @@ Kdapi::ErrorStatus KdDbViewportTableRecord::setUcs(KdDbObjectId namedSystem)
             KdDbObject* opened = nullptr;
             if (const auto status = ObjectAccess::open(opened, namedSystem, KdDb::kForRead))
                 return status;
-            const auto* system = KdDbUCSTableRecord::cast(opened);
+            const auto* const system = KdDbUCSTableRecord::cast(opened);
             ObjectAccess::close(*opened);
             if (!system)
                 return Kdapi::eNotThatKindOfClass;

@@ -137,7 +137,7 @@ private:
 void checkBlockNesting(const DatabaseContents& contents, const ReadFile& file,
                        const std::vector<KdDbObjectId>& ids)
 {
-    auto* table = ObjectAccess::live<KdDbSymbolTable>(contents.table(TableKind::block));
+    auto* const table = ObjectAccess::live<KdDbSymbolTable>(contents.table(TableKind::block));
     if (!table)
         return;
     NestingWalk walk(file, ids);

@@ -1,7 +1,7 @@
 #include "dxf/drawing_assembly.h"
+
 #include "blocks/spaces.h"
 #include "drawing/complete_drawing.h"
-
 #include "dxf/block_nesting.h"
 #include "dxf/object_kinds.h"
 #include "form/numbers.h"
@@ -172,8 +172,8 @@ void DrawingAssembly::placeObjects()
 void DrawingAssembly::bindLayouts()
 {
     for (const KdDbObjectId id : ids_) {
-        const auto* layout = KdDbLayout::cast(ObjectAccess::object(id));
-        auto* block =
+        const auto* const layout = KdDbLayout::cast(ObjectAccess::object(id));
+        auto* const block =
             layout ? ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId())
                    : nullptr;
         if (block && !ObjectAccess::live<KdDbLayout>(block->getLayoutId()))

@@ -1,6 +1,6 @@
-#include "blocks/spaces.h"
 #include "dxf/drawing_writer.h"
 
+#include "blocks/spaces.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
@@ -75,7 +75,7 @@ std::string DrawingWriter::objects()
 std::vector<KdDbBlockTableRecord*> DrawingWriter::liveBlocks() const
 {
     std::vector<KdDbBlockTableRecord*> blocks;
-    auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(TableKind::block));
+    auto* const table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(TableKind::block));
     if (!table)
         return blocks;
     for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
@@ -116,7 +116,7 @@ std::string DrawingWriter::entities()
 std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
 {
     std::string text = entityText(entity);
-    const auto* space = KdDbBlockTableRecord::cast(ObjectAccess::object(entity.ownerId()));
+    const auto* const space = KdDbBlockTableRecord::cast(ObjectAccess::object(entity.ownerId()));
     if (!space || !isNamed(*space, kPaperSpace))
         return text;
     const TagList tags(text);

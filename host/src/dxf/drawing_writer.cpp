@@ -213,7 +213,7 @@ std::string DrawingWriter::tableText(const FileForm::Table& table, TableKind kin
 std::string DrawingWriter::records(TableKind kind, std::size_t& count)
 {
     std::string text;
-    auto* table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(kind));
+    auto* const table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(kind));
     if (!table)
         return text;
     for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {

@@ -118,17 +118,17 @@ std::string extendedValueTags(const TypedValue& value, const TextEncoding& encod
 {
     std::string tags;
     const auto add = [&](int code, std::string_view text) { appendTag(tags, code, text, lineEnd); };
-    if (const auto* text = std::get_if<std::wstring>(&value.value)) {
+    if (const auto* const text = std::get_if<std::wstring>(&value.value)) {
         add(value.code, encoding.encode(*text));
-    } else if (const auto* bytes = std::get_if<std::string>(&value.value)) {
+    } else if (const auto* const bytes = std::get_if<std::string>(&value.value)) {
         add(value.code, hexOfBytes(*bytes));
-    } else if (const auto* point = std::get_if<KdGePoint3d>(&value.value)) {
+    } else if (const auto* const point = std::get_if<KdGePoint3d>(&value.value)) {
         add(value.code, formatReal(point->x));
         add(value.code + 10, formatReal(point->y));
         add(value.code + 20, formatReal(point->z));
-    } else if (const auto* real = std::get_if<double>(&value.value)) {
+    } else if (const auto* const real = std::get_if<double>(&value.value)) {
         add(value.code, formatReal(*real));
-    } else if (const auto* number = std::get_if<short>(&value.value)) {
+    } else if (const auto* const number = std::get_if<short>(&value.value)) {
         add(value.code, formatWhole(*number));
     } else {
         add(value.code, formatWhole(std::get<std::int32_t>(value.value)));

@@ -304,7 +304,7 @@ std::uint64_t FileScanner::handleHere() const
     return *handle;
 }
 
-/// The same; no other object may have it.
+/// The handle of the current object, 0 where it has none; refuses one that another object has.
 std::uint64_t FileScanner::noteHandle()
 {
     const std::uint64_t handle = handleHere();

@@ -17,7 +17,7 @@ std::wstring folded(std::wstring_view name)
 References::References(DatabaseContents& contents) : contents_(contents)
 {
     for (std::size_t kind = 0; kind < kTableKinds; ++kind) {
-        auto* owner = ObjectAccess::live<KdDbSymbolTable>(contents.tables[kind]);
+        auto* const owner = ObjectAccess::live<KdDbSymbolTable>(contents.tables[kind]);
         if (!owner)
             continue;
         for (const KdDbSymbolTableRecord* record : ObjectAccess::records(*owner).each())
@@ -73,7 +73,7 @@ KdDbObjectId References::recordOrNew(TableKind kind, std::wstring_view name)
     KdDbSymbolTable& owner = table(kind);
     auto* const record = static_cast<KdDbSymbolTableRecord*>(kindOfRecords(kind).make());
     ObjectAccess::name(*record) = name;
-    if (auto* layer = KdDbLayerTableRecord::cast(record))
+    if (auto* const layer = KdDbLayerTableRecord::cast(record))
         layer->setLinetypeObjectId(standard(TableKind::linetype, NamedBy::layer));
     const KdDbObjectId id = ObjectAccess::append(owner, record);
     records_[static_cast<std::size_t>(kind)].emplace(folded(name), id);

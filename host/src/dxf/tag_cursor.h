@@ -32,7 +32,7 @@ public:
     /// The next field of a code that was not taken yet, and takes it; kNone without one.
     std::size_t take(int code) { return takeFrom(first_, code); }
 
-    /// The same, behind a given tag.
+    /// The next field of a code behind a given tag that was not taken yet, and takes it.
     std::size_t takeBehind(std::size_t index, int code) { return takeFrom(index + 1, code); }
 
     /// Later searches begin at the `count`-th subclass marker, or the last one when there are

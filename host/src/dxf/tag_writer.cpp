@@ -143,11 +143,11 @@ void TagWriter::behindMarker(int count)
         place_ = std::max(place_, cursor_.first() - 1);
 }
 
-void TagWriter::writeReal(int code, double value, bool insertMissing)
+void TagWriter::writeReal(int code, double value, Missing missing)
 {
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
-        if (insertMissing)
+        if (missing == Missing::inserted)
             insert(code, formatReal(value));
     } else if (parseReal(cursor_.tag(tag).value) != value) {
         replace(tag, formatReal(value));
@@ -156,19 +156,19 @@ void TagWriter::writeReal(int code, double value, bool insertMissing)
 
 void TagWriter::real(int code, double& value)
 {
-    writeReal(code, value, true);
+    writeReal(code, value, Missing::inserted);
 }
 
 void TagWriter::real(int code, double& value, double byDefault)
 {
-    writeReal(code, value, value != byDefault);
+    writeReal(code, value, insertedIf(value != byDefault));
 }
 
-void TagWriter::writeAngle(int code, double value, bool insertMissing)
+void TagWriter::writeAngle(int code, double value, Missing missing)
 {
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
-        if (insertMissing)
+        if (missing == Missing::inserted)
             insert(code, formatDegrees(value));
         return;
     }
@@ -179,19 +179,19 @@ void TagWriter::writeAngle(int code, double value, bool insertMissing)
 
 void TagWriter::angle(int code, double& value)
 {
-    writeAngle(code, value, true);
+    writeAngle(code, value, Missing::inserted);
 }
 
 void TagWriter::angle(int code, double& value, double byDefault)
 {
-    writeAngle(code, value, value != byDefault);
+    writeAngle(code, value, insertedIf(value != byDefault));
 }
 
-void TagWriter::writeText(int code, const std::wstring& value, bool insertMissing)
+void TagWriter::writeText(int code, const std::wstring& value, Missing missing)
 {
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
-        if (insertMissing)
+        if (missing == Missing::inserted)
             insert(code, encoding_.encode(value));
     } else if (encoding_.decode(cursor_.tag(tag).value) != value) {
         replace(tag, encoding_.encode(value));
@@ -200,12 +200,12 @@ void TagWriter::writeText(int code, const std::wstring& value, bool insertMissin
 
 void TagWriter::text(int code, std::wstring& value)
 {
-    writeText(code, value, true);
+    writeText(code, value, Missing::inserted);
 }
 
 void TagWriter::text(int code, std::wstring& value, const wchar_t* byDefault)
 {
-    writeText(code, value, value != byDefault);
+    writeText(code, value, insertedIf(value != byDefault));
 }
 
 void TagWriter::longText(int code, int pieceCode, std::wstring& value)
@@ -233,10 +233,10 @@ void TagWriter::insertPieces(int code, int pieceCode, std::wstring_view value)
     insert(code, encoding_.encode(value));
 }
 
-void TagWriter::writeAxes(int code, std::span<const double> values, bool insertMissing)
+void TagWriter::writeAxes(int code, std::span<const double> values, Missing missing)
 {
     const PointTags tags = takePoint(cursor_, code, values.size());
-    if (!tags.found() && !insertMissing)
+    if (!tags.found() && missing == Missing::leftOut)
         return;
     for (std::size_t axis = 0; axis < values.size(); ++axis) {
         const int axisCode = code + 10 * static_cast<int>(axis);
@@ -252,22 +252,22 @@ void TagWriter::writeAxes(int code, std::span<const double> values, bool insertM
 
 void TagWriter::point(int code, KdGePoint3d& value)
 {
-    writeAxes(code, std::array{value.x, value.y, value.z}, true);
+    writeAxes(code, std::array{value.x, value.y, value.z}, Missing::inserted);
 }
 
 void TagWriter::point(int code, KdGePoint3d& value, const KdGePoint3d& byDefault)
 {
-    writeAxes(code, std::array{value.x, value.y, value.z}, value != byDefault);
+    writeAxes(code, std::array{value.x, value.y, value.z}, insertedIf(value != byDefault));
 }
 
 void TagWriter::vector(int code, KdGeVector3d& value, const KdGeVector3d& byDefault)
 {
-    writeAxes(code, std::array{value.x, value.y, value.z}, value != byDefault);
+    writeAxes(code, std::array{value.x, value.y, value.z}, insertedIf(value != byDefault));
 }
 
 void TagWriter::point(int code, KdGePoint2d& value)
 {
-    writeAxes(code, std::array{value.x, value.y}, true);
+    writeAxes(code, std::array{value.x, value.y}, Missing::inserted);
 }
 
 /// True when reading the tag gives the record: by its name, or as what stands for a missing one.
@@ -284,7 +284,7 @@ bool TagWriter::means(std::size_t tag, TableKind table, KdDbObjectId value) cons
 void TagWriter::name(int code, KdDbObjectId& value, TableKind table, Reference)
 {
     const std::size_t tag = take(code);
-    const auto* record = KdDbSymbolTableRecord::cast(ObjectAccess::object(value));
+    const auto* const record = KdDbSymbolTableRecord::cast(ObjectAccess::object(value));
     if (!record)
         return; // what names no record stays as it is
     if (tag == TagCursor::kNone) {
@@ -324,17 +324,17 @@ void TagWriter::handle(int code, KdDbHandle& value)
 
 void TagWriter::color(int code, KdCmColor& value)
 {
-    writeColor(code, value, value.colorIndex(), value != KdCmColor());
+    writeColor(code, value, value.colorIndex(), insertedIf(value != KdCmColor()));
 }
 
 void TagWriter::layerColor(int code, KdCmColor& value, bool& off)
 {
     const long long index = value.colorIndex();
-    writeColor(code, value, off ? -index : index, true);
+    writeColor(code, value, off ? -index : index, Missing::inserted);
 }
 
 /// @param number  the index, negative for what is off
-void TagWriter::writeColor(int code, const KdCmColor& value, long long number, bool insertMissing)
+void TagWriter::writeColor(int code, const KdCmColor& value, long long number, Missing missing)
 {
     const std::size_t tag = take(code);
     const std::size_t trueColor = cursor_.take(kTrueColorCode);
@@ -344,7 +344,7 @@ void TagWriter::writeColor(int code, const KdCmColor& value, long long number, b
     // Each program has its own nearest index: with the same red, green and blue, the file's stays.
     const bool sameTrueColor = there.colorMethod() == KdCmColor::kByColor && there == value;
     if (tag == TagCursor::kNone) {
-        if (insertMissing && !sameTrueColor)
+        if (missing == Missing::inserted && !sameTrueColor)
             insert(code, formatWhole(number));
     } else {
         const long long old = parseWhole(cursor_.tag(tag).value).value_or(0);
@@ -374,11 +374,11 @@ void TagWriter::writeTrueColor(std::size_t tag, const KdCmColor& value)
         remove(name);
 }
 
-void TagWriter::writeWhole(int code, long long value, bool insertMissing)
+void TagWriter::writeWhole(int code, long long value, Missing missing)
 {
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
-        if (insertMissing)
+        if (missing == Missing::inserted)
             insert(code, formatWhole(value));
     } else if (parseWhole(cursor_.tag(tag).value) != value) {
         replace(tag, formatWhole(value));
@@ -387,17 +387,17 @@ void TagWriter::writeWhole(int code, long long value, bool insertMissing)
 
 void TagWriter::wholeNumber(int code, long long& value)
 {
-    writeWhole(code, value, true);
+    writeWhole(code, value, Missing::inserted);
 }
 
 void TagWriter::wholeNumber(int code, long long& value, long long byDefault)
 {
-    writeWhole(code, value, value != byDefault);
+    writeWhole(code, value, insertedIf(value != byDefault));
 }
 
 void TagWriter::derived(int code, long long value)
 {
-    writeWhole(code, value, value != 0);
+    writeWhole(code, value, insertedIf(value != 0));
 }
 
 std::size_t TagWriter::beginList(int leadCode, std::size_t count)

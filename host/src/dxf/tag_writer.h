@@ -76,6 +76,11 @@ protected:
     void endList() override;
 
 private:
+    /// What becomes of a field that has no tag.
+    enum class Missing { inserted, leftOut };
+
+    static Missing insertedIf(bool wanted) { return wanted ? Missing::inserted : Missing::leftOut; }
+
     std::size_t take(int code);
     void insert(int code, std::string_view value);
     void replace(std::size_t tag, std::string_view value);
@@ -84,14 +89,14 @@ private:
 
     std::string assembled() const;
 
-    void writeReal(int code, double value, bool insertMissing);
-    void writeAngle(int code, double value, bool insertMissing);
-    void writeText(int code, const std::wstring& value, bool insertMissing);
-    void writeWhole(int code, long long value, bool insertMissing);
-    void writeColor(int code, const KdCmColor& value, long long number, bool insertMissing);
+    void writeReal(int code, double value, Missing missing);
+    void writeAngle(int code, double value, Missing missing);
+    void writeText(int code, const std::wstring& value, Missing missing);
+    void writeWhole(int code, long long value, Missing missing);
+    void writeColor(int code, const KdCmColor& value, long long number, Missing missing);
     void writeTrueColor(std::size_t tag, const KdCmColor& value);
     void writeHandle(int code, KdDbHandle value);
-    void writeAxes(int code, std::span<const double> values, bool insertMissing);
+    void writeAxes(int code, std::span<const double> values, Missing missing);
     void insertPieces(int code, int pieceCode, std::wstring_view value);
     bool means(std::size_t tag, TableKind table, KdDbObjectId value) const;
     void begin(std::string_view source, std::span<const int> only);

@@ -101,10 +101,10 @@ const Kind* kindOf(const KdDbObject& object)
 {
     const KdRxClass* const description = object.isA();
     const auto isOfClass = [=](const Kind& row) { return row.description() == description; };
-    if (const auto* found = std::ranges::find_if(kKinds, isOfClass); found != kKinds.end())
+    if (const auto* const found = std::ranges::find_if(kKinds, isOfClass); found != kKinds.end())
         return found;
     for (const auto& rows : kTables) {
-        if (const auto* found = std::ranges::find_if(rows, isOfClass); found != rows.end())
+        if (const auto* const found = std::ranges::find_if(rows, isOfClass); found != rows.end())
             return found;
     }
     return nullptr;

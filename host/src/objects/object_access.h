@@ -62,7 +62,7 @@ public:
     static KdDbObjectId own(KdDbObject& owner, KdDbObject* object,
                             Opening opening = Opening::closed);
 
-    /// The same, last in the owner's list of what is part of it.
+    /// Takes an object over, last in the owner's list of what is part of it.
     static KdDbObjectId append(KdDbObject& owner, KdDbObject* object,
                                Opening opening = Opening::closed);
 
@@ -94,7 +94,7 @@ public:
     /// and transactions note what it was.
     static void willChange(KdDbObject& object);
 
-    /// The same for what a file does not say of the object, such as its list of parts.
+    /// As willChange(), of what a file does not say of the object, such as its list of parts.
     static void noteChange(KdDbObject& object);
 
     /// Erases an object with all that it owns, or brings it back with what was erased with it,

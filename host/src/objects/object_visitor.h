@@ -63,7 +63,7 @@ public:
     /// Written unless it is by layer. Red, green and blue stand under 420 behind the index.
     virtual void color(int code, KdCmColor& value) = 0;
 
-    /// The same of a layer: always written, its index negative while the layer is off.
+    /// The colour of a layer: always written, its index negative while the layer is off.
     virtual void layerColor(int code, KdCmColor& value, bool& off) = 0;
 
     /// Any integer, flag or enumeration.

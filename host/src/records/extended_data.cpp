@@ -43,16 +43,16 @@ std::optional<TypedValue> valueOf(const resbuf& node)
 
 void writeValue(const TypedValue& value, resbuf& node)
 {
-    if (const auto* text = std::get_if<std::wstring>(&value.value)) {
+    if (const auto* const text = std::get_if<std::wstring>(&value.value)) {
         node.resval.rstring = newHostString(*text);
-    } else if (const auto* bytes = std::get_if<std::string>(&value.value)) {
+    } else if (const auto* const bytes = std::get_if<std::string>(&value.value)) {
         node.resval.rbinary = {static_cast<short>(bytes->size()), newHostBytes(*bytes)};
-    } else if (const auto* point = std::get_if<KdGePoint3d>(&value.value)) {
+    } else if (const auto* const point = std::get_if<KdGePoint3d>(&value.value)) {
         for (unsigned int axis = 0; axis < 3; ++axis)
             node.resval.rpoint[axis] = (*point)[axis];
-    } else if (const auto* real = std::get_if<double>(&value.value)) {
+    } else if (const auto* const real = std::get_if<double>(&value.value)) {
         node.resval.rreal = *real;
-    } else if (const auto* number = std::get_if<short>(&value.value)) {
+    } else if (const auto* const number = std::get_if<short>(&value.value)) {
         node.resval.rint = *number;
     } else {
         node.resval.rlong = std::get<std::int32_t>(value.value);
