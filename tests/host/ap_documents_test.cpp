@@ -99,20 +99,6 @@ TEST_F(DocumentTest, LocksNestAndTheStrongestShows)
     EXPECT_EQ(document->lockMode(), KdAp::kNotLocked);
 }
 
-TEST_F(DocumentTest, AFailedLockLocksNothingAndAFailedUnlockReleases)
-{
-    KdApDocument* document = manager().curDocument();
-    platform::failCall(1, platform::Fault::status);
-    EXPECT_EQ(manager().lockDocument(document), Kdapi::eLockViolation);
-    EXPECT_EQ(document->lockMode(), KdAp::kNotLocked);
-    platform::releaseCalls();
-
-    ASSERT_EQ(manager().lockDocument(document), Kdapi::eOk);
-    platform::failCall(1, platform::Fault::status);
-    EXPECT_NE(manager().unlockDocument(document), Kdapi::eOk);
-    EXPECT_EQ(document->lockMode(), KdAp::kNotLocked);
-}
-
 TEST_F(DocumentTest, ReactorsMayLeaveWhileTheyAreTold)
 {
     Listener first(notes, "1 ");

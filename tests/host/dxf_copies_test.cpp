@@ -32,7 +32,7 @@ constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC100
 constexpr std::string_view kEntity = "; 8 Walls; 6 DASHED; 62 3; 370 25; 48 2; 60 1";
 
 struct Kind {
-    std::string_view type;
+    std::string_view type;        ///< of a dimension with its flags
     std::string_view fields;      ///< none has its default, so that each is written
     std::string_view others = ""; ///< its parts; for a record, tables with what it names
 };
@@ -62,21 +62,12 @@ constexpr Kind kKinds[] = {
      "0; 220 1; 230 0",
      "0 ATTRIB; 5 A1; 8 Walls; 10 1; 20 2; 30 3; 40 2.5; 1 value; 2 TAG; 70 8; 73 12\n"
      "0 SEQEND; 5 A2\n"},
-    {"DIMENSION",
-     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 160; 1 <>; 71 6; 42 1.0980762113533156; 53 30; "
-     "51 15; 3 House; 210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30; 50 60"},
-    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 161; 1 <>; 71 6; 42 7; 53 30; 51 "
-                  "15; 3 House; 210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30"},
-    {"DIMENSION",
-     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 162; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; "
-     "210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 16 2; 26 2; 36 2"},
-    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 163; 1 <>; 71 6; 42 7; 53 30; 51 "
-                  "15; 3 House; 210 0; 220 1; 230 0; 15 4; 25 5; 35 6; 40 2"},
-    {"DIMENSION", "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 164; 1 <>; 71 6; 42 7; 53 30; 51 "
-                  "15; 3 House; 210 0; 220 1; 230 0; 15 4; 25 5; 35 6; 40 2"},
-    {"DIMENSION",
-     "2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 165; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; "
-     "210 0; 220 1; 230 0; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1"},
+    {"DIMENSION 160", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30; 50 60"},
+    {"DIMENSION 161", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30"},
+    {"DIMENSION 162", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 16 2; 26 2; 36 2"},
+    {"DIMENSION 163", "15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION 164", "15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION 165", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1"},
     {"VIEWPORT",
      "10 1; 20 2; 30 3; 40 4; 41 5; 68 2; 69 3; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; "
      "37 3; 42 35; 45 9; 51 30; 90 1"},
@@ -84,7 +75,12 @@ constexpr Kind kKinds[] = {
 
 std::string noteOf(const Kind& kind)
 {
-    std::string note = "0 " + std::string(kind.type) + "; 5 A0" + std::string(kEntity) + "; ";
+    const std::string type(kind.type.substr(0, kind.type.find(' ')));
+    std::string note = "0 " + type + "; 5 A0" + std::string(kEntity) + "; ";
+    if (type == "DIMENSION")
+        note.append("2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
+            .append(kind.type.substr(type.size() + 1))
+            .append("; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; 210 0; 220 1; 230 0; ");
     return note.append(kind.fields).append("\n").append(kind.others);
 }
 
@@ -109,7 +105,6 @@ class DrawingCopies : public HostTest {
 protected:
     void TearDown() override
     {
-        kddbHostApplicationServices()->setWorkingDatabase(&database());
         read_.reset();
         HostTest::TearDown();
     }

@@ -51,7 +51,9 @@ TEST(TextEncodingTest, EscapesAreReadInEveryCodePage)
     EXPECT_EQ(latin.decode("\\U+D83D\\U+DE00"), L"😀");
     EXPECT_EQ(latin.decode("\\M+193FA \\M+5D6D0"), L"日 中");
     EXPECT_EQ(latin.decode("a^Ib^ c"), L"a\tb^c");
-    for (const char* plain : {"\\U+12", "\\U+XYZW", "\\M+9D6D0", "x^2", "^", "\\P\\~"})
+    EXPECT_EQ(latin.decode("\\u+00e4^_ ^A\\U+D7FF\\U+E000"), L"ä\x1F \x1\xD7FF\xE000");
+    for (const char* plain : {"\\U+12", "\\U+XYZW", "\\U+000G", "\\U+00/0", "\\U+0000", "\\M+0D6D0",
+                              "\\M+6D6D0", "x^2", "^", "^@^`", "\\P\\~"})
         EXPECT_EQ(latin.decode(plain), std::wstring(plain, plain + std::string(plain).size()));
 }
 
@@ -59,12 +61,14 @@ TEST(TextEncodingTest, WhatIsEncodedReadsBack)
 {
     for (const char* codePage : {"UTF-8", "ANSI_1251", "ANSI_936"}) {
         const TextEncoding encoding(codePage);
-        for (const wchar_t* text : {L"Ж漢😀ä", L"line\nend\r\t", L"2^J x^2 ^ ^^A", L"\x1F"}) {
+        for (const wchar_t* text : {L"Ж漢😀ä", L"line\nend\r\t", L"2^J x^2 ^ ^^A", L"\x1F \x7F\x80",
+                                    L"\xFFFF\x10000\x10FFFF"}) {
             const std::string bytes = encoding.encode(text);
             EXPECT_EQ(encoding.decode(bytes), text) << codePage;
             EXPECT_EQ(bytes.find_first_of("\r\n"), bytes.npos);
         }
     }
+    EXPECT_EQ(TextEncoding("unheard-of").encode(L"\xFF\x100"), "\xFF\\U+0100");
     EXPECT_EQ(TextEncoding("ANSI_1252").encode(L"Ж😀"), "\\U+0416\\U+D83D\\U+DE00");
     EXPECT_EQ(TextEncoding().encode(L"x^2"), "x^2");
 }

@@ -10,6 +10,7 @@
 #include <numbers>
 
 using korra::ObjectAccess;
+using ::testing::ElementsAre;
 
 namespace tests::dxf {
 namespace {
@@ -22,14 +23,18 @@ std::wstring nameOf(KdDbObjectId record)
     return found ? found->name() : std::wstring(L"(none)");
 }
 
+std::vector<std::uint64_t> handlesOf(const std::vector<KdDbObjectId>& ids)
+{
+    std::vector<std::uint64_t> handles;
+    for (const KdDbObjectId id : ids)
+        handles.push_back(id.handle().value());
+    return handles;
+}
+
 /// Handles of the entities of a block, in their order.
 std::vector<std::uint64_t> entitiesOf(const KdDbDatabase& database, const wchar_t* block)
 {
-    std::vector<std::uint64_t> handles;
-    for (const KdDbEntity* entity :
-         ObjectAccess::entities(*database.contents().block(block)).each())
-        handles.push_back(entity->objectId().handle().value());
-    return handles;
+    return handlesOf(ObjectAccess::entities(*database.contents().block(block)).ids());
 }
 
 TEST_F(DrawingReading, CurvesHaveTheirGeometry)
@@ -46,7 +51,8 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
                      "0 POLYLINE; 5 A6; 66 1; 70 1; 10 0; 20 0; 30 4\n"
                      "0 VERTEX; 10 1; 20 1; 42 -1\n"
                      "0 SEQEND\n"
-                     "0 POINT; 5 A7; 10 8; 20 9"));
+                     "0 POINT; 5 A7; 10 8; 20 9\n"
+                     "0 LWPOLYLINE; 5 A8; 90 2147483647; 70 1; 10 1; 20 2"));
 
     EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->startPoint(), KdGePoint3d(1, 2, 3));
     EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->endPoint(), KdGePoint3d(4, 5, 6));
@@ -58,19 +64,19 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_EQ(find<KdDbPoint>(*database, 0xA7)->position(), KdGePoint3d(8, 9, 0));
 
     const auto& light = *find<KdDbPolyline>(*database, 0xA4);
-    EXPECT_TRUE(light.isClosed());
     KdGePoint3d point;
     double bulge = 0.0;
+    EXPECT_TRUE(light.isClosed());
     EXPECT_EQ(light.getPointAt(1, point), Kdapi::eOk);
     EXPECT_EQ(point, KdGePoint3d(4, 0, 7));
     EXPECT_EQ(light.getBulgeAt(0, bulge), Kdapi::eOk);
     EXPECT_EQ(bulge, 1.0);
+    EXPECT_EQ(find<KdDbPolyline>(*database, 0xA8)->numVerts(), 1u); // counts are not believed
     const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA5);
     EXPECT_EQ(spatial.vertices()[1]->position(), KdGePoint3d(2, 2, 8));
     EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
-    const auto& flat = *find<KdDb2dPolyline>(*database, 0xA6);
-    EXPECT_TRUE(flat.isClosed());
-    EXPECT_EQ(flat.vertices()[0]->bulge(), -1.0);
+    EXPECT_TRUE(find<KdDb2dPolyline>(*database, 0xA6)->isClosed());
+    EXPECT_EQ(find<KdDb2dPolyline>(*database, 0xA6)->vertices()[0]->bulge(), -1.0);
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
@@ -98,35 +104,44 @@ TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
 
 TEST_F(DrawingReading, DimensionsAreOfTheKindThatTheirFlagsSay)
 {
-    const auto database = readWhole(withEntities(
-        "0 DIMENSION; 5 A0; 70 32; 10 0; 20 5; 13 0; 23 0; 14 7; 24 1; 50 0; 1 <> mm; 3 ISO\n"
-        "0 DIMENSION; 5 A1; 70 33; 10 0; 20 5; 13 0; 23 0; 14 3; 24 4\n"
-        "0 DIMENSION; 5 A3; 70 35; 10 0; 20 0; 15 8; 25 0\n"
-        "0 DIMENSION; 5 A4; 70 36; 10 0; 20 0; 15 3; 25 4\n"
-        "0 DIMENSION; 5 A5; 70 37; 10 1; 20 1; 13 1; 23 0; 14 0; 24 1; 15 0; 25 0\n"
-        "0 DIMENSION; 5 A6; 70 38; 10 1; 20 1"));
-    EXPECT_EQ(find<KdDbRotatedDimension>(*database, 0xA0)->measurement(), 7.0);
-    EXPECT_STREQ(find<KdDbDimension>(*database, 0xA0)->dimensionText(), L"<> mm");
-    EXPECT_EQ(find<KdDbDimension>(*database, 0xA0)->dimensionStyle(), database->dimstyle());
-    EXPECT_DOUBLE_EQ(find<KdDbAlignedDimension>(*database, 0xA1)->measurement(), 5.0);
-    EXPECT_DOUBLE_EQ(find<KdDbDiametricDimension>(*database, 0xA3)->measurement(), 8.0);
-    EXPECT_DOUBLE_EQ(find<KdDbRadialDimension>(*database, 0xA4)->measurement(), 5.0);
-    EXPECT_DOUBLE_EQ(find<KdDbAngularDimension>(*database, 0xA5)->measurement(),
-                     std::numbers::pi / 2);
-    EXPECT_EQ(find<KdDbObject>(*database, 0xA6)->isA(), KdDbDimension::desc());
+    struct {
+        const char* fields;
+        const KdRxClass* kind;
+        double measurement;
+    } const cases[] = {
+        {"70 32; 10 0; 20 5; 13 0; 23 0; 14 7; 24 1; 50 0", KdDbRotatedDimension::desc(), 7},
+        {"70 33; 10 0; 20 5; 13 0; 23 0; 14 3; 24 4", KdDbAlignedDimension::desc(), 5},
+        {"70 35; 10 0; 20 0; 15 8; 25 0", KdDbDiametricDimension::desc(), 8},
+        {"70 36; 10 0; 20 0; 15 3; 25 4", KdDbRadialDimension::desc(), 5},
+        {"70 37; 10 1; 20 1; 13 1; 23 0; 14 0; 24 1; 15 0; 25 0", KdDbAngularDimension::desc(),
+         std::numbers::pi / 2},
+        {"70 38; 10 1; 20 1", KdDbDimension::desc(), 0},
+    };
+
+    for (const auto& [fields, kind, measurement] : cases) {
+        const auto database =
+            readWhole(withEntities("0 DIMENSION; 5 A0; 1 <> mm; 3 ISO; " + std::string(fields)));
+        const auto& dimension = *find<KdDbDimension>(*database, 0xA0);
+        EXPECT_EQ(dimension.isA(), kind) << fields;
+        EXPECT_DOUBLE_EQ(dimension.measurement(), measurement) << fields;
+        EXPECT_STREQ(dimension.dimensionText(), L"<> mm");
+        EXPECT_EQ(dimension.dimensionStyle(), database->dimstyle());
+    }
 }
 
 TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
 {
+    constexpr const char* kEighth = "13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1";
+
     struct {
         const char* lines; ///< their ends, codes 13, 14 and 15, 10
         const char* arc;
         double angle;
     } const cases[] = {
-        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 2; 26 1", std::atan(1)},
-        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 0; 26 3", 3 * std::atan(1)},
-        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 -3; 26 -1", std::atan(1)},
-        {"13 -1; 23 0; 14 1; 24 0; 15 -1; 25 -1; 10 1; 20 1", "16 1; 26 -2", 3 * std::atan(1)},
+        {kEighth, "16 2; 26 1", std::atan(1)},
+        {kEighth, "16 0; 26 3", 3 * std::atan(1)},
+        {kEighth, "16 -3; 26 -1", std::atan(1)},
+        {kEighth, "16 1; 26 -2", 3 * std::atan(1)},
         {"13 0; 23 0; 14 1; 24 0; 15 0; 25 1; 10 1; 20 1", "16 1; 26 2", 0.0}, // parallel
         // Upright: in the plane of the normal x is -x and y is z; the arc's point lies in it.
         {"13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 10 1; 20 2; 30 3",
@@ -136,9 +151,8 @@ TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
     for (const auto& [lines, arc, angle] : cases) {
         const auto database = readWhole(
             withEntities("0 DIMENSION; 5 A0; 70 162; " + std::string(lines) + "; " + arc));
-        const auto* dimension = find<KdDbAngularDimension>(*database, 0xA0);
-        ASSERT_NE(dimension, nullptr);
-        EXPECT_NEAR(dimension->measurement(), angle, 1e-12) << lines << ", " << arc;
+        EXPECT_NEAR(find<KdDbAngularDimension>(*database, 0xA0)->measurement(), angle, 1e-12)
+            << lines << ", " << arc;
     }
 }
 
@@ -152,11 +166,8 @@ TEST_F(DrawingReading, ADrawOrderIsThatOfTheSortHandles)
                          "0 SORTENTSTABLE; 5 71; 330 70; 330 20; 331 50; 5 52; 331 52; 5 50\n"
                          "0 XRECORD; 5 61"));
     const auto database = readWhole(text);
-    const auto order = korra::drawOrder(*database->contents().block(L"*Model_Space"));
-    std::vector<std::uint64_t> handles;
-    for (const KdDbObjectId id : order)
-        handles.push_back(id.handle().value());
-    EXPECT_THAT(handles, ::testing::ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58));
+    EXPECT_THAT(handlesOf(korra::drawOrder(*database->contents().block(L"*Model_Space"))),
+                ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58));
     EXPECT_EQ(korra::drawingText(*database), text);
 }
 
@@ -164,13 +175,13 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 {
     const auto database = readWhole(file(kModernSample));
     EXPECT_THAT(entitiesOf(*database, L"*Model_Space"),
-                ::testing::ElementsAre(0x50, 0x51, 0x52, 0x53, 0x56, 0x58));
-    EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ::testing::ElementsAre(0x57));
-    EXPECT_THAT(entitiesOf(*database, L"винт"), ::testing::ElementsAre(0x46));
+                ElementsAre(0x50, 0x51, 0x52, 0x53, 0x56, 0x58));
+    EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ElementsAre(0x57));
+    EXPECT_THAT(entitiesOf(*database, L"винт"), ElementsAre(0x46));
     EXPECT_EQ(find<KdDbLine>(*database, 0x46)->ownerId().handle(), KdDbHandle(0x22));
 
-    const auto early = readWhole(withEntities("0 LINE; 5 A\n0 LINE; 5 B; 67 1"));
-    EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ::testing::ElementsAre(0xA));
+    const auto early = readWhole(withEntities("0 LINE; 5 A; 330 9\n0 LINE; 5 B; 67 1"));
+    EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ElementsAre(0xA));
     EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), ::testing::Contains(0xB));
 }
 
@@ -204,48 +215,63 @@ TEST_F(DrawingReading, ExtendedDataHasItsTypes)
 
 TEST_F(DrawingReading, ReferencesMayStandBeforeWhatTheyName)
 {
-    const auto database = readWhole(file("0 SECTION; 2 ENTITIES\n"
-                                         "0 INSERT; 5 A; 8 wall; 2 part\n"
-                                         "0 ENDSEC\n"
-                                         "0 SECTION; 2 BLOCKS\n"
-                                         "0 BLOCK; 2 OUTER\n0 INSERT; 5 B; 2 PART\n0 ENDBLK\n"
-                                         "0 BLOCK; 2 PART\n0 ENDBLK\n"
-                                         "0 ENDSEC\n"
-                                         "0 SECTION; 2 TABLES\n"
-                                         "0 TABLE; 2 LAYER\n0 LAYER; 2 WALL; 62 3\n0 ENDTAB\n"
-                                         "0 ENDSEC\n0 EOF"));
+    const auto database = readWhole(
+        file("0 SECTION; 2 ENTITIES; 0 INSERT; 5 A; 8 wall; 2 part; 0 ENDSEC\n"
+             "0 SECTION; 2 BLOCKS; 0 BLOCK; 2 OUTER; 0 INSERT; 5 B; 2 PART; 0 ENDBLK\n"
+             "0 BLOCK; 2 PART; 0 ENDBLK; 0 ENDSEC\n"
+             "0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 0 LAYER; 2 WALL; 62 3; 0 ENDTAB; 0 ENDSEC\n"
+             "0 EOF"));
     for (const std::uint64_t handle : {0xA, 0xB})
         EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, handle)->blockTableRecord()), L"PART");
     EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, 0xA)->layerId()), L"WALL");
 }
 
-TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInFor)
+TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInForAndKept)
 {
-    const auto database = readWhole(withEntities("0 TEXT; 5 A; 8 lost; 6 lost; 7 lost\n"
-                                                 "0 INSERT; 5 B; 2 lost\n0 LINE; 5 C"));
-    const auto& text = *find<KdDbText>(*database, 0xA);
-    EXPECT_EQ(nameOf(text.layerId()), L"lost");
-    EXPECT_EQ(nameOf(text.linetypeId()), L"ByLayer");
-    EXPECT_EQ(text.textStyle(), database->textstyle());
+    const std::string text = file(
+        "0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 0 LAYER; 5 9; 2 Walls; 62 1; 6 lost; 0 ENDTAB; "
+        "0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 1; 1 "
+        "x; 7 lost\n"
+        "0 INSERT; 5 B; 2 lost; 0 LINE; 5 C; 0 ENDSEC; 0 EOF");
+    const auto database = readWhole(text);
+    const auto& written = *find<KdDbText>(*database, 0xA);
+    EXPECT_EQ(nameOf(written.layerId()), L"lost");
+    EXPECT_EQ(nameOf(written.linetypeId()), L"ByLayer");
+    EXPECT_EQ(nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()), L"Continuous");
+    EXPECT_EQ(written.textStyle(), database->textstyle());
     EXPECT_TRUE(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord().isNull());
     EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
     EXPECT_EQ(find<KdDbLine>(*database, 0xC)->lineWeight(), KdDb::kLnWtByLayer);
+
+    changeObject<KdDbText>(*database, 0xA, [](auto& changing) { changing.setHeight(2); });
+    EXPECT_THAT(korra::drawingText(*database),
+                ::testing::HasSubstr(
+                    file("0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 2; 1 x; 7 lost\n")));
 }
 
 TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)
 {
-    const auto textUnder = [](const std::string& header, const std::string& bytes) {
-        const auto database =
-            readWhole(file("0 SECTION; 2 HEADER\n" + header + "\n0 ENDSEC\n" +
-                           "0 SECTION; 2 ENTITIES\n0 TEXT; 5 A; 1 " + bytes + "\n0 ENDSEC\n0 EOF"));
-        return std::wstring(find<KdDbText>(*database, 0xA)->textString());
+    const struct {
+        const char* header;
+        const char* bytes;
+        const wchar_t* text;
+        const char* opening = "";
+    } cases[] = {
+        {"9 $ACADVER; 1 AC1018; 9 $DWGCODEPAGE; 3 ANSI_1251", "\xC4\xE0", L"Да"},
+        {"9 $ACADVER; 1 AC1021; 9 $DWGCODEPAGE; 3 ANSI_1251", "\xC3\xA4", L"ä"},
+        {"9 $ACADVER; 1 AC1015", "\xE4", L"ä"},
+        {"9 $ACADVER; 1 AC1015", "\xC3\xA4", L"ä", "\xEF\xBB\xBF"},
+        {"9 $OTHER; 70 1", "\xC3\xA4", L"ä"},
+        {"9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0", L"aä 中"},
     };
-    const std::string cyrillic = "\n9 $DWGCODEPAGE; 3 ANSI_1251";
-    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1018" + cyrillic, "\xC4\xE0"), L"Да");
-    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1021" + cyrillic, "\xC3\xA4"), L"ä");
-    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1015", "\xE4"), L"ä");
-    EXPECT_EQ(textUnder("9 $OTHER; 70 1", "\xC3\xA4"), L"ä");
-    EXPECT_EQ(textUnder("9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0"), L"aä 中");
+
+    for (const auto& [header, bytes, text, opening] : cases) {
+        const auto database =
+            readWhole(opening + file("0 SECTION; 2 HEADER; " + std::string(header) +
+                                     "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 TEXT; 5 A; 1 " + bytes +
+                                     "; 0 ENDSEC; 0 EOF"));
+        EXPECT_STREQ(find<KdDbText>(*database, 0xA)->textString(), text) << header;
+    }
 }
 
 TEST_F(DrawingReading, OnlyAnEmptyDatabaseIsReadInto)

@@ -11,6 +11,7 @@
 
 using korra::drawingText;
 using korra::ObjectAccess;
+using ::testing::HasSubstr;
 
 namespace tests::dxf {
 namespace {
@@ -25,30 +26,33 @@ std::string earlySample()
                               "\xD6\xD0\x81\x5C");
 }
 
-/// The text without the handles that saving adds to objects that had none.
-std::string withoutHandles(const std::string& text)
+std::string withCrLf(const std::string& text)
 {
-    static const std::regex handle("  5\n.*\n");
-    return std::regex_replace(text, handle, "");
+    static const std::regex lineEnd("\n");
+    return std::regex_replace(text, lineEnd, "\r\n");
 }
 
 TEST_F(DrawingRoundTrip, KeepsAWholeDrawingByteForByte)
 {
     const std::string modern = file(kModernSample);
-    const std::string crLf = std::regex_replace(modern, std::regex("\n"), "\r\n");
-    for (const std::string& text : {modern, crLf, "\xEF\xBB\xBF" + modern})
+    const std::string tablesLast =
+        file("0 SECTION; 2 BLOCKS; 0 BLOCK; 5 B; 2 Part; 0 LINE; 5 C; 330 A; 0 ENDBLK; 5 D\n"
+             "0 BLOCK; 2 Old; 5 E; 0 ENDBLK; 0 ENDSEC\n"
+             "0 SECTION; 2 TABLES; 0 TABLE; 2 OTHERS; 5 2; 70 1; 0 OTHER; 5 3; 0 ENDTAB\n"
+             "0 TABLE; 2 BLOCK_RECORD; 5 1; 0 BLOCK_RECORD; 5 A; 2 PART\n"
+             "0 BLOCK_RECORD; 5 E; 2 Old; 0 ENDTAB; 0 ENDSEC; 0 EOF");
+    for (const std::string& text : {modern, withCrLf(modern), "\xEF\xBB\xBF" + modern, tablesLast})
         EXPECT_EQ(drawingText(*readWhole(text)), text);
 }
 
-TEST_F(DrawingRoundTrip, KeepsAnEarlyDrawingButForTheHandlesItLacked)
+TEST_F(DrawingRoundTrip, GivesObjectsOfAnEarlyDrawingTheHandlesTheyLack)
 {
+    static const std::regex handle("  5\n.*\n");
     const std::string written = drawingText(*readWhole(earlySample()));
-    EXPECT_EQ(withoutHandles(written), earlySample());
+    EXPECT_EQ(std::regex_replace(written, handle, ""), earlySample());
     EXPECT_EQ(drawingText(*readWhole(written)), written);
-}
 
-TEST_F(DrawingRoundTrip, MissingHandlesComeBehindTheGreatestInTheOrderOfTheFile)
-{
+    // Behind the greatest, in the order of the file.
     EXPECT_EQ(drawingText(*readWhole(withEntities("0 LINE; 8 0\n0 LINE; 8 0; 5 A\n0 LINE; 8 0"))),
               withEntities("0 LINE; 5 B; 8 0\n0 LINE; 8 0; 5 A\n0 LINE; 5 C; 8 0"));
 }
@@ -75,78 +79,101 @@ TEST_F(DrawingRoundTrip, WhatIsOddIsWrittenOnceAndThenStays)
     }
 }
 
-/// The text of the modern sample after a change of the object with the handle.
+/// The text of a drawing after a change: the same, whatever its lines end with.
+template <class Change>
+std::string changed(const std::string& text, Change change)
+{
+    const auto database = readWhole(text);
+    const auto withOtherEnds = readWhole(withCrLf(text));
+    change(*database);
+    change(*withOtherEnds);
+    const std::string written = drawingText(*database);
+    EXPECT_EQ(drawingText(*withOtherEnds), withCrLf(written));
+    return written;
+}
+
+struct Replacement {
+    std::string was; ///< tags, noted briefly
+    std::string is;
+};
+
+/// Changes the object of a handle, and wants no other text of the modern sample to be changed.
 template <class T, class Change>
-std::string changed(std::uint64_t handle, Change change)
+void expectReplaced(std::uint64_t handle, const std::vector<Replacement>& replacements,
+                    Change change)
 {
-    const auto database = readWhole(file(kModernSample));
-    changeObject<T>(*database, handle, change);
-    return drawingText(*database);
+    std::string expected = file(kModernSample);
+    const std::string text = changed(
+        expected, [&](const KdDbDatabase& database) { changeObject<T>(database, handle, change); });
+    for (const auto& [was, is] : replacements)
+        expected = replaced(expected, file(was), file(is));
+    EXPECT_EQ(text, expected);
 }
 
-TEST_F(DrawingRoundTrip, AChangedValueChangesItsOwnTextAlone)
+std::vector<korra::TypedValue>& extendedData(KdDbObject& object)
 {
-    const std::string text = file(kModernSample);
-    const KdGePoint3d end(12.0, 0.25, 0.0);
-    EXPECT_EQ(changed<KdDbLine>(0x50, [&](auto& line) { line.setEndPoint(end); }),
-              replaced(text, " 11\n12.0\n 21\n0.0\n", " 11\n12.0\n 21\n0.25\n"));
-
-    KdCmColor green;
-    green.setRGB(0, 255, 0);
-    EXPECT_EQ(changed<KdDbLayerTableRecord>(0x11, [&](auto& layer) { layer.setColor(green); }),
-              replaced(text, " 62\n     1\n420\n 16711680\n", " 62\n3\n420\n65280\n"));
-
-    const std::string extended = changed<KdDbLine>(0x50, [](KdDbLine& line) {
-        auto& data = ObjectAccess::extras(line).xData;
-        std::ranges::find(data, 1040, &korra::TypedValue::code)->value = 0.75;
-        data.push_back({1070, static_cast<short>(5)});
-        ObjectAccess::willChange(line);
-    });
-    EXPECT_EQ(extended, replaced(replaced(text, "1040\n0.6250\n", "1040\n0.75\n"), "1071\n-70000\n",
-                                 "1071\n-70000\n1070\n5\n"));
+    ObjectAccess::willChange(object);
+    return ObjectAccess::extras(object).xData;
 }
 
-TEST_F(DrawingRoundTrip, AnExtendedValueGoesWithAllItsTags)
+TEST_F(DrawingRoundTrip, AChangeChangesTheTextOfItsFieldAlone)
 {
-    const std::string text = changed<KdDbLine>(0x50, [](KdDbLine& line) {
-        std::erase_if(ObjectAccess::extras(line).xData,
-                      [](const auto& value) { return value.code == 1010; });
-        ObjectAccess::willChange(line);
+    expectReplaced<KdDbLine>(0x50, {{"11 12.0; 21 0.0", "11 12.0; 21 0.25"}}, [](auto& line) {
+        line.setEndPoint({12.0, 0.25, 0.0});
     });
-    EXPECT_EQ(text, replaced(file(kModernSample), "1010\n1.00\n1020\n2.00\n1030\n3.00\n", ""));
+    expectReplaced<KdDbLine>(0x50, {{"8 Граница; 48 2.50", "8 Граница; 62 1; 48 2.50"}},
+                             [](auto& line) { line.setColor(colorOf(1)); });
+    expectReplaced<KdDbText>(0x59, {{"1 значение", "1 новое; 50 90"}}, [](auto& text) {
+        text.setTextString(L"новое");
+        text.setRotation(1.5707963267948966);
+    });
+    const std::string piece(250, 'a'); // as long as pieces are
+    expectReplaced<KdDbMText>(0x56,
+                              {{"3 первая ; 1 вторая\\Pстрока", "3 " + piece + "; 1 " + piece}},
+                              [](auto& text) { text.setContents(std::wstring(500, 'a').c_str()); });
 }
 
-TEST_F(DrawingRoundTrip, AFieldThatWasMissingComesBesideItsNeighbours)
+TEST_F(DrawingRoundTrip, AColorKeepsOrLosesItsRedGreenAndBlue)
 {
-    const std::string text = file(kModernSample);
-    EXPECT_EQ(changed<KdDbLine>(0x50, [](auto& line) { line.setColor(colorOf(1)); }),
-              replaced(text, "Граница\n 48\n", "Граница\n 62\n1\n 48\n"));
-    const std::string attribute = changed<KdDbText>(0x59, [](KdDbText& changing) {
-        changing.setTextString(L"новое");
-        changing.setRotation(1.5707963267948966);
+    const std::string red = "62      1; 420  16711680"; // of a layer
+    using Layer = KdDbLayerTableRecord;
+    expectReplaced<Layer>(0x11, {{red, "62 3; 420 65280"}}, [](auto& layer) {
+        KdCmColor green;
+        green.setRGB(0, 255, 0);
+        layer.setColor(green);
     });
-    EXPECT_EQ(attribute, replaced(text, "  1\nзначение\n", "  1\nновое\n 50\n90\n"));
+    expectReplaced<Layer>(0x11, {{red, "62 5"}}, [](auto& layer) { layer.setColor(colorOf(5)); });
+    expectReplaced<Layer>(0x11, {{red, "62 -1; 420  16711680"}},
+                          [](auto& layer) { layer.setIsOff(true); });
 }
 
 TEST_F(DrawingRoundTrip, ListsGrowAndShrink)
 {
-    const std::string text = file(kModernSample);
-    const std::string grown = changed<KdDbPolyline>(
-        0x51, [](auto& polyline) { polyline.addVertexAt(3, KdGePoint2d(1.0, 2.0), 0.25); });
-    EXPECT_EQ(grown, replaced(replaced(text, " 90\n        3\n", " 90\n4\n"), " 20\n3.0\n210\n",
-                              " 20\n3.0\n 10\n1\n 20\n2\n 42\n0.25\n210\n"));
-
-    const std::string shrunk = changed<KdDbDictionary>(0xC, [](KdDbDictionary& dictionary) {
-        ObjectAccess::entries(dictionary).pop_back();
+    expectReplaced<KdDbPolyline>(
+        0x51,
+        {{"90         3", "90 4"}, {"20 3.0; 210 0.0", "20 3.0; 10 1; 20 2; 42 0.25; 210 0.0"}},
+        [](auto& polyline) { polyline.addVertexAt(3, KdGePoint2d(1.0, 2.0), 0.25); });
+    expectReplaced<KdDbDictionary>(0xC, {{"3 Mine; 350 61", ""}}, [](auto& dictionary) {
         ObjectAccess::willChange(dictionary);
+        ObjectAccess::entries(dictionary).pop_back();
     });
-    EXPECT_EQ(shrunk, replaced(text, "  3\nMine\n350\n61\n", ""));
+    expectReplaced<KdDbLine>(
+        0x50, {{"1040 0.6250", "1040 0.75"}, {"1071 -70000", "1071 -70000; 1070 5"}},
+        [](auto& line) {
+            auto& data = extendedData(line);
+            std::ranges::find(data, 1040, &korra::TypedValue::code)->value = 0.75;
+            data.push_back({1070, static_cast<short>(5)});
+        });
+    expectReplaced<KdDbLine>(0x50, {{"1010 1.00; 1020 2.00; 1030 3.00", ""}}, [](auto& line) {
+        std::erase_if(extendedData(line), [](const auto& value) { return value.code == 1010; });
+    });
 }
 
 TEST_F(DrawingRoundTrip, ErasedObjectsAreGoneWithWhatTheyOwn)
 {
-    const std::string text =
-        changed<KdDbBlockReference>(0x58, [](auto& reference) { reference.erase(); });
+    const std::string text = changed(file(kModernSample), [](const KdDbDatabase& database) {
+        changeObject<KdDbObject>(database, 0x58, [](auto& reference) { reference.erase(); });
+    });
     for (const char* gone : {"INSERT", "ATTRIB", "значение", "  5\n60\n", "  1\nnote\n"})
         EXPECT_EQ(text.find(gone), text.npos) << gone;
     const auto again = readWhole(text);
@@ -154,16 +181,29 @@ TEST_F(DrawingRoundTrip, ErasedObjectsAreGoneWithWhatTheyOwn)
     EXPECT_NE(find<KdDbObject>(*again, 0x57), nullptr);
 }
 
+TEST_F(DrawingRoundTrip, ARenamedRecordIsNamedAnewByAllThatNameIt)
+{
+    const std::string before = file(kModernSample);
+    const std::string text = changed(before, [](const KdDbDatabase& database) {
+        for (const std::uint64_t handle : {0x11, 0x22})
+            changeObject<KdDbSymbolTableRecord>(database, handle, [](auto& record) {
+                EXPECT_EQ(record.setName(L"New"), Kdapi::eOk);
+            });
+    });
+    EXPECT_EQ(text, std::regex_replace(before, std::regex("Граница|Винт"), "New"));
+}
+
 TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
 {
     const std::string text = file(kModernSample);
     const auto database = readWhole(text);
     kddbHostApplicationServices()->setWorkingDatabase(database.get());
-    KdDbLine* line = new KdDbLine({1, 2, 3}, {4, 5, 6});
+    auto* const line = new KdDbLine({1, 2, 3}, {4, 5, 6});
     line->setLayer(database->clayer());
     addEntityToBlock(L"Винт", line);
 
     const std::uint64_t handle = line->objectId().handle().value();
+    EXPECT_GE(handle, 0xFFFu);
     const std::string seed = "$HANDSEED\n  5\n";
     const std::string added = file("0 LINE; 5 " + korra::formatHandle(handle) +
                                    "; 8 0; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6");
@@ -178,12 +218,12 @@ TEST_F(DrawingRoundTrip, ANewDrawingReadsBackTheSame)
     kddbHostApplicationServices()->setWorkingDatabase(&drawing);
     addEntity(new KdDbLine({0, 0, 0}, {1.0 / 3.0, 1e-20, 12345678.9}));
     addEntity(new KdDbText({1, 2, 0}, L"Größe ^J\t漢字 😀", 2.5, 0.7));
-    auto* bolt = new KdDbPolyline(2);
+    auto* const bolt = new KdDbPolyline(2);
     bolt->addVertexAt(0, {0, 0}, 1.0);
     bolt->addVertexAt(1, {2, 0}, 0.0, 0.5, 0.5);
     addEntityToBlock(L"Bolt", bolt);
     addEntity(new KdDbBlockReference({7, 7, 0}, blockId(L"Bolt")));
-    auto* dimension = new KdDbAlignedDimension({0, 0, 0}, {10, 0, 0}, {5, 5, 0});
+    auto* const dimension = new KdDbAlignedDimension({0, 0, 0}, {10, 0, 0}, {5, 5, 0});
     dimension->setDimensionStyle(drawing.dimstyle());
     addEntity(dimension);
 
@@ -191,34 +231,41 @@ TEST_F(DrawingRoundTrip, ANewDrawingReadsBackTheSame)
     const auto again = readWhole(text);
     EXPECT_EQ(drawingText(*again), text);
     EXPECT_EQ(again->contents().slots.size(), drawing.contents().slots.size());
-    kddbHostApplicationServices()->setWorkingDatabase(nullptr);
 }
 
-TEST_F(DrawingRoundTrip, AnEarlyDrawingThatGetsDictionariesIsWrittenWhole)
+TEST_F(DrawingRoundTrip, AnEarlyDrawingGrowsByWhatIsAdded)
 {
-    const auto database = readWhole(withEntities("0 LINE; 5 A; 8 0"));
-    changeObject<KdDbLine>(*database, 0xA, [](auto& line) { line.createExtensionDictionary(); });
-    const KdDbHandle dictionary = find<KdDbLine>(*database, 0xA)->extensionDictionary().handle();
-    EXPECT_FALSE(dictionary.isNull());
-
-    const std::string text = drawingText(*database);
+    const std::string text = changed(withEntities("0 LINE; 5 A; 8 0"), [](const auto& database) {
+        changeObject<KdDbLine>(database, 0xA, [](auto& line) { line.createExtensionDictionary(); });
+        auto* const sheet = database.contents().block(L"*Paper_Space");
+        auto* const point = new KdDbPoint({1, 2, 3});
+        point->setLayer(database.clayer());
+        EXPECT_EQ(Open<KdDbBlockTableRecord>(sheet->objectId())->appendKdDbEntity(point),
+                  Kdapi::eOk);
+        point->close();
+    });
     const auto again = readWhole(text);
     ASSERT_NE(find<KdDbLine>(*again, 0xA), nullptr);
-    EXPECT_EQ(find<KdDbLine>(*again, 0xA)->extensionDictionary().handle(), dictionary);
-    EXPECT_EQ(again->layoutDictionaryId().handle(), database->layoutDictionaryId().handle());
+    const std::uint64_t dictionary =
+        find<KdDbLine>(*again, 0xA)->extensionDictionary().handle().value();
+    ASSERT_NE(find<KdDbDictionary>(*again, dictionary), nullptr);
+    EXPECT_THAT(text, HasSubstr(file("0 LINE; 5 A; 102 {ACAD_XDICTIONARY; 360 " +
+                                     korra::formatHandle(dictionary) + "; 102 }; 8 0")));
+    EXPECT_THAT(text, HasSubstr(file("0 POINT; 67 1")));
+    EXPECT_FALSE(again->layoutDictionaryId().isNull());
     EXPECT_EQ(drawingText(*again), text);
 }
 
 TEST_F(DrawingRoundTrip, HeaderVariablesKeepTheirText)
 {
-    const auto database = readWhole(earlySample());
-    korra::DrawingHeader& header = database->contents().header;
-    header.setPoint("$EXTMIN", {0.0, -2.0, 0.0});
-    header.setInteger("$ORTHOMODE", 1, 70);
-    const std::string text = drawingText(*database);
-    EXPECT_NE(text.find("$EXTMIN\n 10\n0.000000\n 20\n-2\n 30\n0\n  9\n$ORTHOMODE\n 70\n1\n  0\n"),
-              text.npos);
-    EXPECT_NE(text.find("HEADER\n999\nabout the version\n  9\n"), text.npos);
+    const std::string text = changed(earlySample(), [](const KdDbDatabase& database) {
+        korra::DrawingHeader& header = database.contents().header;
+        header.setPoint("$EXTMIN", {0.0, -2.0, 0.0});
+        header.setInteger("$ORTHOMODE", 1, 70);
+    });
+    EXPECT_THAT(text, HasSubstr("$EXTMIN\n 10\n0.000000\n 20\n-2\n 30\n0\n  9\n$ORTHOMODE\n"
+                                " 70\n1\n  0\n"));
+    EXPECT_THAT(text, HasSubstr("HEADER\n999\nabout the version\n  9\n"));
 }
 
 } // namespace

@@ -19,20 +19,6 @@ using testing::Each;
 namespace tests {
 namespace {
 
-template <class Table, class Record>
-KdDbObjectId addTo(KdDbDatabase& database, const wchar_t* name)
-{
-    auto* record = new Record;
-    EXPECT_EQ(record->setName(name), Kdapi::eOk);
-    Table* table = nullptr;
-    EXPECT_EQ(database.getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
-    KdDbObjectId id;
-    EXPECT_EQ(table->add(id, record), Kdapi::eOk);
-    record->close();
-    table->close();
-    return id;
-}
-
 class ReferencesTest : public HostTest {
 protected:
     /// What adding an entity to the current space comes to; one that is refused is deleted.
@@ -46,6 +32,17 @@ protected:
         return status;
     }
 
+    /// Adds a record to a table of the other drawing.
+    template <class Table, class Record>
+    KdDbObjectId addToOther(const wchar_t* name)
+    {
+        KdDbDatabase& here = database();
+        kddbHostApplicationServices()->setWorkingDatabase(other_.get());
+        const KdDbObjectId id = addRecord<Table, Record>(name);
+        kddbHostApplicationServices()->setWorkingDatabase(&here);
+        return id;
+    }
+
     std::unique_ptr<KdDbDatabase> other_ = std::make_unique<KdDbDatabase>(true, true);
 
     void TearDown() override
@@ -57,48 +54,37 @@ protected:
 
 TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)
 {
-    auto* const line = new KdDbLine({0, 0, 0}, {1, 0, 0});
-    auto* const text = new KdDbText({0, 0, 0}, L"a", 1.0);
-    auto* const mtext = new KdDbMText;
-    auto* const dimension = new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0});
-    for (KdDbEntity* entity :
-         {static_cast<KdDbEntity*>(line), static_cast<KdDbEntity*>(text),
-          static_cast<KdDbEntity*>(mtext), static_cast<KdDbEntity*>(dimension)})
-        addEntity(entity);
-    const Open<KdDbObject> openLine(line->objectId());
-    const Open<KdDbObject> openText(text->objectId());
-    const Open<KdDbObject> openMText(mtext->objectId());
-    const Open<KdDbObject> openDimension(dimension->objectId());
+    const Open<KdDbLine> line(addEntity(new KdDbLine));
+    const Open<KdDbText> text(addEntity(new KdDbText));
+    const Open<KdDbMText> mtext(addEntity(new KdDbMText));
+    const Open<KdDbDimension> dimension(addEntity(new KdDbAlignedDimension));
     const Open<KdDbLayerTableRecord> layer(database().clayer());
     const Open<KdDbDimStyleTableRecord> style(database().dimstyle());
 
-    struct Setter {
+    struct {
         const char* name;
         std::function<Kdapi::ErrorStatus(KdDbObjectId)> set;
-        KdDbObjectId (*own)(const KdDbDatabase&);
+        KdDbObjectId (KdDbDatabase::*own)() const;
+    } const setters[] = {
+        {"layer", [&](auto id) { return line->setLayer(id); }, &KdDbDatabase::clayer},
+        {"linetype", [&](auto id) { return line->setLinetype(id); }, &KdDbDatabase::celtype},
+        {"text", [&](auto id) { return text->setTextStyle(id); }, &KdDbDatabase::textstyle},
+        {"mtext", [&](auto id) { return mtext->setTextStyle(id); }, &KdDbDatabase::textstyle},
+        {"style", [&](auto id) { return dimension->setDimensionStyle(id); },
+         &KdDbDatabase::dimstyle},
+        {"of a layer", [&](auto id) { return layer->setLinetypeObjectId(id); },
+         &KdDbDatabase::celtype},
+        {"of a style", [&](auto id) { return style->setDimtxsty(id); }, &KdDbDatabase::textstyle},
     };
 
-    const auto textstyle = [](const KdDbDatabase& drawing) { return drawing.textstyle(); };
-    const auto linetype = [](const KdDbDatabase& drawing) { return drawing.celtype(); };
-    const Setter setters[] = {
-        {"layer", [=](KdDbObjectId id) { return line->setLayer(id); },
-         [](const KdDbDatabase& drawing) { return drawing.clayer(); }},
-        {"linetype", [=](KdDbObjectId id) { return line->setLinetype(id); }, linetype},
-        {"text", [=](KdDbObjectId id) { return text->setTextStyle(id); }, textstyle},
-        {"mtext", [=](KdDbObjectId id) { return mtext->setTextStyle(id); }, textstyle},
-        {"dimension", [=](KdDbObjectId id) { return dimension->setDimensionStyle(id); },
-         [](const KdDbDatabase& drawing) { return drawing.dimstyle(); }},
-        {"layer record", [&](KdDbObjectId id) { return layer->setLinetypeObjectId(id); }, linetype},
-        {"dimension style", [&](KdDbObjectId id) { return style->setDimtxsty(id); }, textstyle},
-    };
-    for (const Setter& setter : setters) {
-        EXPECT_EQ(setter.set(setter.own(database())), Kdapi::eOk) << setter.name;
-        EXPECT_EQ(setter.set(setter.own(*other_)), Kdapi::eWrongDatabase) << setter.name;
-        EXPECT_EQ(setter.set(database().blockTableId()), Kdapi::eNotThatKindOfClass) << setter.name;
-        EXPECT_EQ(setter.set({}), Kdapi::eNullObjectId) << setter.name;
+    for (const auto& [name, set, own] : setters) {
+        EXPECT_EQ(set((database().*own)()), Kdapi::eOk) << name;
+        EXPECT_EQ(set((*other_.*own)()), Kdapi::eWrongDatabase) << name;
+        EXPECT_EQ(set(database().blockTableId()), Kdapi::eNotThatKindOfClass) << name;
+        EXPECT_EQ(set({}), Kdapi::eNullObjectId) << name;
     }
     EXPECT_EQ(line->layerId(), database().clayer());
-    EXPECT_EQ(std::make_unique<KdDbLine>()->setLayer(other_->clayer()), Kdapi::eOk);
+    EXPECT_EQ(KdDbLine().setLayer(other_->clayer()), Kdapi::eOk);
 }
 
 TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
@@ -117,7 +103,7 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
     foreignPart->appendVertex(vertex.release());
     EXPECT_EQ(append(std::move(foreignPart)), Kdapi::eWrongDatabase);
 
-    const KdDbObjectId block = addTo<KdDbBlockTable, KdDbBlockTableRecord>(*other_, L"Theirs");
+    const KdDbObjectId block = addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"Theirs");
     EXPECT_EQ(append(std::make_unique<KdDbBlockReference>(KdGePoint3d(), block)),
               Kdapi::eWrongDatabase);
     EXPECT_EQ(append(std::make_unique<KdDbBlockReference>(KdGePoint3d(), database().clayer())),
@@ -140,29 +126,25 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
 
 TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 {
-    const auto walls = addTo<KdDbLayerTable, KdDbLayerTableRecord>(*other_, L"Walls");
-    const auto narrow = addTo<KdDbTextStyleTable, KdDbTextStyleTableRecord>(*other_, L"Narrow");
-    const auto dashed = addTo<KdDbLinetypeTable, KdDbLinetypeTableRecord>(*other_, L"Dashed");
-    const auto ownWalls = addTo<KdDbLayerTable, KdDbLayerTableRecord>(database(), L"WALLS");
+    const auto walls = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    const auto narrow = addToOther<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Narrow");
+    const auto dashed = addToOther<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
+    const auto ownWalls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
     KdDbText text({0, 0, 0}, L"a", 1.0);
     text.setLayer(walls);
     text.setTextStyle(narrow);
     text.setLinetype(dashed);
 
-    const auto copyText = [&] {
-        return std::unique_ptr<KdDbText>(static_cast<KdDbText*>(text.clone()));
-    };
-    const auto target = copyText();
-    const Open<KdDbText> resident(addEntity(copyText().release()));
-    for (const KdDbText* entered : {&*resident}) {
-        EXPECT_EQ(entered->layerId(), ownWalls);
-        EXPECT_EQ(entered->textStyle(), database().textstyle());
-        EXPECT_EQ(entered->linetypeId(), database().celtype());
-    }
-    resident->setLayer(database().clayer());
-    EXPECT_EQ(resident->copyFrom(target.get()), Kdapi::eOk);
+    const Open<KdDbText> resident(addEntity(static_cast<KdDbText*>(text.clone())));
     EXPECT_EQ(resident->layerId(), ownWalls);
-    EXPECT_EQ(target->layerId(), walls);
+    EXPECT_EQ(resident->textStyle(), database().textstyle());
+    EXPECT_EQ(resident->linetypeId(), database().celtype());
+    const KdDbObjectId owner = resident->ownerId();
+    resident->setLayer(database().clayer());
+    EXPECT_EQ(resident->copyFrom(&text), Kdapi::eOk);
+    EXPECT_EQ(resident->layerId(), ownWalls);
+    EXPECT_EQ(resident->ownerId(), owner);
+    EXPECT_EQ(text.layerId(), walls);
 
     auto* const polyline = new KdDb3dPolyline;
     auto* const vertex = new KdDbVertex;
@@ -175,12 +157,9 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 
 TEST_F(ReferencesTest, ACopiedDimensionGetsGraphicsInItsNewDrawing)
 {
-    KdDbBlockTableRecord* space = nullptr;
-    ASSERT_EQ(kddbOpenObject(space, other_->currentSpaceId(), KdDb::kForWrite), Kdapi::eOk);
     auto* const original = new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0});
-    space->appendKdDbEntity(original);
+    Open<KdDbBlockTableRecord>(other_->currentSpaceId())->appendKdDbEntity(original);
     original->close();
-    space->close();
     const Open<KdDbDimension> copy(addEntity(static_cast<KdDbEntity*>(original->clone())));
     EXPECT_EQ(copy->dimBlockId().database(), &database());
     EXPECT_EQ(copy->dimensionStyle(), database().dimstyle());
@@ -220,8 +199,8 @@ TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
         kdutRelRb(pointing);
         writer->createExtensionDictionary();
     }
-    const auto theirs = addTo<KdDbLayerTable, KdDbLayerTableRecord>(*other_, L"WALLS");
-    addTo<KdDbBlockTable, KdDbBlockTableRecord>(*other_, L"*D1");
+    const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
+    addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1");
     KdDbDatabase& target = *other_;
 
     korra::IdMap map;
