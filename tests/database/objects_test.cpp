@@ -1,11 +1,7 @@
 #include "orvex/objects.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/library_test.h"
 #include "support/opened.h"
-
-using namespace tests;
-using support::Opened;
 
 namespace {
 
@@ -33,12 +29,12 @@ KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
 /// Model space's entities as they are drawn.
 std::vector<KdDbObjectId> drawOrder()
 {
-    const Opened<KdDbBlockTableRecord> space(blockId(L"*Model_Space"), KdDb::kForWrite);
-    const Opened<KdDbSortentsTable> table([&](KdDbSortentsTable*& opened) {
-        return space->getSortentsTable(opened, KdDb::kForWrite, true);
-    });
+    const Open<KdDbBlockTableRecord> space(blockId(L"*Model_Space"));
+    KdDbSortentsTable* table = nullptr;
+    EXPECT_EQ(space->getSortentsTable(table, KdDb::kForWrite, true), Kdapi::eOk);
     KdArray<KdDbObjectId> order;
     EXPECT_EQ(table->getFullDrawOrder(order), Kdapi::eOk);
+    table->close();
     return {order.begin(), order.end()};
 }
 
@@ -72,7 +68,7 @@ TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesItInTheGivenDatabase)
             added->close();
         }
         EXPECT_EQ(postToDb(newLine(), id, target), Kdapi::eOk);
-        EXPECT_EQ(Opened<KdDbLine>(id, KdDb::kForWrite)->ownerId(), target->currentSpaceId());
+        EXPECT_EQ(Open<KdDbLine>(id)->ownerId(), target->currentSpaceId());
         KdDbLine* posted = newLine();
         EXPECT_EQ(postToDb(posted, target), Kdapi::eOk);
         EXPECT_EQ(posted->database(), target);
@@ -82,13 +78,13 @@ TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesItInTheGivenDatabase)
 TEST_F(ObjectsTest, PostLeavesARefusedEntityToTheCaller)
 {
     const KdDbObjectId resident = addEntity(newLine());
-    const Opened<KdDbLine> line(resident, KdDb::kForWrite);
+    const Open<KdDbLine> line(resident);
     KdDbObjectId id;
     EXPECT_EQ(postToDb(line.get(), id, &database()), Kdapi::eAlreadyInDb);
     EXPECT_TRUE(line->isWriteEnabled());
 
     const std::unique_ptr<KdDbLine> fresh(newLine());
-    const Opened<KdDbBlockTableRecord> space(database().currentSpaceId(), KdDb::kForRead);
+    const Open<KdDbBlockTableRecord> space(database().currentSpaceId(), KdDb::kForRead);
     EXPECT_EQ(postToDb(fresh.get(), &database()), Kdapi::eWasOpenForRead);
     EXPECT_TRUE(fresh->objectId().isNull());
 }
@@ -96,32 +92,27 @@ TEST_F(ObjectsTest, PostLeavesARefusedEntityToTheCaller)
 TEST_F(ObjectsTest, PostReportsWhicheverStepFails)
 {
     const auto steps = tracedOperations([] { storeLine(true); });
-    EXPECT_THAT(steps,
-                ::testing::ElementsAre("kddbOpenObject", "KdDbBlockTableRecord::appendKdDbEntity",
-                                       "KdDbObject::close", "KdDbObject::close"));
+    EXPECT_THAT(steps, ElementsAre("kddbOpenObject", "KdDbBlockTableRecord::appendKdDbEntity",
+                                   "KdDbObject::close", "KdDbObject::close"));
     for (std::size_t step = 1; step <= steps.size(); ++step) {
         platform::failCall(step, platform::Fault::status);
         EXPECT_NE(storeLine(true), Kdapi::eOk) << "step " << step;
     }
 }
 
-TEST_F(ObjectsTest, EraseKeepsWhatItErasedBeforeTheFirstFailure)
-{
-    const auto ids = addLines(4);
-    const Opened<KdDbEntity> reader(ids[2], KdDb::kForRead);
-    EXPECT_EQ(EraseObject(arrayOf(ids)), 0);
-    for (std::size_t i = 0; i < ids.size(); ++i)
-        EXPECT_EQ(ids[i].isErased(), i < 2) << i;
-}
-
-TEST_F(ObjectsTest, EraseTakesObjectsOfAnyKindAndNoneAtAll)
+TEST_F(ObjectsTest, EraseTakesObjectsOfAnyKindUpToTheFirstFailure)
 {
     EXPECT_EQ(EraseObject(KdArray<KdDbObjectId>()), 1);
-    const auto ids = addLines(1);
-    EXPECT_EQ(EraseObject(ids[0]), 1);
-    EXPECT_EQ(EraseObject(ids[0]), 0) << "erased objects are not opened";
     EXPECT_EQ(EraseObject(KdDbObjectId()), 0);
     EXPECT_EQ(EraseObject(database().clayer()), 0) << "the host refuses";
+    const auto ids = addLines(5);
+    EXPECT_EQ(EraseObject(ids[4]), 1);
+    EXPECT_EQ(EraseObject(ids[4]), 0) << "erased objects are not opened";
+
+    const Open<KdDbEntity> reader(ids[2], KdDb::kForRead);
+    EXPECT_EQ(EraseObject(arrayOf(ids)), 0);
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        EXPECT_EQ(ids[i].isErased(), i < 2 || i == 4) << i;
 }
 
 TEST_F(ObjectsTest, CopyGoesFromTheFirstToTheSecond)
@@ -141,7 +132,7 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
 {
     const auto ids = addLines(1);
     const std::vector<std::string> update = {"kddbGetKdsName", "kddbEntUpd", "kdedRedraw"};
-    const Opened<KdDbEntity> line(ids[0], KdDb::kForWrite);
+    const Open<KdDbEntity> line(ids[0]);
     EXPECT_EQ(tracedOperations([&] { EntUpdate(line.get()); }), update);
     line->erase();
     EXPECT_EQ(tracedOperations([&] { EntUpdate(ids[0]); }), update) << "the id is not looked into";
@@ -152,7 +143,18 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
         EntUpdate(nullptr);
         EntUpdate(KdDbObjectId());
     });
-    EXPECT_THAT(nothing, ::testing::IsEmpty());
+    EXPECT_THAT(nothing, IsEmpty());
+}
+
+TEST_F(ObjectsTest, TheHostRedrawsEntitiesInItsOwnModesAlone)
+{
+    kds_name line{}, none{};
+    kddbGetKdsName(line, addEntity(newLine()));
+    EXPECT_EQ(kddbEntUpd(line), RTNORM);
+    EXPECT_EQ(kddbEntUpd(none), RTERROR);
+    EXPECT_EQ(kdedRedraw(line, 4), RTNORM);
+    for (const auto& [name, mode] : {std::pair(none, 1), {line, 5}, {line, -1}})
+        EXPECT_EQ(kdedRedraw(name, mode), RTERROR) << mode;
 }
 
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
@@ -163,7 +165,7 @@ TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
     EXPECT_FALSE(IsValidId(ids[1]));
     EXPECT_FALSE(IsValidId(KdDbObjectId()));
     EXPECT_FALSE(IsValidId(database().clayer()));
-    const Opened<KdDbEntity> writer(ids[2], KdDb::kForWrite);
+    const Open<KdDbEntity> writer(ids[2]);
     EXPECT_FALSE(IsValidId(ids[2]));
 
     KdDbObjectId gone;
@@ -184,49 +186,23 @@ TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
     EXPECT_EQ(isEntityInCurrentSpaceId(nested), 0);
     KdDbObjectId layer = database().clayer();
     EXPECT_EQ(isEntityInCurrentSpaceId(layer), 0);
-    const Opened<KdDbEntity> line(nested, KdDb::kForRead);
+    const Open<KdDbEntity> line(nested, KdDb::kForRead);
     EXPECT_EQ(isEntityInCurrentSpaceId(line.get()), 0);
 }
 
-TEST_F(ObjectsTest, DrawOrderPutsTheEntityBeneathAllOthers)
+TEST_F(ObjectsTest, DrawOrderPutsTheEntityBeneathAllOthersOfItsSpace)
 {
     const auto ids = addLines(3);
-    EXPECT_EQ(DrawOrderMoveToLast(ids[2]), 1);
-    EXPECT_EQ(drawOrder(), (std::vector{ids[2], ids[0], ids[1]}));
-    EXPECT_EQ(DrawOrderMoveToLast(ids[2]), 1);
-    EXPECT_EQ(drawOrder(), (std::vector{ids[2], ids[0], ids[1]}));
-}
-
-TEST_F(ObjectsTest, DrawOrderIgnoresTheHostsRefusalOfAnotherSpace)
-{
-    const auto ids = addLines(2);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(DrawOrderMoveToLast(ids[2]), 1);
+        EXPECT_EQ(drawOrder(), (std::vector{ids[2], ids[0], ids[1]}));
+    }
     const KdDbObjectId nested = addEntityToBlock(L"B", newLine());
     const auto operations = tracedOperations([&] { EXPECT_EQ(DrawOrderMoveToLast(nested), 1); });
-    EXPECT_THAT(operations, ::testing::Contains("KdDbSortentsTable::setRelativeDrawOrder"));
-    EXPECT_EQ(drawOrder(), ids);
+    EXPECT_THAT(operations, Contains("KdDbSortentsTable::setRelativeDrawOrder"))
+        << "the host's refusal is ignored";
+    EXPECT_EQ(drawOrder(), (std::vector{ids[2], ids[0], ids[1]}));
     EXPECT_EQ(DrawOrderMoveToLast(database().clayer()), 0);
-}
-
-TEST_F(ObjectsTest, LeaveNothingOpenWhateverFails)
-{
-    using Lines = std::vector<KdDbObjectId>;
-    sweepFaults<Lines>([] { return addLines(3); },
-                       [](const Lines& ids) {
-                           DrawOrderMoveToLast(ids[1]);
-                           KdDbObjectId id = ids[0];
-                           IsValidId(id);
-                           isEntityInCurrentSpaceId(id);
-                           EntUpdate(id);
-                           {
-                               const Opened<KdDbEntity> line(id, KdDb::kForWrite);
-                               KdDbLine source;
-                               CopyEntity(&source, line.get());
-                               EntUpdate(line.get());
-                           }
-                           EraseObject(arrayOf(ids));
-                           storeLine(false);
-                           storeLine(true);
-                       });
 }
 
 } // namespace

@@ -2,23 +2,18 @@
 
 #include "kd/rx.h"
 #include "korra/console.h"
-#include "support/host_test.h"
-#include "support/modules.h"
+#include "support/library_test.h"
 #include "support/variables.h"
 
 #include <filesystem>
 
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
-
-class ShellTest : public tests::HostTest {};
+class ShellTest : public HostTest {};
 
 TEST_F(ShellTest, TheLanguageLibraryLiesBesideTheModule)
 {
-    const auto calls = tests::tracedCalls([] {
+    const auto calls = tracedCalls([] {
         EXPECT_EQ(loadLangResourceDLL(nullptr, 0), nullptr); // beside the program there is none
     });
     const std::string program = std::filesystem::canonical("/proc/self/exe");
@@ -40,30 +35,30 @@ TEST_F(ShellTest, AModuleIsKnownByItsFileNameInAnyCaseAndLoadedOnce)
     EXPECT_TRUE(isModuleLoaded(L"ORVEXBASE.KRX"));
     EXPECT_FALSE(isModuleLoaded(L"Orvexbase"));
     EXPECT_FALSE(isModuleLoaded(nullptr));
-    const auto again = tests::tracedCalls([] { EXPECT_TRUE(orvex_ArxLoad(L"orvexbase.KRX")); });
+    const auto again = tracedCalls([] { EXPECT_TRUE(orvex_ArxLoad(L"orvexbase.KRX")); });
     EXPECT_THAT(again, ElementsAre("kdrxLoadedApps() = object"));
     EXPECT_FALSE(orvex_ArxLoad(L"missing.krx"));
 }
 
 TEST_F(ShellTest, LoadingLetsNoExceptionOut)
 {
-    tests::sweepFaults<bool>(
+    sweepFaults<bool>(
         [] { return false; },
         [](bool& loaded) { EXPECT_NO_THROW(loaded = orvex_ArxLoad(L"Orvexbase.krx")); },
-        [](bool& loaded) { EXPECT_EQ(loaded, !tests::loadedModules().empty()); });
+        [](bool& loaded) { EXPECT_EQ(loaded, !loadedModules().empty()); });
 }
 
 TEST_F(ShellTest, ASentCommandIsMeasuredInUtf16AndTyped)
 {
-    const auto calls = tests::tracedCalls([] {
+    const auto calls = tracedCalls([] {
         for (const wchar_t* text : {L"", L"SETVAR CECOLOR 1", L"0 ", L"\U0001F4D0\x7EBF"})
             sendCommandToAutoCAD(text);
     });
-    EXPECT_THAT(tests::only(calls, {"WM_COPYDATA"}),
+    EXPECT_THAT(only(calls, {"WM_COPYDATA"}),
                 ElementsAre("WM_COPYDATA(1, 2)", "WM_COPYDATA(1, 34)", "WM_COPYDATA(1, 6)",
                             "WM_COPYDATA(1, 8)"));
     korra::runCommands();
-    EXPECT_EQ(tests::variable(L"CECOLOR"), "10");
+    EXPECT_EQ(variable(L"CECOLOR"), "10");
 }
 
 TEST_F(ShellTest, TheCaptionIsTheHosts)

@@ -173,6 +173,7 @@ TEST_F(TableTest, FontsOfAStyleComeBackAndLeaveOtherData)
                                                   {1000, std::wstring(L"note")}};
     data = other;
     const std::wstring longest(31, L'x');
+    const std::wstring tooLong(32, L'x');
 
     struct {
         const wchar_t* face;
@@ -182,7 +183,7 @@ TEST_F(TableTest, FontsOfAStyleComeBackAndLeaveOtherData)
     } const cases[] = {{L"Roman", false, true, 0, 2, 16, Kdapi::eOk},
                        {longest.c_str(), true, false, 255, 15, 240, Kdapi::eOk},
                        {L"Roman", true, true, 134, 0, 0, Kdapi::eOk},
-                       {(longest + L"x").c_str(), false, false, 0, 0, 0, Kdapi::eInvalidInput},
+                       {tooLong.c_str(), false, false, 0, 0, 0, Kdapi::eInvalidInput},
                        {L"A", false, false, 256, 0, 0, Kdapi::eInvalidInput},
                        {L"A", false, false, 0, -1, 0, Kdapi::eInvalidInput},
                        {L"A", false, false, 0, 0, 256, Kdapi::eInvalidInput},

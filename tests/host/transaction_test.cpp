@@ -71,6 +71,17 @@ TEST_F(TransactionTest, LeavesOpeningsOfOthersAloneWhenItsOwnWereClosedBefore)
     EXPECT_EQ(openForWriting(), Kdapi::eOk);
 }
 
+TEST_F(TransactionTest, ClosesWhatItOpenedAgainAfterItWasClosedByHand)
+{
+    manager().startTransaction();
+    readLayer()->close();
+    manager().startTransaction();
+    readLayer();
+    manager().endTransaction();
+    EXPECT_EQ(openForWriting(), Kdapi::eOk);
+    manager().endTransaction();
+}
+
 TEST_F(TransactionTest, AbortingGivesFieldsDataAndErasingBack)
 {
     const KdDbObjectId lineId = addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));

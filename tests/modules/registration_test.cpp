@@ -5,6 +5,7 @@
 #include "korra/modules.h"
 #include "support/host_test.h"
 #include "support/modules.h"
+#include "support/resbuf_list.h"
 
 namespace {
 
@@ -54,6 +55,16 @@ TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
     EXPECT_THAT(tests::only(loading, operations),
                 ElementsAre("kdedDefun(\"probe-first\", 0) = 5100",
                             "kdedDefun(\"probe-second\", 1) = 5100", "kdedRegFunc(1) = 5100"));
+
+    const auto invoking = tests::tracedCalls([] {
+        for (const wchar_t* name : {L"probe-first", L"PROBE-SECOND"}) {
+            const support::ResbufList arguments(kdutBuildList(RTSTR, name, 0));
+            resbuf* result = nullptr;
+            EXPECT_EQ(kdedInvoke(arguments.get(), &result), RTNORM);
+        }
+    });
+    EXPECT_THAT(tests::only(invoking, {"first function", "second function"}),
+                ElementsAre("first function()", "second function()"));
 
     KdApDocument* const document = kdDocManagerPtr()->curDocument();
     korra::newDocument();

@@ -1,41 +1,23 @@
 #include "orvex/savers.h"
-#include "orvex/system_variables.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/library_test.h"
+#include "support/variables.h"
 
 #include "kd/ap.h"
 
-using namespace tests;
-using ::testing::ElementsAre;
-
 namespace {
 
-/// CMDECHO and OSMODE.
-std::vector<int> variables()
+/// CMDECHO, OSMODE and ORTHOMODE.
+std::string settings()
 {
-    std::vector<int> values(2, -1);
-    EXPECT_TRUE(CSysVar::GetVar(L"CMDECHO", values[0]));
-    EXPECT_TRUE(CSysVar::GetVar(L"OSMODE", values[1]));
-    return values;
+    return variable(L"CMDECHO") + ' ' + variable(L"OSMODE") + ' ' + variable(L"ORTHOMODE");
 }
 
-void setVariables(int commandEcho, int snapModes)
+void set(const char* commandEcho, const char* snapModes, const char* ortho)
 {
-    EXPECT_TRUE(CSysVar::SetVar(L"CMDECHO", commandEcho));
-    EXPECT_TRUE(CSysVar::SetVar(L"OSMODE", snapModes));
-}
-
-/// Adds a named coordinate system with its origin at (x, 0, 0) and makes it current.
-KdDbObjectId useNamedUcs(double x)
-{
-    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
-    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
-    KdDbObjectId viewport;
-    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
-    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
-    return ucs;
+    EXPECT_TRUE(korra::setVariable("CMDECHO", commandEcho));
+    EXPECT_TRUE(korra::setVariable("OSMODE", snapModes));
+    EXPECT_TRUE(korra::setVariable("ORTHOMODE", ortho));
 }
 
 KdGeMatrix3d movedBy(double x)
@@ -43,12 +25,18 @@ KdGeMatrix3d movedBy(double x)
     return KdGeMatrix3d::translation({x, 0, 0});
 }
 
+/// Makes a coordinate system with its origin at (x, 0, 0) current, perhaps one with a name.
 void useUcs(bool named, double x)
 {
-    if (named)
-        useNamedUcs(x);
-    else
+    if (!named) {
         kdedSetCurrentUCS(movedBy(x));
+        return;
+    }
+    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
+    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
+    KdDbObjectId viewport;
+    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
+    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
 }
 
 KdGeMatrix3d currentUcs()
@@ -63,41 +51,36 @@ protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        setVariables(1, 37);
+        set("1", "37", "0");
     }
 };
 
-TEST_F(SaversTest, SystemVariablesComeBackFromEveryScope)
+TEST_F(SaversTest, SettingsComeBackFromEveryScope)
 {
     try {
         const CQM_CmdechoServer echo(0);
         const CQM_OsnapServer snap(512);
-        EXPECT_THAT(variables(), ElementsAre(0, 512));
+        const CQM_OrthomodeServer ortho(true);
+        EXPECT_EQ(settings(), "0 512 1");
         const CQM_OsnapServer nested(65536 + 3);
-        EXPECT_THAT(variables(), ElementsAre(0, 3)) << "the low 16 bits";
+        EXPECT_EQ(settings(), "0 3 1") << "the low 16 bits";
         throw 1;
     } catch (int) {
     }
-    EXPECT_THAT(variables(), ElementsAre(1, 37));
+    EXPECT_EQ(settings(), "1 37 0");
     {
         const CCmdEcho quiet;
-        EXPECT_THAT(variables(), ElementsAre(0, 37));
+        EXPECT_EQ(settings(), "0 37 0");
     }
-    EXPECT_THAT(variables(), ElementsAre(1, 37));
-}
-
-TEST_F(SaversTest, SaversWithoutAValueOnlyPutBack)
-{
+    EXPECT_EQ(settings(), "1 37 0");
     {
         const CQM_CmdechoServer echo;
         const CQM_OsnapServer snap;
         const CQM_OrthomodeServer ortho;
-        EXPECT_THAT(variables(), ElementsAre(1, 37));
-        setVariables(0, 5);
-        database().setOrthomode(true);
+        EXPECT_EQ(settings(), "1 37 0") << "without a value they only put back";
+        set("0", "5", "1");
     }
-    EXPECT_THAT(variables(), ElementsAre(1, 37));
-    EXPECT_FALSE(database().orthomode());
+    EXPECT_EQ(settings(), "1 37 0");
 }
 
 TEST_F(SaversTest, ACopyRestoresTheSameValueOnceMoreAndCopyingSetsNothing)
@@ -108,9 +91,9 @@ TEST_F(SaversTest, ACopyRestoresTheSameValueOnceMoreAndCopyingSetsNothing)
                     copy = std::make_unique<CQM_CmdechoServer>(echo);
                     *copy = echo;
                 }),
-                ::testing::IsEmpty());
+                IsEmpty());
     copy.reset();
-    EXPECT_THAT(variables(), ElementsAre(1, 37));
+    EXPECT_EQ(settings(), "1 37 0");
 }
 
 TEST_F(SaversTest, OrthoModeCanChangeMeanwhile)
@@ -127,36 +110,22 @@ TEST_F(SaversTest, OrthoModeCanChangeMeanwhile)
     EXPECT_TRUE(database().orthomode()) << "what the inner one found";
 }
 
-TEST_F(SaversTest, RestoresIntoTheDatabaseThatIsWorkingThen)
-{
-    KdDbDatabase& first = database();
-    KdDbDatabase other;
-    other.setOrthomode(true);
-    {
-        const CQM_OrthomodeServer ortho;
-        kddbHostApplicationServices()->setWorkingDatabase(&other);
-    }
-    EXPECT_FALSE(other.orthomode());
-    kddbHostApplicationServices()->setWorkingDatabase(&first);
-}
-
 TEST_F(SaversTest, TheDocumentIsLockedForAScope)
 {
-    const KdApDocument* document = kdDocManagerPtr()->curDocument();
+    KdApDocument* const document = kdDocManagerPtr()->curDocument();
     const KdAp::DocLockMode before = document->lockMode();
-    {
+    const auto calls = tracedCalls([&] {
         const CQM_DocLockServer lock;
         const CQM_DocLockServer nested;
         EXPECT_EQ(document->lockMode(), KdAp::kWrite);
-    }
+    });
+    EXPECT_THAT(only(calls, {"KdApDocManager::lockDocument"}), Each(HasSubstr("(4, null, 1)")))
+        << "the user is told";
     EXPECT_EQ(document->lockMode(), before);
-}
 
-TEST_F(SaversTest, WithoutADocumentNothingIsLocked)
-{
-    korra::closeDocument(*kdDocManagerPtr()->curDocument());
+    korra::closeDocument(*document);
     const CQM_DocLockServer lock;
-    EXPECT_EQ(kdDocManagerPtr()->curDocument(), nullptr);
+    EXPECT_EQ(kdDocManagerPtr()->curDocument(), nullptr) << "nothing to lock";
 }
 
 TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
@@ -180,18 +149,6 @@ TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
     }
 }
 
-TEST_F(SaversTest, ANamedSystemComesBackThroughTheActiveViewport)
-{
-    const KdDbObjectId named = useNamedUcs(5);
-    ASSERT_EQ(database().ucsname(), named);
-    const auto operations = tracedOperations([] {
-        const CQM_UcsServer server(movedBy(10));
-        EXPECT_TRUE(drawing()->ucsname().isNull());
-    });
-    EXPECT_THAT(operations, ::testing::Contains("KdDbViewportTableRecord::setUcs").Times(1));
-    EXPECT_EQ(database().ucsname(), named);
-}
-
 TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
 {
     struct {
@@ -209,6 +166,8 @@ TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
         SCOPED_TRACE(what);
         startFreshHost();
         useUcs(named, before);
+        const KdDbObjectId name = drawing()->ucsname();
+        EXPECT_EQ(name.isNull(), !named);
         if (!readable)
             platform::failCall(1, platform::Fault::status);
         {
@@ -216,9 +175,11 @@ TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
             EXPECT_TRUE(readable || platform::faultDelivered());
             platform::releaseCalls();
             EXPECT_EQ(currentUcs(), movedBy(during));
+            EXPECT_TRUE(drawing()->ucsname().isNull());
             kdedSetCurrentUCS(movedBy(20));
         }
         EXPECT_EQ(currentUcs(), movedBy(after));
+        EXPECT_EQ(drawing()->ucsname(), name) << "through the active viewport";
     }
 }
 
@@ -234,20 +195,6 @@ TEST_F(SaversTest, RecoverRestoresOnce)
             server.Recover();
         }
         EXPECT_EQ(currentUcs(), movedBy(20));
-    }
-}
-
-TEST_F(SaversTest, LeaveNothingOpenWhateverFails)
-{
-    const auto nothing = [] { return 0; };
-    sweepFaults<int>(nothing, [](int) { const CQM_CmdechoServer saver(0); });
-    sweepFaults<int>(nothing, [](int) { const CCmdEcho saver; });
-    sweepFaults<int>(nothing, [](int) { const CQM_OsnapServer saver(1); });
-    sweepFaults<int>(nothing, [](int) { const CQM_OrthomodeServer saver(true); });
-    sweepFaults<int>(nothing, [](int) { const CQM_DocLockServer saver; });
-    for (const bool named : {false, true}) {
-        sweepFaults<int>([=] { return useUcs(named, 5), 0; },
-                         [](int) { const CQM_UcsServer saver(movedBy(10)); });
     }
 }
 

@@ -93,36 +93,4 @@ std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
     return operations;
 }
 
-namespace detail {
-
-std::size_t countFallibleCalls(const std::function<void()>& scenario)
-{
-    platform::countCalls();
-    scenario();
-    const std::size_t calls = platform::callsCounted();
-    platform::releaseCalls();
-    return calls;
-}
-
-bool runFaulty(const FaultyRun& run, const std::function<void()>& scenario)
-{
-    platform::failCall(run.ordinal, run.fault);
-    try {
-        scenario();
-    } catch (const platform::OrderedException&) {
-    }
-    const bool delivered = platform::faultDelivered();
-    platform::releaseCalls();
-    return delivered;
-}
-
-void expectCleanAudit(const FaultyRun& run)
-{
-    EXPECT_THAT(korra::audit(), ::testing::IsEmpty())
-        << "with call " << run.ordinal
-        << (run.fault == platform::Fault::thrown ? " throwing" : " failing");
-}
-
-} // namespace detail
-
 } // namespace tests

@@ -5,6 +5,7 @@
 #include "korra/console.h"
 #include "korra/host.h"
 #include "platform/faults.h"
+#include "support/sweep_faults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -44,22 +45,4 @@ KdDbObjectId blockId(const wchar_t* name);
 /// Names of the operations that the host is asked for while `scenario` runs, in order.
 std::vector<std::string> tracedOperations(const std::function<void()>& scenario);
 
-/// What one faulty run of a sweep is.
-struct FaultyRun {
-    std::size_t ordinal;
-    platform::Fault fault;
-};
-
-/// Runs a scenario once per fallible host call with that call failing, then with it throwing.
-///
-/// Each run has a fresh host; `prepare` runs unharmed, `scenario` is swept, `check` asserts the
-/// promise that holds whatever failed. After each run the audit must be clean. Ordered exceptions
-/// that leave the scenario are taken as they come.
-template <class Prepared>
-void sweepFaults(const std::function<Prepared()>& prepare,
-                 const std::function<void(Prepared&)>& scenario,
-                 const std::function<void(Prepared&)>& check = nullptr);
-
 } // namespace tests
-
-#include "support/sweep_faults.ipp"

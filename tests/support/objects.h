@@ -29,6 +29,8 @@ public:
 
     T& operator*() const { return *object_; }
 
+    T* get() const { return object_; }
+
 private:
     T* object_ = nullptr;
 };

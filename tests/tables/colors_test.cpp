@@ -1,12 +1,7 @@
 #include "orvex/colors.h"
 #include "orvex/system_variables.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
-#include "support/objects.h"
-
-using namespace tests;
-using ::testing::HasSubstr;
+#include "support/library_test.h"
 
 namespace {
 
@@ -90,16 +85,6 @@ TEST_F(ColorsTest, TheDialogGivesAnIndex)
     printed();
     EXPECT_EQ(Orvex::InvokeColorDlg(257, chosen), 0);
     EXPECT_EQ(printed(), "") << "no dialog";
-}
-
-TEST_F(ColorsTest, LeaveNothingOpenWhateverFails)
-{
-    sweepFaults<int>([] { return korra::queueInput("30"), 0; },
-                     [](int) {
-                         int chosen = 0;
-                         Orvex::InvokeColorDlg(7, chosen);
-                         Orvex::GetCurrentBkColor(drawing());
-                     });
 }
 
 } // namespace

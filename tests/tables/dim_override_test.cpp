@@ -1,19 +1,15 @@
 #include "orvex/dim_override.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/library_test.h"
 #include "support/opened.h"
 #include "support/resbuf_list.h"
+#include "support/sweep_faults.h"
 
 #include "platform/text.h"
 
 #include <sstream>
 
-using namespace tests;
-using support::Opened;
 using support::ResbufList;
-using ::testing::Contains;
-using ::testing::Not;
 
 namespace {
 
@@ -75,25 +71,20 @@ protected:
         dimension_ = addDimension();
     }
 
-    Opened<KdDbDimension> open(KdDb::OpenMode mode) const
-    {
-        return Opened<KdDbDimension>(dimension_, mode);
-    }
+    std::string data() const { return dataText(*Open<KdDbDimension>(dimension_, KdDb::kForRead)); }
 
-    std::string data() const { return dataText(*open(KdDb::kForRead)); }
-
-    void store(const std::string& line) const { setData(*open(KdDb::kForWrite), line); }
+    void store(const std::string& line) const { setData(*Open<KdDbDimension>(dimension_), line); }
 
     /// Overrides a variable and closes the dimension.
     template <class Value>
     Kdapi::ErrorStatus override(const wchar_t* name, Value value) const
     {
-        return DimStyleMgr::OverrideDimVariable(open(KdDb::kForWrite).get(), name, value);
+        return DimStyleMgr::OverrideDimVariable(Open<KdDbDimension>(dimension_).get(), name, value);
     }
 
     void remove(short code) const
     {
-        DimStyleMgr::DeleteDimVarsOverride(open(KdDb::kForWrite).get(), code);
+        DimStyleMgr::DeleteDimVarsOverride(Open<KdDbDimension>(dimension_).get(), code);
     }
 
     KdDbObjectId dimension_;
@@ -148,9 +139,9 @@ TEST_F(DimOverrideTest, RemovalWritesBackWheneverThereIsData)
 TEST_F(DimOverrideTest, RemovalUpgradesAReaderForItsOwnTimeUnlessOthersRead)
 {
     store("s:DSTYLE { i:40 r:2 }");
-    const auto reader = open(KdDb::kForRead);
+    const Open<KdDbDimension> reader(dimension_, KdDb::kForRead);
     {
-        const auto other = open(KdDb::kForRead);
+        const Open<KdDbDimension> other(dimension_, KdDb::kForRead);
         DimStyleMgr::DeleteDimVarsOverride(reader.get(), 40);
         EXPECT_EQ(dataText(*reader), "s:DSTYLE { i:40 r:2 }");
     }
@@ -229,30 +220,31 @@ TEST_F(DimOverrideTest, RefusesWithoutChangingAnything)
     EXPECT_EQ(override(L"dimtxt", 9.0), Kdapi::eOk);
     EXPECT_EQ(override(L"dimdec", 1e300), Kdapi::eInvalidInput);
     {
-        const Opened<KdDbDimStyleTableRecord> writer(database().dimstyle(), KdDb::kForWrite);
+        const Open<KdDbObject> writer(database().dimstyle());
         EXPECT_EQ(override(L"dimdec", 5), Kdapi::eWasOpenForWrite);
     }
     EXPECT_EQ(data(), "");
+    const Open<KdDbObject> reader(database().dimstyle(), KdDb::kForRead);
+    EXPECT_EQ(override(L"dimdec", 5), Kdapi::eOk) << "others may read the style";
 }
 
-TEST_F(DimOverrideTest, LeavesNothingOpenWhateverFails)
+TEST_F(DimOverrideTest, KeepsTheOtherOverridesWhateverFails)
 {
     for (const double value : {7.25, 1.0}) {
         sweepFaults<KdDbObjectId>(
             [] {
                 const KdDbObjectId id = addDimension();
-                setData(*Opened<KdDbDimension>(id, KdDb::kForWrite),
-                        "s:DSTYLE { i:40 r:3 i:147 r:1 }");
+                setData(*Open<KdDbDimension>(id), "s:DSTYLE { i:40 r:3 i:147 r:1 }");
                 return id;
             },
             [value](const KdDbObjectId& id) {
-                const Opened<KdDbDimension> dimension(id, KdDb::kForWrite);
+                const support::Opened<KdDbDimension> dimension(id, KdDb::kForWrite);
                 if (dimension)
                     DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
             },
             [](const KdDbObjectId& id) {
-                const Opened<KdDbDimension> dimension(id, KdDb::kForRead);
-                EXPECT_THAT(dataText(*dimension), ::testing::HasSubstr("i:147 r:1"));
+                const Open<KdDbDimension> dimension(id, KdDb::kForRead);
+                EXPECT_THAT(dataText(*dimension), HasSubstr("i:147 r:1"));
             });
     }
 }

@@ -1,17 +1,11 @@
 #include "orvex/layers.h"
 #include "orvex/system_variables.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
-#include "support/modules.h"
-#include "support/opened.h"
+#include "support/library_test.h"
 #include "support/support_folder.h"
 #include "tables/messages.h"
 
-using namespace tests;
 using QmLayerMgr::LAYERINFO;
-using support::Opened;
-using ::testing::HasSubstr;
 
 namespace {
 
@@ -49,6 +43,13 @@ std::string layerText(const wchar_t* name)
                 layer.lineType.MakeUpper().GetString(), layer.off, layer.vpdflt, layer.frozen,
                 layer.locked, layer.plottable);
     return narrow(text);
+}
+
+/// What changing a layer, by either name, reading it and at last making it come to.
+std::vector<int> results(LAYERINFO layer, KdDbDatabase* database = drawing())
+{
+    return {QmLayerMgr::SetLayerInfo(layer, database), QmLayerMgr::ModifyLayer(layer, database),
+            QmLayerMgr::GetLayerInfo(layer, database), QmLayerMgr::CreateLayer(layer, database)};
 }
 
 class LayersTest : public HostTest {
@@ -106,50 +107,39 @@ TEST_F(LayersTest, WritesOnlyWhatTheHostKnows)
     }
 }
 
-TEST_F(LayersTest, MakesNoLayerTwiceAndChangesNoneThatIsMissing)
+TEST_F(LayersTest, ResultsTellMissingLayersFromFailures)
 {
-    make(layerOf(L"Walls"));
-    EXPECT_EQ(make(layerOf(L"WALLS", 5, 50)), -1);
-    EXPECT_EQ(layerText(L"Walls"), "3 25 CONTINUOUS 00001");
-
-    LAYERINFO missing = layerOf(L"Doors", 5, 50);
-    missing.lineType = L"kept";
-    EXPECT_EQ(QmLayerMgr::SetLayerInfo(missing, drawing()), -1);
-    EXPECT_EQ(QmLayerMgr::ModifyLayer(missing, drawing()), -1);
-    EXPECT_EQ(QmLayerMgr::GetLayerInfo(missing, drawing()), -1);
-    EXPECT_EQ(missing.colorIndex, 5);
-    EXPECT_EQ(missing.lineType, L"kept");
-    EXPECT_EQ(QmLayerMgr::FindLayer(L"Doors", drawing()), 0);
-    EXPECT_EQ(QmLayerMgr::FindLayer(L"walls", drawing()), 1);
-}
-
-TEST_F(LayersTest, FailsWithoutANameADatabaseOrATable)
-{
-    LAYERINFO zero = layerOf(L"0");
-    EXPECT_EQ(make(layerOf(L"")), 0);
-    for (auto [layer, database] : {std::pair(layerOf(nullptr), drawing()),
-                                   std::pair(zero, static_cast<KdDbDatabase*>(nullptr))}) {
-        EXPECT_EQ(QmLayerMgr::CreateLayer(layer, database), 0);
-        EXPECT_EQ(QmLayerMgr::SetLayerInfo(layer, database), 0);
-        EXPECT_EQ(QmLayerMgr::ModifyLayer(layer, database), 0);
-        EXPECT_EQ(QmLayerMgr::GetLayerInfo(layer, database), 0);
+    const KdDbObjectId walls = makeLayer(L"Walls");
+    const LAYERINFO layer = layerOf(L"Walls");
+    EXPECT_THAT(results(layerOf(L"WALLS", 5, 50)), ElementsAre(1, 1, 1, -1));
+    EXPECT_EQ(layerText(L"Walls"), "5 50 CONTINUOUS 00001");
+    EXPECT_THAT(results(layerOf(L"Doors")), ElementsAre(-1, -1, -1, 1));
+    EXPECT_EQ(QmLayerMgr::FindLayer(L"doors", drawing()), 1);
+    EXPECT_THAT(results(layerOf(L"")), ElementsAre(-1, -1, -1, 0));
+    EXPECT_THAT(results(layerOf(nullptr)), ElementsAre(0, 0, 0, 0));
+    EXPECT_THAT(results(layer, nullptr), ElementsAre(0, 0, 0, 0));
+    {
+        const Open<KdDbObject> reader(walls, KdDb::kForRead);
+        EXPECT_THAT(results(layer), ElementsAre(0, 0, 0, -1)) << "reading opens it for writing";
     }
     {
-        const Opened<KdDbObject> reader(drawing()->layerTableId(), KdDb::kForRead);
-        EXPECT_EQ(make(layerOf(L"New")), 0) << "the table cannot be written";
+        const Open<KdDbObject> reader(drawing()->layerTableId(), KdDb::kForRead);
+        EXPECT_THAT(results(layerOf(L"New")), ElementsAre(-1, -1, -1, 0));
     }
-    const Opened<KdDbObject> writer(drawing()->layerTableId(), KdDb::kForWrite);
-    EXPECT_EQ(make(layerOf(L"New")), 0);
-    EXPECT_EQ(QmLayerMgr::SetLayerInfo(zero, drawing()), 0);
-    EXPECT_EQ(QmLayerMgr::GetLayerInfo(zero, drawing()), 0);
+    const Open<KdDbObject> writer(drawing()->layerTableId());
+    EXPECT_THAT(results(layer), ElementsAre(0, 0, 0, 0));
 }
 
-TEST_F(LayersTest, ReadingOpensTheLayerForWriting)
+TEST_F(LayersTest, WhatIsNotReadLeavesTheDescription)
 {
-    const Opened<KdDbObject> reader(makeLayer(L"Walls"), KdDb::kForRead);
-    LAYERINFO layer = layerOf(L"Walls", 99);
-    EXPECT_EQ(QmLayerMgr::GetLayerInfo(layer, drawing()), 0);
-    EXPECT_EQ(layer.colorIndex, 99);
+    const Open<KdDbObject> reader(makeLayer(L"Walls"), KdDb::kForRead);
+    for (const wchar_t* name : {L"Walls", L"Doors"}) {
+        LAYERINFO layer = layerOf(name, 99);
+        layer.lineType = L"kept";
+        EXPECT_NE(QmLayerMgr::GetLayerInfo(layer, drawing()), 1);
+        EXPECT_EQ(layer.colorIndex, 99);
+        EXPECT_EQ(layer.lineType, L"kept");
+    }
 }
 
 TEST_F(LayersTest, WithoutALinetypeTheOtherPropertiesAreReadAndWritten)
@@ -157,14 +147,14 @@ TEST_F(LayersTest, WithoutALinetypeTheOtherPropertiesAreReadAndWritten)
     makeLayer(L"Walls");
     LAYERINFO layer = layerOf(L"Walls", 5, 50);
     {
-        const Opened<KdDbObject> writer(drawing()->linetypeTableId(), KdDb::kForWrite);
+        const Open<KdDbObject> writer(drawing()->linetypeTableId());
         EXPECT_EQ(QmLayerMgr::SetLayerInfo(layer, drawing()), 0);
     }
     EXPECT_EQ(layerText(L"Walls"), "5 50 CONTINUOUS 00001");
 
     layer = layerOf(L"Walls", 0, 0);
     layer.lineType = L"kept";
-    const Opened<KdDbObject> writer(drawing()->continuousLinetype(), KdDb::kForWrite);
+    const Open<KdDbObject> writer(drawing()->continuousLinetype());
     EXPECT_EQ(QmLayerMgr::GetLayerInfo(layer, drawing()), 0);
     EXPECT_EQ(layer.colorIndex, 5);
     EXPECT_EQ(layer.lineType, L"kept");
@@ -211,87 +201,67 @@ TEST_F(LayersTest, LinetypesThatTheDrawingLacksAreLoadedElseContinuous)
 TEST_F(LayersTest, OnlyMakingTrimsTheNameAndSwitchesFileDialogsOff)
 {
     EXPECT_THAT(tracedCalls([] { linetypeOf(true, L"B"); }),
-                ::testing::Contains(HasSubstr("kdedSetVar(\"FILEDIA\"")).Times(2));
+                Contains(HasSubstr("kdedSetVar(\"FILEDIA\"")).Times(2));
     LAYERINFO blank = layerOf(L"Walls");
     blank.lineType = L" B";
     EXPECT_THAT(tracedCalls([&] { EXPECT_EQ(QmLayerMgr::SetLayerInfo(blank, drawing()), 1); }),
-                ::testing::Not(::testing::Contains(HasSubstr("FILEDIA"))));
+                Not(Contains(HasSubstr("FILEDIA"))));
     EXPECT_THAT(printed(), HasSubstr("Can't load \" B\" linetype"));
 }
 
 // Single properties -------------------------------------------------------------------------------
 
-TEST_F(LayersTest, ColorsAre1WhereNoneCanBeRead)
+/// Result and value of the colour, the linetype and the line weight of a layer, whether it is on;
+/// then its colour and line weight as entities take them.
+std::string properties(const wchar_t* name)
 {
-    const KdDbObjectId walls = makeLayer(L"Walls");
-    const auto resultAndColor = [](const auto&... layer) {
-        unsigned short color = 9;
-        const int result = QmLayerMgr::GetLayerColor(color, layer...);
-        return std::pair(result, int(color));
-    };
-    EXPECT_EQ(resultAndColor(L"Walls", drawing()), std::pair(1, 3));
-    EXPECT_EQ(resultAndColor(L"Doors", drawing()), std::pair(0, 1));
-    EXPECT_EQ(resultAndColor(nullptr, drawing()), std::pair(0, 1));
-    EXPECT_EQ(resultAndColor(KdDbObjectId()), std::pair(0, 1));
-    const Opened<KdDbObject> writer(walls, KdDb::kForWrite);
-    EXPECT_EQ(resultAndColor(walls), std::pair(0, 1));
-}
-
-TEST_F(LayersTest, ResultsTellNullUnknownAndUnreadableApart)
-{
-    const KdDbObjectId walls = makeLayer(L"Walls");
+    unsigned short color = 9;
+    const int colorRead = QmLayerMgr::GetLayerColor(color, name, drawing());
     CString linetype = L"kept";
+    const int linetypeRead = QmLayerMgr::GetLayerLType(linetype, name, drawing());
     int weight = 99;
-    EXPECT_EQ(QmLayerMgr::GetLayerLType(linetype, nullptr, drawing()), -1);
-    EXPECT_EQ(QmLayerMgr::GetLayerLType(linetype, L"Doors", drawing()), 0);
-    EXPECT_EQ(QmLayerMgr::IsLayerOn(nullptr, drawing()), -1);
-    EXPECT_EQ(QmLayerMgr::IsLayerOn(L"Doors", drawing()), -1);
-    EXPECT_EQ(QmLayerMgr::IsLayerOn(L"Walls", drawing()), 1);
-    {
-        const Opened<KdDbLayerTableRecord> writer(walls, KdDb::kForWrite);
-        EXPECT_EQ(QmLayerMgr::GetLayerLType(linetype, L"Walls", drawing()), 0);
-        EXPECT_EQ(QmLayerMgr::IsLayerOn(L"Walls", drawing()), 0);
-        EXPECT_EQ(QmLayerMgr::GetLayerLWeight(weight, L"Walls", drawing()), 0);
-        EXPECT_EQ(weight, 99);
-        writer->setIsOff(true);
-    }
-    EXPECT_EQ(linetype, L"kept");
-    EXPECT_EQ(QmLayerMgr::IsLayerOn(L"Walls", drawing()), 0);
+    const int weightRead = QmLayerMgr::GetLayerLWeight(weight, name, drawing());
+    CString text;
+    text.Format(L"%d %d, %d %s, %d %d, %d; %d %d", colorRead, color, linetypeRead,
+                linetype.GetString(), weightRead, weight, QmLayerMgr::IsLayerOn(name, drawing()),
+                GetColorIndexFromLayer(name, drawing()).colorIndex(),
+                GetLineWeightFromLayer(name, drawing()));
+    return narrow(text);
 }
 
-TEST_F(LayersTest, TheDefaultLineWeightStandsForWhatHasNone)
+/// The same while somebody writes to an object.
+std::string propertiesWithout(KdDbObjectId unreadable, const wchar_t* name)
+{
+    const Open<KdDbObject> writer(unreadable);
+    return properties(name);
+}
+
+TEST_F(LayersTest, EachPropertyTellsInItsOwnWayWhatCannotBeRead)
 {
     ASSERT_EQ(QmSysVarMgr::SetSysIntValue(60, L"LWDEFAULT"), 1);
-    make(layerOf(L"Thin", 3, 5));
-    make(layerOf(L"Default", 3, -3));
-
-    const auto resultAndWeight = [](const auto&... layer) {
-        int weight = 99;
-        const int result = QmLayerMgr::GetLayerLWeight(weight, layer...);
-        return std::pair(result, weight);
-    };
-    EXPECT_EQ(resultAndWeight(nullptr, drawing()), std::pair(0, 60));
-    EXPECT_EQ(resultAndWeight(L"Doors", drawing()), std::pair(1, 60));
-    EXPECT_EQ(resultAndWeight(L"Default", drawing()), std::pair(1, 60));
-    EXPECT_EQ(resultAndWeight(L"Thin", drawing()), std::pair(1, 5));
-    EXPECT_EQ(resultAndWeight(KdDbObjectId()), std::pair(0, 60));
-}
-
-TEST_F(LayersTest, CurrentEntityPropertiesStandForUnknownLayers)
-{
-    const KdDbObjectId walls = makeLayer(L"Walls");
     drawing()->setCecolor(colorOf(5));
     drawing()->setCelweight(KdDb::LineWeight(50));
-    EXPECT_EQ(GetColorIndexFromLayer(L"Walls", drawing()), colorOf(3));
-    EXPECT_EQ(GetColorIndexFromLayer(L"Doors", drawing()), colorOf(5));
-    EXPECT_EQ(GetLineWeightFromLayer(L"Walls", drawing()), 25);
-    EXPECT_EQ(GetLineWeightFromLayer(L"Doors", drawing()), 50);
+    LAYERINFO off = layerOf(L"Off", 1, -3);
+    off.off = true;
+    make(off);
+    const KdDbObjectId walls = makeLayer(L"Walls");
 
-    for (const KdDbObjectId unreadable : {walls, drawing()->layerTableId()}) {
-        const Opened<KdDbObject> writer(unreadable, KdDb::kForWrite);
-        EXPECT_EQ(GetColorIndexFromLayer(L"Walls", drawing()), KdCmColor());
-        EXPECT_EQ(GetLineWeightFromLayer(L"Walls", drawing()), -3);
-    }
+    EXPECT_EQ(properties(L"Walls"), "1 3, 1 Continuous, 1 25, 1; 3 25");
+    EXPECT_EQ(properties(L"Off"), "1 1, 1 Continuous, 1 60, 0; 1 -3");
+    EXPECT_EQ(properties(L"Doors"), "0 1, 0 kept, 1 60, -1; 5 50");
+    EXPECT_EQ(properties(nullptr), "0 1, -1 kept, 0 60, -1; 5 50");
+    EXPECT_EQ(propertiesWithout(walls, L"Walls"), "0 1, 0 kept, 0 99, 0; 256 -3");
+    EXPECT_EQ(propertiesWithout(drawing()->continuousLinetype(), L"Walls"),
+              "1 3, 0 kept, 1 25, 1; 3 25");
+    EXPECT_EQ(propertiesWithout(drawing()->layerTableId(), L"Walls"),
+              "0 1, 0 kept, 1 60, -1; 256 -3");
+
+    unsigned short color = 9;
+    EXPECT_EQ(QmLayerMgr::GetLayerColor(color, KdDbObjectId()), 0);
+    EXPECT_EQ(color, 1);
+    int weight = 99;
+    EXPECT_EQ(QmLayerMgr::GetLayerLWeight(weight, KdDbObjectId()), 0);
+    EXPECT_EQ(weight, 60);
 }
 
 TEST_F(LayersTest, AnEntityIsLockedByItsLayer)
@@ -301,7 +271,7 @@ TEST_F(LayersTest, AnEntityIsLockedByItsLayer)
     line.setLayer(walls);
     EXPECT_EQ(LayerIsLocked(&line), 0);
     EXPECT_EQ(LayerIsLocked(nullptr), 0);
-    const Opened<KdDbLayerTableRecord> layer(walls, KdDb::kForWrite);
+    const Open<KdDbLayerTableRecord> layer(walls);
     layer->setIsLocked(true);
     EXPECT_EQ(LayerIsLocked(&line), 0) << "the layer cannot be read";
     layer->downgradeOpen();
@@ -309,35 +279,5 @@ TEST_F(LayersTest, AnEntityIsLockedByItsLayer)
 }
 
 // Faults ------------------------------------------------------------------------------------------
-
-TEST_F(LayersTest, LeaveNothingOpenWhateverFails)
-{
-    const auto walls = [&] { return folder_.use(), makeLayer(L"Walls"); };
-    const auto nothing = [&] { return folder_.use(), 0; };
-    LAYERINFO layer = layerOf(L"Walls");
-    for (const wchar_t* name : {L"", L"B", L"Zigzag"}) {
-        layer.lineType = name;
-        sweepFaults<int>(nothing, [=](int) { make(layer); });
-        sweepFaults<KdDbObjectId>(
-            walls, [=](KdDbObjectId) { QmLayerMgr::SetLayerInfo(layer, drawing()); });
-    }
-    sweepFaults<KdDbObjectId>(walls, [](KdDbObjectId id) {
-        LAYERINFO read = layerOf(L"Walls");
-        QmLayerMgr::GetLayerInfo(read, drawing());
-        unsigned short color = 0;
-        QmLayerMgr::GetLayerColor(color, L"Walls", drawing());
-        CString linetypeName;
-        QmLayerMgr::GetLayerLType(linetypeName, L"Walls", drawing());
-        int weight = 0;
-        QmLayerMgr::GetLayerLWeight(weight, L"Walls", drawing());
-        QmLayerMgr::GetLayerLWeight(weight, id);
-        QmLayerMgr::IsLayerOn(L"Walls", drawing());
-        GetColorIndexFromLayer(L"Walls", drawing());
-        GetLineWeightFromLayer(L"Walls", drawing());
-        KdDbLine line;
-        line.setLayer(id);
-        LayerIsLocked(&line);
-    });
-}
 
 } // namespace

@@ -2,8 +2,7 @@
 
 #include "orvex/shell.h"
 
-#include "support/host_test.h"
-#include "support/modules.h"
+#include "support/library_test.h"
 
 #include <functional>
 

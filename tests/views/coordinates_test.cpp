@@ -1,11 +1,9 @@
 #include "orvex/coordinates.h"
 
-#include "support/host_test.h"
+#include "support/library_test.h"
 
 #include <cstring>
 #include <numbers>
-
-using namespace tests;
 
 namespace {
 
@@ -49,7 +47,7 @@ TEST_F(CoordinatesTest, AFailureIsToldByTheHostsStatusAndOverwritesTheResult)
     double result[3] = {7, 7, 7};
     platform::failCall(1, platform::Fault::status);
     EXPECT_FALSE(rx_wc2uc(result, result, false));
-    EXPECT_THAT(result, ::testing::ElementsAre(7, 7, 7));
+    EXPECT_THAT(result, ElementsAre(7, 7, 7));
 }
 
 TEST_F(CoordinatesTest, EachArrayFunctionGoesItsOwnWay)
@@ -83,11 +81,11 @@ TEST_F(CoordinatesTest, EachArrayFunctionGoesItsOwnWay)
         for (const bool displacement : {false, true}) {
             double value[3] = {1, 2, 3};
             EXPECT_TRUE(each.call(value, value, normal, displacement));
-            EXPECT_THAT(value, ::testing::Pointwise(::testing::DoubleNear(1e-9),
-                                                    displacement ? each.displacement : each.point));
+            EXPECT_THAT(value,
+                        Pointwise(DoubleNear(1e-9), displacement ? each.displacement : each.point));
         }
     }
-    EXPECT_THAT(normal, ::testing::ElementsAre(1, 0, 0));
+    EXPECT_THAT(normal, ElementsAre(1, 0, 0));
 }
 
 TEST_F(CoordinatesTest, TheUcsMatrixMapsUserToWorldElseIsTheIdentity)

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/library_test.h"
 
 /// What the pick tests pick in, all on the model tab:
 ///   a line from (0,0) to (10,0);

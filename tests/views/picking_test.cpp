@@ -8,7 +8,6 @@
 
 #include "platform/input.h"
 
-using namespace tests;
 using support::ResbufList;
 
 namespace {
@@ -135,7 +134,7 @@ TEST_F(PickingTest, APerspectiveIsFollowed)
 
 TEST_F(PickingTest, AViewportThatCannotBeOpenedIsNotTheResult)
 {
-    const Open<KdDbViewport> writer(goToSheet(), KdDb::kForWrite);
+    const Open<KdDbViewport> writer(goToSheet());
     for (const auto& [input, entity] :
          {std::pair("108,100", scene_.line), std::pair("318,100", scene_.nestedLine)}) {
         SCOPED_TRACE(input);
@@ -149,32 +148,51 @@ TEST_F(PickingTest, AViewportThatCannotBeOpenedIsNotTheResult)
 
 TEST_F(PickingTest, TheHostsPromptIsShownForAnEmptyOne)
 {
-    pickBoth("4,0");
-    EXPECT_THAT(printed(), ::testing::HasSubstr("Select object: "));
-    korra::queueInput("4,0");
-    KdDbObjectId id;
-    KdGePoint3d point;
-    EXPECT_EQ(EntSel_(L"\nPick one: ", id, point), RTNORM);
-    EXPECT_THAT(printed(), ::testing::HasSubstr("Pick one: "));
+    for (const auto& [prompt, shown] :
+         {std::pair(L"", "Select object: "), {L"\nPick one: ", "Pick one: "}}) {
+        korra::queueInput("4,0");
+        KdDbObjectId id;
+        KdGePoint3d point;
+        EXPECT_EQ(EntSel_(prompt, id, point), RTNORM);
+        EXPECT_THAT(printed(), HasSubstr(shown));
+    }
 }
 
-TEST_F(PickingTest, AnEndWithoutAPickIsToldByTheInput)
+TEST_F(PickingTest, AnEndWithoutAPickIsToldByTheInputAndTheExtendedFormsGiveTheCursorsPoint)
 {
+    moveUcs(3, 0);
     const std::pair<const char*, int> cases[] = {{"", RTNONE},         {"\\space", RTNONE},
                                                  {"\\right", RTNONE},  {"\\miss", RTERROR},
                                                  {"500,500", RTERROR}, {"\\esc", RTCAN}};
     for (const auto& [input, status] : cases) {
-        SCOPED_TRACE(input);
-        const Picked picked = pickBoth(input);
-        EXPECT_EQ(picked.status, status);
-        EXPECT_TRUE(picked.id.isNull() && picked.nested.isNull());
-        EXPECT_EQ(picked.point, KdGePoint3d(-7, -7, -7));
+        for (const bool extended : {false, true}) {
+            SCOPED_TRACE(input);
+            const bool readsCursor = extended && status != RTCAN;
+            const auto queue = [&, line = input] {
+                korra::queueInput(line);
+                if (readsCursor)
+                    korra::queueInput("\\move 30,40");
+            };
+            const KdGePoint3d point = readsCursor ? KdGePoint3d(33, 40, 0) : Picked().point;
 
-        korra::queueInput(input);
-        KdDbEntity* entity = nullptr;
-        KdGePoint3d point;
-        EXPECT_EQ(rx_entsel(nullptr, entity, point, nullptr), status);
-        EXPECT_EQ(entity, nullptr);
+            queue();
+            Picked picked;
+            auto* const entSel = extended ? EntSelExEx : EntSelEx;
+            EXPECT_EQ(entSel(L"", picked.id, picked.viewport, picked.point, picked.nested,
+                             picked.transform),
+                      status);
+            EXPECT_TRUE(picked.id.isNull() && picked.nested.isNull());
+            EXPECT_EQ(picked.point, point);
+
+            queue();
+            Picked copied;
+            KdDbEntity* entity = nullptr;
+            EXPECT_EQ(extended ? rx_entsel_ext(nullptr, entity, copied.point, copied.id, nullptr)
+                               : rx_entsel(nullptr, entity, copied.point, copied.id, nullptr),
+                      status);
+            EXPECT_EQ(entity, nullptr);
+            EXPECT_EQ(copied.point, point);
+        }
     }
 }
 
@@ -209,31 +227,6 @@ TEST_F(PickingTest, TheHeldKeysDecideWhatAFailedPickWas)
     }
 }
 
-TEST_F(PickingTest, TheExtendedFormsGiveTheCursorsPointWithoutAPick)
-{
-    moveUcs(3, 0);
-    KdDbObjectId id, viewport, nested;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    korra::queueInput("\\miss");
-    korra::queueInput("\\move 30,40");
-    EXPECT_EQ(EntSelExEx(L"", id, viewport, point, nested, transform), RTERROR);
-    EXPECT_EQ(point, KdGePoint3d(33, 40, 0));
-
-    KdDbEntity* entity = nullptr;
-    korra::queueInput("");
-    korra::queueInput("\\move 50,60");
-    EXPECT_EQ(rx_entsel_ext(nullptr, entity, point, id, nullptr), RTNONE);
-    EXPECT_EQ(point, KdGePoint3d(53, 60, 0));
-
-    point.set(1, 2, 3);
-    korra::queueInput("\\esc");
-    EXPECT_EQ(EntSelExEx(L"", id, viewport, point, nested, transform), RTCAN);
-    korra::queueInput("\\esc");
-    EXPECT_EQ(rx_entsel_ext(nullptr, entity, point, id, nullptr), RTCAN);
-    EXPECT_EQ(point, KdGePoint3d(1, 2, 3)) << "untouched";
-}
-
 TEST_F(PickingTest, TheCallerOwnsTheChainOfContainers)
 {
     kds_name name{}, viewportName{};
@@ -264,7 +257,7 @@ TEST_F(PickingTest, ANameWithoutAnIdPrintsAndLeavesTheOutputs)
     failEachCall(pick, [&] {
         if (const std::string text = printed(); !text.empty()) {
             ++messages;
-            EXPECT_THAT(text, ::testing::StartsWith("\nFailure: "));
+            EXPECT_THAT(text, StartsWith("\nFailure: "));
             EXPECT_EQ(picked.status, RTNORM);
             EXPECT_TRUE(picked.id.isNull());
             EXPECT_EQ(picked.point, KdGePoint3d(4, 0, 0));
@@ -290,20 +283,6 @@ TEST_F(PickingTest, AFailedSecondPickKeepsTheFirst)
                      EXPECT_EQ(picked.nested, scene_.line) << "the first pick stands in";
                  });
     EXPECT_GT(failedSecond, 0);
-}
-
-TEST_F(PickingTest, LeaveNothingOpenWhateverFails)
-{
-    for (const char* input : {"\\ctrl 109,0", "4,80"})
-        sweepFaults<PickScene>(makePickScene, [=](const PickScene&) { pickBoth(input); });
-    sweepFaults<PickScene>(makePickSceneUnderSheet, [](const PickScene&) { pickBoth("318,100"); });
-    sweepFaults<PickScene>(makePickScene, [](const PickScene&) {
-        KdDbObjectId id, viewport, nested;
-        KdGePoint3d point;
-        KdGeMatrix3d transform;
-        korra::queueInput("\\miss");
-        EntSelExEx(L"", id, viewport, point, nested, transform);
-    });
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include <memory>
 #include <utility>
 
-using namespace tests;
 using support::ResbufList;
 
 namespace {
@@ -56,8 +55,8 @@ TEST_F(SubentitiesTest, ADescriptionGivesNameMarkerAndPickPoint)
             Info info;
             EXPECT_EQ(info.read(list.get()), 1);
             EXPECT_EQ(info.method, method);
-            EXPECT_THAT(info.first, ::testing::ElementsAre(11, 22));
-            EXPECT_THAT(info.second, ::testing::ElementsAre(11, 22));
+            EXPECT_THAT(info.first, ElementsAre(11, 22));
+            EXPECT_THAT(info.second, ElementsAre(11, 22));
             EXPECT_EQ(info.marker, 5);
             EXPECT_EQ(info.point, byPick ? KdGePoint3d(1, 2, 3) : Info().point);
             EXPECT_EQ(info.direction,
@@ -122,17 +121,6 @@ TEST_F(SubentitiesTest, AFailedSilentPickIsCancelled)
         delete std::exchange(edge, nullptr);
     });
     EXPECT_TRUE(cancelled);
-}
-
-TEST_F(SubentitiesTest, LeaveNothingOpenOrAliveWhateverFails)
-{
-    for (const KdGePoint3d& point : {KdGePoint3d(4, 50, 0), KdGePoint3d(109, 0, 0)}) {
-        sweepFaults<PickScene>(makePickScene, [=](const PickScene& scene) {
-            KdDbEntity* edge = nullptr;
-            GetSubEntByPt(scene.line, point, edge, nullptr);
-            delete edge;
-        });
-    }
 }
 
 } // namespace

@@ -1,12 +1,9 @@
 #include "orvex/viewports.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/library_test.h"
 
 #include <cmath>
 #include <numbers>
-
-using namespace tests;
 
 namespace {
 
@@ -158,19 +155,6 @@ TEST_F(ViewportsTest, AnEnteredViewportHasAMatrixAndHidesTheOthers)
     EXPECT_EQ(ms2ps(current), 1);
     EXPECT_EQ(ms2ps(sheet.first, first), 1);
     EXPECT_EQ(current, first);
-}
-
-TEST_F(ViewportsTest, LeaveNothingOpenWhateverFails)
-{
-    sweepFaults<Sheet>(goToSheet, [](Sheet& sheet) {
-        KdGeMatrix3d matrix;
-        ms2ps(sheet.first, matrix);
-        ps2ms(matrix);
-        KdDbObjectId found;
-        double scale = 0;
-        getViewPortIdIdByPoint(found, scale, {130, 100, 0},
-                               kddbHostApplicationServices()->workingDatabase());
-    });
 }
 
 } // namespace

@@ -56,9 +56,9 @@ DocumentManager::~DocumentManager()
 
 Kdapi::ErrorStatus DocumentManager::lockDocument(KdApDocument* document, KdAp::DocLockMode mode,
                                                  const wchar_t* globalCommandName, const wchar_t*,
-                                                 bool)
+                                                 bool prompt)
 {
-    return platform::gate("KdApDocManager::lockDocument", mode, globalCommandName)
+    return platform::gate("KdApDocManager::lockDocument", mode, globalCommandName, prompt)
         .guard(Kdapi::eLockViolation, [&] {
             Document* known = find(document);
             if (!known)

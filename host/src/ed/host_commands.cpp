@@ -2,7 +2,6 @@
 
 #include "drawing/layouts.h"
 #include "ed/editor.h"
-#include "ed/object_change.h"
 #include "ed/prompts.h"
 #include "ed/regeneration.h"
 #include "ed/system_variables.h"
@@ -10,6 +9,7 @@
 #include "ed/views.h"
 #include "kd/ed.h"
 #include "objects/contents.h"
+#include "objects/host_opened.h"
 #include "rx/command_stack.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 #include "ed/regeneration.h"
 
-#include "ed/object_change.h"
 #include "kd/db.h"
+#include "objects/host_opened.h"
 #include "objects/object_slots.h"
 
 namespace korra::ed {
@@ -20,7 +20,7 @@ void regenerate(KdDbObjectId id)
     if (!dimension || (!differsFromFile(id) && !differsFromFile(dimension->dimensionStyle())))
         return;
     // Whoever has it open for writing may go on; for anybody else it is opened here.
-    const ObjectChange<KdDbDimension> opened(id);
+    const HostOpened<KdDbDimension> opened(id, KdDb::kForWrite);
     dimension->recomputeDimBlock(false);
 }
 

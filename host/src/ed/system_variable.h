@@ -1,16 +1,16 @@
 #pragma once
 
 #include "kd/ge.h"
+#include "kd/own/sound_variant.h"
 
 #include <functional>
 #include <optional>
 #include <string>
-#include <variant>
 
 namespace korra::ed {
 
 /// A value as its variable's type has it: RTSHORT, RTREAL, RTPOINT or RT3DPOINT, RTSTR.
-using VariableValue = std::variant<short, double, KdGePoint3d, std::wstring>;
+using VariableValue = SoundVariant<short, double, KdGePoint3d, std::wstring>;
 
 /// One system variable: what it is called, and how it is read and written.
 struct SystemVariable {

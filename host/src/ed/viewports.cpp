@@ -1,8 +1,8 @@
 #include "blocks/spaces.h"
 #include "ed/editor.h"
-#include "ed/object_change.h"
 #include "ed/views.h"
 #include "objects/contents.h"
+#include "objects/host_opened.h"
 #include "tables/drawing_settings.h"
 
 namespace korra::ed {

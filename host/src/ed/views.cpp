@@ -3,9 +3,9 @@
 #include "blocks/draw_block.h"
 #include "blocks/spaces.h"
 #include "ed/editor.h"
-#include "ed/object_change.h"
 #include "gi/extents_sink.h"
 #include "objects/contents.h"
+#include "objects/host_opened.h"
 #include "platform/gate.h"
 
 #include <algorithm>
@@ -166,12 +166,12 @@ bool setCurrentWindow(KdDbDatabase& database, const KdGePoint2d& center, double 
     if (!std::isfinite(fitting) || fitting <= 0.0)
         return false;
     const KdDbObjectId current = currentViewport(database);
-    if (ObjectChange<KdDbViewport> viewport(current); viewport) {
+    if (HostOpened<KdDbViewport> viewport(current, KdDb::kForWrite); viewport) {
         viewport->setViewCenter(center);
         viewport->setViewHeight(fitting);
         return true;
     }
-    ObjectChange<KdDbViewportTableRecord> tile(current);
+    HostOpened<KdDbViewportTableRecord> tile(current, KdDb::kForWrite);
     if (!tile)
         return false;
     showWindow(*tile, {center, fitting});
@@ -269,7 +269,7 @@ void fitNewView(KdDbDatabase& database)
     const KdDbObjectId id = contents.record(TableKind::viewport, L"*Active");
     if (!std::exchange(contents.activeViewMade, false) || !model)
         return;
-    if (ObjectChange<KdDbViewportTableRecord> tile(id); tile) {
+    if (HostOpened<KdDbViewportTableRecord> tile(id, KdDb::kForWrite); tile) {
         showWindow(*tile, windowAround(extentsOf(model->objectId(), {}), screenAspect()));
         id.slot()->changed = false; // it follows from the drawing: no change for its file to hold
     }

@@ -105,8 +105,8 @@ std::unique_ptr<KdGeCurve3d> KdDbVertexCurve::geometry() const
 Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
 {
     const bool hasArcs =
-        isPlanar() && std::ranges::any_of(vertices_.each(), [](const auto* vertex) {
-            return korra::isBulged(vertex->bulge());
+        isPlanar() && std::ranges::any_of(vertices_.objects(), [](const KdDbObject* vertex) {
+            return korra::isBulged(static_cast<const KdDbVertex*>(vertex)->bulge());
         });
     return transform(matrix, hasArcs, [&] {
         if (!isPlanar()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kd/db.h"
+#include "kd/own/sound_variant.h"
 #include "objects/object_visitor.h"
 #include "objects/trace_forms.h"
 
@@ -8,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace korra {
@@ -34,7 +34,7 @@ struct ObjectSlot {
 struct TypedValue {
     short code = 0;
     /// 1070 short, 1071 int, 1040-1042 double, 1010-1013 point, 1004 bytes, else text.
-    std::variant<short, std::int32_t, double, KdGePoint3d, std::string, std::wstring> value;
+    SoundVariant<short, std::int32_t, double, KdGePoint3d, std::string, std::wstring> value;
 
     friend bool operator==(const TypedValue&, const TypedValue&) = default;
 };

@@ -142,7 +142,7 @@ void willRename(const KdDbSymbolTableRecord& record)
 {
     for (const ObjectSlot* slot : record.database()->contents().slots) {
         NameFinder finder(record.objectId());
-        ObjectAccess::describe(*slot->object, finder);
+        slot->object->describe(finder);
         if (finder.found())
             ObjectAccess::willChange(*slot->object);
     }

@@ -9,7 +9,7 @@
 namespace korra {
 
 /// One value of what an object consists of.
-using FieldValue = std::variant<long long, double, std::wstring, KdGePoint3d, KdGeVector3d,
+using FieldValue = SoundVariant<long long, double, std::wstring, KdGePoint3d, KdGeVector3d,
                                 KdGePoint2d, KdGeMatrix3d, KdDbObjectId, KdDbHandle, KdCmColor,
                                 std::string, std::vector<TypedValue>, OwnedObjects::Objects>;
 

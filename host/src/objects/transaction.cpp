@@ -37,8 +37,21 @@ KdDbTransaction::~KdDbTransaction()
 
 void KdDbTransaction::hold(KdDbObjectId id)
 {
+    forgetClosed(id);
     ++held_[id];
     ++id.slot()->held;
+}
+
+void KdDbTransaction::forgetClosed(KdDbObjectId id)
+{
+    int open = id.slot()->held;
+    for (KdDbTransaction* transaction : all) {
+        const auto known = transaction->held_.find(id);
+        if (known == transaction->held_.end())
+            continue;
+        known->second = std::min(known->second, open);
+        open -= known->second;
+    }
 }
 
 int KdDbTransaction::holds(KdDbObjectId id) const

@@ -32,6 +32,9 @@ public:
     KdDbTransaction* outer() const;
 
 private:
+    /// Openings that were closed by hand are held no more: the innermost transactions lose theirs.
+    static void forgetClosed(KdDbObjectId id);
+
     platform::Tallied tallied_;
     std::unordered_map<KdDbObjectId, int> held_;
     korra::ChangeLog log_;

@@ -2,6 +2,7 @@
 
 #include "form/numbers.h"
 #include "objects/contents.h"
+#include "objects/host_opened.h"
 
 #include "platform/gate.h"
 #include "platform/text.h"
@@ -93,29 +94,29 @@ Kdapi::ErrorStatus readBytes(const std::wstring& path, std::string& bytes)
 /// Gives a linetype that the drawing has the pattern of a definition.
 Kdapi::ErrorStatus redefine(KdDbObjectId id, const LinetypeDefinition& definition)
 {
-    KdDbObject* object = nullptr;
-    if (const auto status = ObjectAccess::open(object, id, KdDb::kForWrite))
-        return status;
+    const HostOpened<KdDbLinetypeTableRecord> record(id, KdDb::kForWrite);
+    if (!record)
+        return record.status();
+    ObjectAccess::noteChange(*record);
+    const Kdapi::ErrorStatus status =
+        record->setPattern(definition.comments.c_str(), definition.dashes);
     // The tags of the old pattern go with it: those of shapes and texts have no field.
-    ObjectAccess::noteChange(*object);
-    ObjectAccess::extras(*object).source.clear();
-    static_cast<KdDbLinetypeTableRecord*>(object)->setPattern(definition.comments.c_str(),
-                                                              definition.dashes);
-    return ObjectAccess::close(*object);
+    if (status == Kdapi::eOk)
+        ObjectAccess::extras(*record).source.clear();
+    return status;
 }
 
 Kdapi::ErrorStatus addLinetype(KdDbDatabase& database, const LinetypeDefinition& definition)
 {
-    KdDbObject* opened = nullptr;
-    const KdDbObjectId tableId = database.linetypeTableId();
-    if (const auto status = ObjectAccess::open(opened, tableId, KdDb::kForWrite))
-        return status;
+    const HostOpened<KdDbLinetypeTable> table(database.linetypeTableId(), KdDb::kForWrite);
+    if (!table)
+        return table.status();
     auto record = std::make_unique<KdDbLinetypeTableRecord>();
     ObjectAccess::name(*record) = definition.name;
     record->setPattern(definition.comments.c_str(), definition.dashes);
-    ObjectAccess::append(*opened, record.get(), Opening::forWrite);
-    ObjectAccess::close(*record.release());
-    return ObjectAccess::close(*opened);
+    ObjectAccess::append(*table, record.get(), Opening::closed);
+    record.release();
+    return Kdapi::eOk;
 }
 
 } // namespace

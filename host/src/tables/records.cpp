@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 KDRX_DEFINE_MEMBERS(KdDbLinetypeTableRecord, KdDbSymbolTableRecord)
 KDRX_DEFINE_MEMBERS(KdDbLayerTableRecord, KdDbSymbolTableRecord)
@@ -54,15 +55,18 @@ Kdapi::ErrorStatus KdDbLinetypeTableRecord::setPattern(const wchar_t* comments,
 {
     return platform::gate("KdDbLinetypeTableRecord::setPattern", objectId(), comments)
         .guard(Kdapi::eNotOpenForWrite, [&] {
+            std::wstring newComments = comments;
+            std::vector<Dash> newDashes;
+            double newLength = 0.0;
+            for (const double length : dashes) {
+                newDashes.push_back({length});
+                newLength += std::abs(length);
+            }
             if (const auto status = beginChange())
                 return status;
-            comments_ = comments;
-            patternLength_ = 0.0;
-            dashes_.clear();
-            for (const double length : dashes) {
-                dashes_.push_back({length});
-                patternLength_ += std::abs(length);
-            }
+            comments_ = std::move(newComments);
+            dashes_ = std::move(newDashes);
+            patternLength_ = newLength;
             return Kdapi::eOk;
         });
 }

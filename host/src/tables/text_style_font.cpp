@@ -1,6 +1,7 @@
 #include "kd/db/tables.h"
 
 #include "kd/gi.h"
+#include "objects/host_opened.h"
 #include "objects/object_access.h"
 #include "records/extended_data.h"
 
@@ -124,27 +125,25 @@ Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFont(const wchar_t* typeface, bo
 Kdapi::ErrorStatus fromKdDbTextStyle(KdGiTextStyle& style, KdDbObjectId record)
 {
     return platform::gate("fromKdDbTextStyle", record).guard(Kdapi::eWasOpenForWrite, [&] {
-        KdDbObject* opened = nullptr;
-        if (const auto status = ObjectAccess::open(opened, record, KdDb::kForRead))
-            return status;
-        const auto* source = KdDbTextStyleTableRecord::cast(opened);
-        if (source) {
-            std::wstring typeface;
-            bool bold = false;
-            bool italic = false;
-            int ignored = 0;
-            source->font(typeface, bold, italic, ignored, ignored, ignored);
-            style.setFont(typeface.c_str(), bold, italic);
-            style.setFileName(source->fileName().c_str());
-            style.setBigFontFileName(source->bigFontFileName().c_str());
-            style.setTextSize(source->textSize());
-            style.setXScale(source->xScale());
-            style.setObliquingAngle(source->obliquingAngle());
-            style.setVertical(source->isVertical());
-            style.setBackward(source->isBackward());
-            style.setUpsideDown(source->isUpsideDown());
-        }
-        ObjectAccess::close(*opened);
-        return source ? Kdapi::eOk : Kdapi::eNotThatKindOfClass;
+        const korra::HostOpened<KdDbTextStyleTableRecord> source(record, KdDb::kForRead);
+        if (!source)
+            return source.status();
+        std::wstring typeface;
+        bool bold = false;
+        bool italic = false;
+        int ignored = 0;
+        source->font(typeface, bold, italic, ignored, ignored, ignored);
+        KdGiTextStyle read = style;
+        read.setFont(typeface.c_str(), bold, italic);
+        read.setFileName(source->fileName().c_str());
+        read.setBigFontFileName(source->bigFontFileName().c_str());
+        read.setTextSize(source->textSize());
+        read.setXScale(source->xScale());
+        read.setObliquingAngle(source->obliquingAngle());
+        read.setVertical(source->isVertical());
+        read.setBackward(source->isBackward());
+        read.setUpsideDown(source->isUpsideDown());
+        style = std::move(read);
+        return Kdapi::eOk;
     });
 }

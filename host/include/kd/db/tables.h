@@ -1,11 +1,12 @@
 #pragma once
 
 #include "kd/db/entity.h"
+#include "kd/own/dimension_value.h"
 #include "kd/own/own.h"
+#include "kd/own/sound_variant.h"
 
 #include <array>
 #include <string>
-#include <variant>
 #include <vector>
 
 class KdDbSymbolTableRecord;
@@ -237,9 +238,6 @@ private:
 
     friend class korra::ObjectAccess;
 };
-
-/// The value of a dimension variable: integer or flag, real, text or reference.
-using KdDbDimensionValue = std::variant<int, double, std::wstring, KdDbObjectId>;
 
 /// A dimension style: a value for every dimension variable.
 ///

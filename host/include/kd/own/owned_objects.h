@@ -3,7 +3,6 @@
 #include "kd/db/ids.h"
 
 #include <cstddef>
-#include <ranges>
 #include <vector>
 
 class KdDbObject;
@@ -54,12 +53,35 @@ class Owned : public OwnedObjects {
 public:
     T* operator[](std::size_t place) const { return static_cast<T*>(objects()[place]); }
 
+    class Iterator {
+    public:
+        explicit Iterator(Objects::const_iterator place) : place_(place) {}
+
+        T* operator*() const { return static_cast<T*>(*place_); }
+
+        Iterator& operator++()
+        {
+            ++place_;
+            return *this;
+        }
+
+        bool operator==(const Iterator&) const = default;
+
+    private:
+        Objects::const_iterator place_;
+    };
+
+    struct Range {
+        Iterator first;
+        Iterator last;
+
+        Iterator begin() const { return first; }
+
+        Iterator end() const { return last; }
+    };
+
     /// The objects in their order, erased ones included.
-    auto each() const
-    {
-        return objects() |
-               std::views::transform([](KdDbObject* object) { return static_cast<T*>(object); });
-    }
+    Range each() const { return {Iterator(objects().begin()), Iterator(objects().end())}; }
 };
 
 } // namespace korra

@@ -1,0 +1,11 @@
+#pragma once
+
+// What the tests of the library's rooms lean on, and the names that they all use.
+
+#include "support/drawing.h"
+#include "support/host_test.h"
+#include "support/modules.h"
+#include "support/objects.h"
+
+using namespace tests;
+using namespace ::testing;

@@ -1,0 +1,362 @@
+/// Every export that reaches the host, with everything failing that can.
+
+#include "orvex/orvex.h"
+
+#include "support/drawing.h"
+#include "support/host_test.h"
+#include "support/named_records.h"
+#include "support/objects.h"
+#include "support/opened.h"
+#include "support/support_folder.h"
+#include "views/pick_scene.h"
+
+#include <memory>
+
+using namespace tests;
+using support::Opened;
+
+namespace {
+
+/// What a scene has for the calls, in the order in which it was made.
+using Ids = std::vector<KdDbObjectId>;
+
+// Scenes. Each begins with a fresh host and a new drawing.
+
+Ids nothing()
+{
+    return {};
+}
+
+Ids lines()
+{
+    Ids ids;
+    for (int i = 0; i < 3; ++i)
+        ids.push_back(addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0})));
+    return ids;
+}
+
+/// A record "House" of each kind, and a "Second" that is not current.
+Ids house()
+{
+    addNamedRecords(L"House", 1);
+    addNamedRecords(L"Second", 2);
+    return {QmLayerMgr::GetLayerId(L"House", drawing())};
+}
+
+/// House, and definitions: the linetype A in the metric file, B in the other, D damaged in both.
+Ids definitions()
+{
+    static const SupportFolder folder;
+    folder.write("korraiso.lin", "*A,metric\nA,10,-2\n*D,damaged\nA,ten\n");
+    folder.write("korra.lin", "*B,imperial\nA,3,-1\n*D,damaged\nA,ten\n");
+    folder.write("plain.shx", "");
+    folder.write("big.shx", "");
+    folder.use();
+    return house();
+}
+
+/// A dimension that overrides one variable.
+Ids dimension()
+{
+    auto* const made = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
+    made->setDimensionStyle(drawing()->dimstyle());
+    made->setDimlfac(3);
+    return {addEntity(made)};
+}
+
+Ids scene()
+{
+    const PickScene made = makePickScene();
+    return {made.line, made.polyline};
+}
+
+Ids sceneUnderSheet()
+{
+    makePickSceneUnderSheet();
+    return {};
+}
+
+/// A sheet with two windows.
+Ids sheet()
+{
+    const KdDbObjectId first = goToSheet();
+    return {first, addEntity(newWindow(3, {700, 100, 0}, 100, 100, 50))};
+}
+
+Ids movedSystem()
+{
+    moveUcs(5, 0);
+    return {};
+}
+
+Ids namedSystem()
+{
+    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
+    KdDbObjectId viewport;
+    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
+    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+    return {};
+}
+
+// Calls that take more than a line.
+
+QmLayerMgr::LAYERINFO layer(const wchar_t* name, const wchar_t* linetype)
+{
+    QmLayerMgr::LAYERINFO info;
+    info.name = name;
+    info.colorIndex = 3;
+    info.lineWeight = 25;
+    info.lineType = linetype;
+    info.measurement = KdDb::kMetric;
+    return info;
+}
+
+template <class Change>
+void changeLayer(Change change, const wchar_t* name, const wchar_t* linetype)
+{
+    QmLayerMgr::LAYERINFO info = layer(name, linetype);
+    change(info, drawing());
+}
+
+template <class Change>
+void changeTextStyle(Change change, const wchar_t* name, const wchar_t* face)
+{
+    change(name, 0.7, 30, *face ? 1 : 0, L"plain.shx", L"big.shx", face, drawing());
+}
+
+template <class Change>
+void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle)
+{
+    change(name, textStyle, 2.5, 2, 2, 0, 2, 1, 0, 1, drawing());
+}
+
+/// Adds a line; one that was refused is the caller's.
+template <class Add>
+void addLine(Add add)
+{
+    auto line = std::make_unique<KdDbLine>(KdGePoint3d(0, 0, 0), KdGePoint3d(10, 0, 0));
+    const Kdapi::ErrorStatus status = add(line.get());
+    if (line->objectId().isNull())
+        return;
+    KdDbLine* const added = line.release();
+    if (added->isReadEnabled() || status != Kdapi::eOk)
+        added->close();
+}
+
+/// Gives the entity to a call that wants it open for writing.
+template <class T, class Call>
+void withOpen(KdDbObjectId id, Call call)
+{
+    const Opened<T> object(id, KdDb::kForWrite);
+    if (object)
+        call(object.get());
+}
+
+void pickEach(const char* input)
+{
+    KdDbObjectId id, viewport, nested;
+    KdGePoint3d point;
+    KdGeMatrix3d transform;
+    korra::queueInput(input);
+    EntSelEx(L"", id, viewport, point, nested, transform);
+}
+
+void pickOrCursor(const char* input)
+{
+    KdDbObjectId id, viewport, nested;
+    KdGePoint3d point;
+    KdGeMatrix3d transform;
+    korra::queueInput(input);
+    EntSelExEx(L"", id, viewport, point, nested, transform);
+}
+
+void pickTop(const char* input)
+{
+    KdDbObjectId id, viewport;
+    KdGePoint3d point;
+    KdGeMatrix3d transform;
+    kds_name name;
+    kds_point place;
+    korra::queueInput(input);
+    EntSel_(L"", id, point);
+    korra::queueInput(input);
+    NEntSelP(L"", id, viewport, point, 0, transform);
+    korra::queueInput(input);
+    ads_entsel_Ex(L"", name, place);
+}
+
+void copyPicked(const char* input)
+{
+    KdDbEntity* entity = nullptr;
+    KdGePoint3d point;
+    KdDbObjectId id, outer;
+    KdGeMatrix3d transform;
+    korra::queueInput(input);
+    rx_entsel(nullptr, entity, point, id, outer, &transform);
+    delete entity;
+}
+
+void copyWithValue(const char* answer)
+{
+    KdDbEntity* entity = nullptr;
+    KdGePoint3d point;
+    double value = 0;
+    korra::queueInput("Value");
+    korra::queueInput(answer);
+    rx_entsel(nullptr, L"\nValue: ", L"Value", entity, point, value, nullptr);
+    delete entity;
+}
+
+void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
+{
+    KdDbEntity* edge = nullptr;
+    GetSubEntByPt(id, point, edge, nullptr);
+    delete edge;
+}
+
+void copySaver()
+{
+    const CQM_DimStyleServer saver(L"Second");
+    CQM_DimStyleServer copy(saver);
+    copy = saver;
+}
+
+struct Export {
+    const char* name;
+    Ids (*prepare)();
+    void (*call)(const Ids& ids);
+    Faults faults = Faults::all;
+
+    friend void PrintTo(const Export& each, std::ostream* out) { *out << each.name; }
+};
+
+// clang-format off
+const Export kExports[] = {
+    // objects
+    {"AddToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return addToDb(line, drawing()); }); }},
+    {"PostToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return postToDb(line, drawing()); }); }},
+    {"EraseObject", lines, [](const Ids& ids) { EraseObject(ids[0]); }},
+    {"EraseObjects", lines, [](const Ids& ids) { KdArray<KdDbObjectId> array; for (const KdDbObjectId id : ids) array.append(id); EraseObject(array); }},
+    {"CopyEntity", lines, [](const Ids& ids) { withOpen<KdDbEntity>(ids[0], [](KdDbEntity* line) { KdDbLine source; CopyEntity(&source, line); }); }},
+    {"CopyObject", lines, [](const Ids& ids) { withOpen<KdDbObject>(ids[0], [](KdDbObject* line) { KdDbLine source; CopyObject(&source, line); }); }},
+    {"EntUpdate", lines, [](const Ids& ids) { EntUpdate(ids[0]); }},
+    {"EntUpdateOpen", lines, [](const Ids& ids) { withOpen<KdDbEntity>(ids[0], [](KdDbEntity* line) { EntUpdate(line); }); }},
+    {"DrawOrderMoveToLast", lines, [](const Ids& ids) { DrawOrderMoveToLast(ids[1]); }},
+    {"IsValidId", lines, [](const Ids& ids) { IsValidId(ids[0]); }},
+    {"IsEntityInCurrentSpaceId", lines, [](const Ids& ids) { KdDbObjectId id = ids[0]; isEntityInCurrentSpaceId(id); }},
+
+    // layers
+    {"CreateLayer", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L""); }},
+    {"CreateLayerLoading", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"B"); }, Faults::ofCalls},
+    {"CreateLayerLacking", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"Zigzag"); }, Faults::ofCalls},
+    {"SetLayerInfo", definitions, [](const Ids&) { changeLayer(QmLayerMgr::SetLayerInfo, L"House", L"B"); }},
+    {"ModifyLayer", definitions, [](const Ids&) { changeLayer(QmLayerMgr::ModifyLayer, L"House", L"A"); }},
+    {"GetLayerInfo", house, [](const Ids&) { changeLayer(QmLayerMgr::GetLayerInfo, L"House", L""); }},
+    {"GetLayerColor", house, [](const Ids&) { unsigned short color; QmLayerMgr::GetLayerColor(color, L"House", drawing()); }},
+    {"GetLayerLType", house, [](const Ids&) { CString name; QmLayerMgr::GetLayerLType(name, L"House", drawing()); }},
+    {"GetLayerLWeight", house, [](const Ids& ids) { int weight; QmLayerMgr::GetLayerLWeight(weight, ids[0]); }},
+    {"GetLayerNameFromDrawing", house, [](const Ids&) { CStringArray names; QmLayerMgr::GetLayerNameFromDrawing(names, drawing()); }},
+    {"GetCurrentLayer", house, [](const Ids&) { QmLayerMgr::GetCurrentLayer(drawing()); }},
+    {"SetCurrentLayer", house, [](const Ids&) { QmLayerMgr::SetCurrentLayer(L"House", drawing()); }},
+    {"IsLayerOn", house, [](const Ids&) { QmLayerMgr::IsLayerOn(L"House", drawing()); }},
+    {"GetColorIndexFromLayer", house, [](const Ids&) { GetColorIndexFromLayer(L"House", drawing()); }},
+    {"GetLineWeightFromLayer", house, [](const Ids&) { GetLineWeightFromLayer(L"House", drawing()); }},
+    {"LayerIsLocked", house, [](const Ids& ids) { KdDbLine line; line.setLayer(ids[0]); LayerIsLocked(&line); }},
+
+    // linetypes
+    {"LoadLType", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"A", KdDb::kMetric, drawing(), 1); }, Faults::ofCalls},
+    {"LoadLTypeElsewhere", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"B", KdDb::kMetric, drawing(), 0); }, Faults::ofCalls},
+    {"LoadLTypeDamaged", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"D", KdDb::kEnglish, drawing(), 0); }, Faults::ofCalls},
+    {"GetLTypeId", nothing, [](const Ids&) { KdDbObjectId id; QmLTypeMgr::GetLTypeId(id, L"Continuous", drawing()); }},
+    {"GetLTypeFromDrawing", nothing, [](const Ids&) { CStringArray names; QmLTypeMgr::GetLTypeFromDrawing(names, drawing()); }},
+
+    // text styles
+    {"CreateTextStyle", definitions, [](const Ids&) { changeTextStyle(TxtStyleMgr::CreateTextStyle, L"Notes", L""); }},
+    {"CreateTextStyleWindowsFont", definitions, [](const Ids&) { changeTextStyle(TxtStyleMgr::CreateTextStyle, L"Notes", L"DejaVu Sans"); }},
+    {"ModifyTextStyle", definitions, [](const Ids&) { changeTextStyle(TxtStyleMgr::ModifyTextStyle, L"House", L""); }},
+    {"ModifyTextStyleWindowsFont", definitions, [](const Ids&) { changeTextStyle(TxtStyleMgr::ModifyTextStyle, L"House", L"plain.shx"); }},
+    {"GetTxtStyleNameFromDrawing", house, [](const Ids&) { CStringArray names; TxtStyleMgr::GetTxtStyleNameFromDrawing(names, drawing()); }},
+    {"GetCurrentTextStyle", house, [](const Ids&) { TxtStyleMgr::GetCurrentTextStyle(drawing()); }},
+    {"SetCurrentTextStyle", house, [](const Ids&) { TxtStyleMgr::SetCurrentTextStyle(L"House", drawing()); }},
+    {"GetTextStyle", house, [](const Ids&) { KdDbObjectId id; KdGiTextStyle style; rx_getTextStyleId(L"House", drawing(), id); rx_getTextStyle(style, id); }},
+
+    // dimension styles and overrides
+    {"CreateDimStyle", house, [](const Ids&) { changeDimStyle(DimStyleMgr::CreateDimStyle, L"Site", L"House"); }},
+    {"ModifyDimStyle", house, [](const Ids&) { changeDimStyle(DimStyleMgr::ModifyDimStyle, L"House", L"Standard"); }},
+    {"SetCurrentDimStyle", house, [](const Ids&) { DimStyleMgr::SetCurrentDimStyle(L"House", 1, nullptr); }},
+    {"GetCurrentDimStyle", house, [](const Ids&) { DimStyleMgr::GetCurrentDimStyle(drawing()); }},
+    {"GetDimStyleNameFromDrawing", house, [](const Ids&) { CStringArray names; DimStyleMgr::GetDimStyleNameFromDrawing(names, drawing()); }},
+    {"GetDimStyleTextColor", house, [](const Ids&) { unsigned short color; DimStyleMgr::GetDimStyleTextColor(L"House", color, drawing()); }},
+    {"GetDimStyleTextHeight", house, [](const Ids&) { double height; DimStyleMgr::GetDimStyleTextHeight(L"House", height, drawing()); }},
+    {"GetDimStyleDimScale", house, [](const Ids&) { DimStyleMgr::GetDimStyleDimScale(L"House", drawing()); }},
+    {"SetDimScale", house, [](const Ids&) { DimStyleMgr::SetDimScale(L"House", 2.5, drawing()); }},
+    {"GetTextStyleFromDim", house, [](const Ids&) { CString name; DimStyleMgr::GetTextStyleFromDim(name, L"House", drawing()); }},
+    {"GetCurrentDimclrd", house, [](const Ids&) { unsigned short color; DimStyleMgr::GetCurrentDimclrd(color, L"", drawing()); }},
+    {"OverrideDimVariable", dimension, [](const Ids& ids) { withOpen<KdDbDimension>(ids[0], [](KdDbDimension* each) { DimStyleMgr::OverrideDimVariable(each, L"dimscale", 7.25); }); }},
+    {"OverrideDimVariableAsStyle", dimension, [](const Ids& ids) { withOpen<KdDbDimension>(ids[0], [](KdDbDimension* each) { DimStyleMgr::OverrideDimVariable(each, L"dimlfac", 1.0); }); }},
+    {"DeleteDimVarsOverride", dimension, [](const Ids& ids) { withOpen<KdDbDimension>(ids[0], [](KdDbDimension* each) { DimStyleMgr::DeleteDimVarsOverride(each, 144); }); }},
+
+    // system variables, shell, colours
+    {"GetVar", nothing, [](const Ids&) { CString text; CSysVar::GetVar(L"CECOLOR", text); }},
+    {"SetVar", nothing, [](const Ids&) { CSysVar::SetVar(L"CECOLOR", CString(L"5")); }},
+    {"SetVarPoint", nothing, [](const Ids&) { CSysVar::SetVar(L"LASTPOINT", KdGePoint3d(1, 2, 3)); }},
+    {"VarType", nothing, [](const Ids&) { CSysVar::VarType(L"CECOLOR"); }},
+    {"SetSysIntValue", nothing, [](const Ids&) { QmSysVarMgr::SetSysIntValue(33, L"OSMODE"); }},
+    {"SetSysStringValue", nothing, [](const Ids&) { QmSysVarMgr::SetSysStringValue(L"6", L"CECOLOR"); }},
+    {"IsModuleLoaded", nothing, [](const Ids&) { isModuleLoaded(L"other.krx"); }},
+    {"SendCommand", nothing, [](const Ids&) { sendCommandToAutoCAD(L"REGEN "); }},
+    {"IsFileExist", nothing, [](const Ids&) { Orvex::IsFileExist(L"/proc/self/exe"); }},
+    {"StringFromID", nothing, [](const Ids&) { Orvex::StringFromID(101); }},
+    {"InvokeColorDlg", nothing, [](const Ids&) { int chosen; korra::queueInput("30"); Orvex::InvokeColorDlg(7, chosen); }},
+    {"GetCurrentBkColor", nothing, [](const Ids&) { Orvex::GetCurrentBkColor(drawing()); }},
+
+    // coordinates and viewports
+    {"UCS2WCS", movedSystem, [](const Ids&) { KdGePoint3d point; UCS2WCS(point, point); }},
+    {"UcToEc", movedSystem, [](const Ids&) { double point[3] = {}, normal[3] = {0, 0, -1}; rx_uc2ec(point, point, normal, false); }},
+    {"UcsMat", movedSystem, [](const Ids&) { KdGeMatrix3d matrix; rx_ucsmat(matrix); }},
+    {"Ms2Ps", sheet, [](const Ids& ids) { KdDbObjectId id = ids[0]; KdGeMatrix3d matrix; ms2ps(id, matrix); }},
+    {"Ps2MsCurrent", sheet, [](const Ids&) { KdGeMatrix3d matrix; ps2ms(matrix); }},
+    {"GetViewPortIdIdByPoint", sheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
+
+    // picking
+    {"PickOfNested", scene, [](const Ids&) { pickEach("\\ctrl 109,0"); }},
+    {"PickOfOldPolyline", scene, [](const Ids&) { pickEach("4,80"); }},
+    {"PickThroughWindow", sceneUnderSheet, [](const Ids&) { pickEach("318,100"); }},
+    {"PickMissed", scene, [](const Ids&) { pickEach("\\miss"); }},
+    {"PickOrCursor", scene, [](const Ids&) { pickOrCursor("109,0"); }, Faults::single},
+    {"PickMissedOrCursor", scene, [](const Ids&) { pickOrCursor("\\miss"); }, Faults::single},
+    {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
+    {"CopyOfNested", scene, [](const Ids&) { copyPicked("109,0"); }},
+    {"CopyOfSegment", scene, [](const Ids&) { copyPicked("15,55"); }},
+    {"CopyThroughWindow", sceneUnderSheet, [](const Ids&) { copyPicked("318,100"); }},
+    {"CopyWithValue", scene, [](const Ids&) { copyWithValue("2.5"); }},
+    {"GetSubEntByPt", scene, [](const Ids& ids) { edgeAt(ids[0], {4, 50, 0}); }},
+    {"GetSubEntByPtNested", scene, [](const Ids& ids) { edgeAt(ids[0], {109, 0, 0}); }},
+
+    // savers
+    {"CmdechoServer", nothing, [](const Ids&) { const CQM_CmdechoServer saver(0); }},
+    {"CmdEcho", nothing, [](const Ids&) { const CCmdEcho saver; }},
+    {"OsnapServer", nothing, [](const Ids&) { const CQM_OsnapServer saver(1); }},
+    {"OrthomodeServer", nothing, [](const Ids&) { const CQM_OrthomodeServer saver(true); }},
+    {"LayerServer", house, [](const Ids&) { const CQM_LayerServer saver(L"Second"); }},
+    {"TextStyleServer", house, [](const Ids&) { const CQM_TextStyleServer saver(L"Second"); }},
+    {"DimStyleServer", house, [](const Ids&) { copySaver(); }},
+    {"DocLockServer", nothing, [](const Ids&) { const CQM_DocLockServer saver; }},
+    {"UcsServer", movedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},
+    {"UcsServerNamed", namedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},
+};
+
+// clang-format on
+
+class ExportTest : public HostTest, public ::testing::WithParamInterface<Export> {};
+
+TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
+{
+    const Export& swept = GetParam();
+    sweepFaults<Ids>(swept.prepare, swept.call, nullptr, swept.faults);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExportTest, ::testing::ValuesIn(kExports),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+} // namespace
