@@ -54,7 +54,8 @@ public:
     std::vector<Text> texts;
 
 private:
-    std::vector<korra::Traits> traits_ = {{}}; ///< of the entities that are being drawn
+    std::vector<korra::Traits> traits_ =
+        std::vector<korra::Traits>(1); ///< of the entities that are being drawn
 };
 
 /// What an entity draws.
