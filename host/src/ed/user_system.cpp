@@ -72,7 +72,7 @@ bool saveUserSystem(KdDbDatabase& database, const std::wstring& name)
     const KdDbObjectId table = database.UCSTableId();
     const KdDbObjectId id =
         ObjectAccess::append(*ObjectAccess::live<KdDbUCSTable>(table), record.get());
-    record.release();
+    static_cast<void>(record.release());
     setUserSystem(database, userToWorld(database), id);
     return true;
 }

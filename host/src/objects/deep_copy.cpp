@@ -237,7 +237,7 @@ void DeepCopy::needApplication(const std::wstring& name)
     auto record = std::make_unique<KdDbRegAppTableRecord>();
     ObjectAccess::name(*record) = name;
     place(*record, *ObjectAccess::object(contents.table(TableKind::regApp)));
-    record.release();
+    static_cast<void>(record.release());
 }
 
 KdDbObjectId DeepCopy::standIn(KdDbObjectId source) const

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-using korra::ObjectAccess;
-
 namespace {
 
 platform::Tally transactions("transaction");

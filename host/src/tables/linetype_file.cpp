@@ -115,7 +115,7 @@ Kdapi::ErrorStatus addLinetype(KdDbDatabase& database, const LinetypeDefinition&
     ObjectAccess::name(*record) = definition.name;
     record->setPattern(definition.comments.c_str(), definition.dashes);
     ObjectAccess::append(*table, record.get(), Opening::closed);
-    record.release();
+    static_cast<void>(record.release());
     return Kdapi::eOk;
 }
 
