@@ -7,6 +7,11 @@
 /// How a text is drawn: the font with its shape, apart from any drawing.
 class KdGiTextStyle {
 public:
+    KdGiTextStyle() = default;
+    KdGiTextStyle(const KdGiTextStyle&) = default;
+    KdGiTextStyle(KdGiTextStyle&&) noexcept = default;
+    KdGiTextStyle& operator=(const KdGiTextStyle&) = default;
+    KdGiTextStyle& operator=(KdGiTextStyle&&) noexcept = default;
     virtual ~KdGiTextStyle() = default;
 
     /// The font file and the one of the second, large font; empty when the style has none.
