@@ -82,8 +82,10 @@ Kdapi::ErrorStatus KdDbObject::copyFrom(const KdRxObject* source)
                 return status;
             if (source != this)
                 takeContents(*this, object);
-            if (database())
+            if (database()) {
                 translateNames(*this, *database());
+                registerApplications(*this, *database());
+            }
             return Kdapi::eOk;
         });
 }

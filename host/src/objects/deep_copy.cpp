@@ -2,6 +2,7 @@
 
 #include "objects/contents.h"
 #include "objects/kinds.h"
+#include "objects/references.h"
 #include "objects/snapshot.h"
 
 #include "platform/text.h"
@@ -13,9 +14,6 @@
 
 namespace korra {
 namespace {
-
-constexpr short kXDataApplication = 1001;
-constexpr short kXDataHandle = 1005;
 
 std::wstring handleText(KdDbHandle handle)
 {
@@ -36,9 +34,6 @@ public:
 
     /// The record of a table that stands for a foreign one; it is copied where there is none.
     void needRecord(KdDbObjectId source, TableKind table);
-
-    /// Registers an application in the target.
-    void needApplication(const std::wstring& name);
 
     /// What stands for an object in the target; null for nothing.
     KdDbObjectId standIn(KdDbObjectId source) const;
@@ -72,14 +67,6 @@ public:
         if (const auto kind = table ? tableKindOf(*table) : std::nullopt;
             kind && meaning == Reference::hard)
             run_.needRecord(value, *kind);
-    }
-
-    void extendedData(std::vector<TypedValue>& values) override
-    {
-        for (const TypedValue& value : values) {
-            if (value.code == kXDataApplication)
-                run_.needApplication(std::get<std::wstring>(value.value));
-        }
     }
 
 private:
@@ -227,17 +214,6 @@ std::wstring DeepCopy::nameFor(const KdDbSymbolTableRecord& record, TableKind ta
         if (target_.contents().record(table, name).isNull())
             return name;
     }
-}
-
-void DeepCopy::needApplication(const std::wstring& name)
-{
-    const DatabaseContents& contents = target_.contents();
-    if (!contents.record(TableKind::regApp, name).isNull())
-        return;
-    auto record = std::make_unique<KdDbRegAppTableRecord>();
-    ObjectAccess::name(*record) = name;
-    place(*record, *ObjectAccess::object(contents.table(TableKind::regApp)));
-    static_cast<void>(record.release());
 }
 
 KdDbObjectId DeepCopy::standIn(KdDbObjectId source) const

@@ -151,6 +151,7 @@ KdDbObjectId ObjectAccess::own(KdDbObject& owner, KdDbObject* object, Opening op
 {
     if (isCopy(*object))
         translateNames(*object, *owner.database());
+    registerApplications(*object, *owner.database());
     const KdDbObjectId id = adopt(*owner.database(), object);
     setOwner(*object, owner.objectId());
     ObjectSlot& slot = *id.slot();

@@ -6,6 +6,9 @@
 #include "objects/trace_forms.h"
 #include "platform/gate.h"
 
+#include <memory>
+#include <utility>
+
 namespace korra {
 namespace {
 
@@ -110,6 +113,34 @@ private:
     bool found_ = false;
 };
 
+class ApplicationRegistration final : public PassingVisitor {
+public:
+    explicit ApplicationRegistration(KdDbDatabase& database) : database_(database) {}
+
+    void extendedData(std::vector<TypedValue>& values) override
+    {
+        for (const TypedValue& value : values) {
+            if (value.code == kXDataApplication)
+                registerApplication(database_, std::get<std::wstring>(value.value));
+        }
+    }
+
+    void owned(OwnedObjects& parts) override
+    {
+        for (const KdDbObject* part : parts.objects())
+            registerApplications(*part, database_);
+    }
+
+private:
+    KdDbDatabase& database_;
+};
+
+/// Shows an object to a visitor that only looks: visitors share one form for reading and writing.
+void show(const KdDbObject& object, ObjectVisitor& visitor)
+{
+    const_cast<KdDbObject&>(object).describe(visitor);
+}
+
 } // namespace
 
 Kdapi::ErrorStatus checkReference(KdDbObjectId id, const KdDbDatabase& database,
@@ -127,8 +158,7 @@ Kdapi::ErrorStatus checkReferences(const KdDbObject& object, const KdDbDatabase&
                                    ForeignNames names)
 {
     ReferenceCheck check(database, names);
-    // Visitors share one form for reading and writing; this one leaves the object as it is.
-    const_cast<KdDbObject&>(object).describe(check);
+    show(object, check);
     return check.status();
 }
 
@@ -136,6 +166,28 @@ void translateNames(KdDbObject& object, const KdDbDatabase& database)
 {
     NameTranslation translation(database);
     object.describe(translation);
+}
+
+void registerApplication(KdDbDatabase& database, std::wstring_view application)
+{
+    const DatabaseContents& contents = database.contents();
+    const KdDbObjectId present = contents.record(TableKind::regApp, application);
+    if (auto* const record = ObjectAccess::live<KdDbRegAppTableRecord>(present)) {
+        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
+        if (!extras || extras->source.empty())
+            ObjectAccess::willChange(*record);
+        return;
+    }
+    auto record = std::make_unique<KdDbRegAppTableRecord>();
+    ObjectAccess::name(*record) = application;
+    ObjectAccess::append(*ObjectAccess::object(contents.table(TableKind::regApp)), record.get());
+    ObjectAccess::willChange(*record.release());
+}
+
+void registerApplications(const KdDbObject& object, KdDbDatabase& database)
+{
+    ApplicationRegistration registration(database);
+    show(object, registration);
 }
 
 void willRename(const KdDbSymbolTableRecord& record)

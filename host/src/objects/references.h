@@ -1,10 +1,14 @@
 #pragma once
 
-#include "kd/db/object.h"
+#include "objects/object_access.h"
 
-class KdDbSymbolTableRecord;
+#include <string_view>
 
 namespace korra {
+
+/// Codes of extended data that name something: an application, an object by its handle.
+inline constexpr short kXDataApplication = 1001;
+inline constexpr short kXDataHandle = 1005;
 
 /// Whether one reference can be: null, or of the database and of the class.
 /// @param kind  null: any class
@@ -28,6 +32,13 @@ Kdapi::ErrorStatus checkReferences(const KdDbObject& object, const KdDbDatabase&
 /// one: the records of the same names, else the standard ones. What they refer to without needing
 /// it is lost.
 void translateNames(KdDbObject& object, const KdDbDatabase& database);
+
+/// Gives a drawing the record of an application, without which no object may hold data of it. One
+/// that the host made to complete the drawing is from now on a part of it, which is saved.
+void registerApplication(KdDbDatabase& database, std::wstring_view application);
+
+/// Registers the applications that have hung data on an object or its parts.
+void registerApplications(const KdDbObject& object, KdDbDatabase& database);
 
 /// Has all that names a record in files written anew, for the record gets another name.
 void willRename(const KdDbSymbolTableRecord& record);

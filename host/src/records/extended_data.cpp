@@ -109,22 +109,6 @@ void replaceApplicationData(std::vector<TypedValue>& data, const std::vector<Typ
         data.insert(place, section.begin(), section.end());
 }
 
-void registerApplication(KdDbDatabase& database, std::wstring_view application)
-{
-    const DatabaseContents& contents = database.contents();
-    const KdDbObjectId present = contents.record(TableKind::regApp, application);
-    if (auto* const record = ObjectAccess::live<KdDbRegAppTableRecord>(present)) {
-        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
-        if (!extras || extras->source.empty())
-            ObjectAccess::willChange(*record);
-        return;
-    }
-    auto record = std::make_unique<KdDbRegAppTableRecord>();
-    ObjectAccess::name(*record) = application;
-    ObjectAccess::append(*ObjectAccess::object(contents.table(TableKind::regApp)), record.get());
-    ObjectAccess::willChange(*record.release());
-}
-
 } // namespace korra
 
 resbuf* KdDbObject::xData(const wchar_t* applicationName) const
