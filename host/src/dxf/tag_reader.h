@@ -3,7 +3,7 @@
 #include "dxf/references.h"
 #include "dxf/tag_cursor.h"
 #include "dxf/tag_values.h"
-#include "objects/object_visitor.h"
+#include "dxf/tag_visitor.h"
 
 #include <span>
 #include <string>
@@ -15,7 +15,7 @@ namespace korra {
 enum class Extensions { read, ignored };
 
 /// Gives objects the fields, the extended data and the extension dictionary that their tags hold.
-class TagReader final : public ObjectVisitor {
+class TagReader final : public TagVisitor {
 public:
     TagReader(References& references, const TextEncoding& encoding)
         : references_(references), encoding_(encoding)
@@ -49,17 +49,6 @@ public:
 
     void extendedData(std::vector<TypedValue>& values) override;
     void extensionDictionary(KdDbObjectId& value) override;
-
-    // The place in the file tells who owns what.
-    void owner(KdDbObjectId&) override {}
-
-    void owned(OwnedObjects&) override {}
-
-    void source(std::string&) override {}
-
-    void unsaved(bool&) override {}
-
-    void unsaved(KdGeMatrix3d&) override {}
 
     void derived(int, long long) override {}
 

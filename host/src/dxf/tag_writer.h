@@ -2,9 +2,9 @@
 
 #include "dxf/tag_cursor.h"
 #include "dxf/tag_values.h"
+#include "dxf/tag_visitor.h"
 #include "objects/contents.h"
 #include "objects/kinds.h"
-#include "objects/object_visitor.h"
 
 #include <map>
 #include <optional>
@@ -19,7 +19,7 @@ namespace korra {
 /// A tag whose value is equal keeps its text byte for byte; one that differs gets new text; a field
 /// that has no tag is inserted behind the field named before it; tags that no field knows stay
 /// where they are.
-class TagWriter final : public ObjectVisitor {
+class TagWriter final : public TagVisitor {
 public:
     explicit TagWriter(const DatabaseContents& contents);
 
@@ -54,17 +54,6 @@ public:
     void behindMarker(int count) override;
     void extendedData(std::vector<TypedValue>& values) override;
     void extensionDictionary(KdDbObjectId& value) override;
-
-    // The place in the file tells who owns what.
-    void owner(KdDbObjectId&) override {}
-
-    void owned(OwnedObjects&) override {}
-
-    void source(std::string&) override {}
-
-    void unsaved(bool&) override {}
-
-    void unsaved(KdGeMatrix3d&) override {}
 
 protected:
     void wholeNumber(int code, long long& value) override;
