@@ -21,11 +21,12 @@ void fillModelSpace(int entities)
                    KdDb::kForWrite);
     for (int i = 0; i < entities; ++i) {
         const KdGePoint3d start(coordinate(random), coordinate(random), 0.0);
-        auto* line = new KdDbLine(start, {start.x + step(random), start.y + step(random), 0.0});
+        auto* const line =
+            new KdDbLine(start, {start.x + step(random), start.y + step(random), 0.0});
         space->appendKdDbEntity(line);
         line->close();
     }
-    auto* target = new KdDbLine({-10.0, -10.0, 0.0}, {-5.0, -10.0, 0.0});
+    auto* const target = new KdDbLine({-10.0, -10.0, 0.0}, {-5.0, -10.0, 0.0});
     space->appendKdDbEntity(target);
     target->close();
     space->close();

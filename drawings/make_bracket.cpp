@@ -37,7 +37,7 @@ KdDbObjectId addRecord(const wchar_t* name, Record* record)
 
 KdDbObjectId addLayer(const wchar_t* name, std::uint16_t colorIndex)
 {
-    auto* layer = new KdDbLayerTableRecord;
+    auto* const layer = new KdDbLayerTableRecord;
     KdCmColor color;
     color.setColorIndex(colorIndex);
     layer->setColor(color);
@@ -55,7 +55,7 @@ struct Layers {
 
 KdDbObjectId addDimensionStyle()
 {
-    auto* style = new KdDbDimStyleTableRecord;
+    auto* const style = new KdDbDimStyleTableRecord;
     style->setDimscale(1.4);
     style->setDimdec(1);
     style->setDimtad(1);
@@ -110,7 +110,7 @@ private:
 
 KdDbPolyline* polyline(std::initializer_list<Vertex> vertices)
 {
-    auto* result = new KdDbPolyline;
+    auto* const result = new KdDbPolyline;
     for (const Vertex& vertex : vertices)
         result->addVertexAt(result->numVerts(), {vertex.x, vertex.y}, vertex.bulge);
     result->setClosed(true);
@@ -140,7 +140,7 @@ KdDbObjectId drawBoltHole(const Layers& layers, KdDbObjectId centreMark)
 {
     const Block hole(L"BOLT-HOLE");
     hole.add(circle(0, 0, 5), layers.outline);
-    auto* mark = new KdDbBlockReference({0, 0, 0}, centreMark);
+    auto* const mark = new KdDbBlockReference({0, 0, 0}, centreMark);
     mark->setScaleFactors(KdGeScale3d(7));
     hole.add(mark, layers.centre);
     return hole.id();
@@ -193,10 +193,10 @@ void drawFrontView(const Block& model, const Layers& layers, KdDbObjectId style,
 
 void drawSideView(const Block& model, const Layers& layers, KdDbObjectId style)
 {
-    auto* web = model.open(new KdDb2dPolyline, layers.outline);
+    auto* const web = model.open(new KdDb2dPolyline, layers.outline);
     for (const KdGePoint3d& point : {KdGePoint3d(220, 0, 0), KdGePoint3d(260, 0, 0),
                                      KdGePoint3d(250, 100, 0), KdGePoint3d(220, 100, 0)}) {
-        auto* vertex = new KdDbVertex(point, 0);
+        auto* const vertex = new KdDbVertex(point, 0);
         web->appendVertex(vertex);
         vertex->close();
     }
@@ -207,10 +207,10 @@ void drawSideView(const Block& model, const Layers& layers, KdDbObjectId style)
                     style, layers.dimension);
     model.dimension(new KdDbRotatedDimension(0, {220, 100, 0}, {250, 100, 0}, {220, 115, 0}), style,
                     layers.dimension);
-    auto* rib = model.open(new KdDb3dPolyline, layers.outline);
+    auto* const rib = model.open(new KdDb3dPolyline, layers.outline);
     for (const KdGePoint3d& point : {KdGePoint3d(225, 20, 0), KdGePoint3d(225, 20, 40),
                                      KdGePoint3d(225, 80, 40), KdGePoint3d(225, 80, 0)}) {
-        auto* vertex = new KdDbVertex(point, 0);
+        auto* const vertex = new KdDbVertex(point, 0);
         rib->appendVertex(vertex);
         vertex->close();
     }
@@ -225,16 +225,16 @@ void drawModel(const Layers& layers, KdDbObjectId style)
     drawFrontView(model, layers, style, boltHole);
     drawSideView(model, layers, style);
 
-    auto* port = new KdDbBlockReference({40, 150, 0}, greasePort);
+    auto* const port = new KdDbBlockReference({40, 150, 0}, greasePort);
     port->setScaleFactors(KdGeScale3d(2));
     model.add(port, layers.outline);
-    auto* turned = new KdDbBlockReference({180, 150, 0}, greasePort);
+    auto* const turned = new KdDbBlockReference({180, 150, 0}, greasePort);
     turned->setRotation(kPi / 6);
     model.add(turned, layers.outline);
 
     model.add(new KdDbArc({80, 50, 0}, 38, kPi / 6, kPi * 5 / 6), layers.centre);
     model.add(new KdDbPoint({80, 50, 0}), layers.centre);
-    auto* note = new KdDbMText;
+    auto* const note = new KdDbMText;
     note->setLocation({0, -50, 0});
     note->setTextHeight(5);
     note->setWidth(150);
@@ -272,10 +272,10 @@ KdDbObjectId drawTitleBlock(const Layers& layers)
 void insertTitleBlock(const Block& sheet, const Layers& layers, KdDbObjectId titleBlock)
 {
     const KdGePoint3d corner(290, 10, 0);
-    auto* reference = sheet.open(new KdDbBlockReference(corner, titleBlock), layers.text);
+    auto* const reference = sheet.open(new KdDbBlockReference(corner, titleBlock), layers.text);
     for (const TitleField& field : kTitleFields) {
-        auto* attribute = new KdDbAttribute({corner.x + field.x, corner.y + field.y, 0},
-                                            field.value, field.tag, field.height);
+        auto* const attribute = new KdDbAttribute({corner.x + field.x, corner.y + field.y, 0},
+                                                  field.value, field.tag, field.height);
         KdDbObjectId ignored;
         attribute->setDatabaseDefaults(&drawing());
         attribute->setLayer(layers.text);
@@ -297,7 +297,7 @@ struct Window {
 
 void addWindow(const Block& sheet, const Layers& layers, const Window& window)
 {
-    auto* viewport = new KdDbViewport;
+    auto* const viewport = new KdDbViewport;
     viewport->setCenterPoint(window.center);
     viewport->setWidth(window.width);
     viewport->setHeight(window.height);

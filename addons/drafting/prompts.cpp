@@ -6,10 +6,13 @@
 
 namespace {
 
-int askString(const wchar_t* prompt, std::wstring& text, bool withBlanks)
+/// What a blank does in a text that is asked for.
+enum class Blank { endsText, isKept };
+
+int askString(const wchar_t* prompt, std::wstring& text, Blank blank)
 {
     wchar_t typed[256] = L"";
-    const int status = kdedGetString(withBlanks, prompt, typed, std::size(typed));
+    const int status = kdedGetString(blank == Blank::isKept, prompt, typed, std::size(typed));
     text = typed;
     return status;
 }
@@ -23,17 +26,17 @@ int noneForEmpty(int status, const std::wstring& text)
 
 int askText(const wchar_t* prompt, std::wstring& text)
 {
-    return askString(prompt, text, true);
+    return askString(prompt, text, Blank::isKept);
 }
 
 int askName(const wchar_t* prompt, std::wstring& name)
 {
-    return noneForEmpty(askString(prompt, name, true), name);
+    return noneForEmpty(askString(prompt, name, Blank::isKept), name);
 }
 
 int askWord(const wchar_t* prompt, std::wstring& word)
 {
-    return noneForEmpty(askString(prompt, word, false), word);
+    return noneForEmpty(askString(prompt, word, Blank::endsText), word);
 }
 
 int askNumber(const wchar_t* prompt, double& number)

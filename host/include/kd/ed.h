@@ -108,7 +108,7 @@ int kdedNEntSelPEx(const wchar_t* prompt, kds_name picked, kds_point point, int 
                    kds_matrix transform, resbuf** containers, unsigned int spaceFlag,
                    std::int64_t* marker);
 
-/// The same without space flag and marker: the current space.
+/// Picks a nested entity in the current space, as kdedNEntSelPEx() does, without its marker.
 int kdedNEntSelP(const wchar_t* prompt, kds_name picked, kds_point point, int pickFlag,
                  kds_matrix transform, resbuf** containers);
 
@@ -145,7 +145,7 @@ bool kdedGetCurrentColors(KdColorSettings* settings);
 /// The host's main window.
 HWND kdsw_kdapiMainWnd();
 
-/// The same as the window framework has it: the main frame; null when no host runs.
+/// The main window as the window framework has it; null when no host runs.
 CWnd* kdedGetKdapiFrame();
 
 void qmSetMainFrameCaptionTitle(const wchar_t* caption);

@@ -31,7 +31,7 @@ bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
         pending.pop_back();
         if (next == wanted)
             return true;
-        const auto* record = ObjectAccess::live<KdDbBlockTableRecord>(next);
+        const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(next);
         if (!record || !visited.insert(next).second)
             continue;
         for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
@@ -45,7 +45,7 @@ bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
 
 bool wouldContainItself(const KdDbBlockTableRecord& block, const KdDbEntity& entity)
 {
-    const auto* reference = KdDbBlockReference::cast(&entity);
+    const auto* const reference = KdDbBlockReference::cast(&entity);
     return reference && leadsTo(reference->blockTableRecord(), block.objectId());
 }
 

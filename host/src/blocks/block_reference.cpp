@@ -64,7 +64,7 @@ KdGeMatrix3d KdDbBlockReference::insertion() const
 
 KdGeMatrix3d KdDbBlockReference::definitionToCell() const
 {
-    const auto* record = ObjectAccess::live<KdDbBlockTableRecord>(block_);
+    const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block_);
     const KdGePoint3d base = record ? record->origin() : KdGePoint3d::kOrigin;
     return KdGeMatrix3d::scaling(scale_) * KdGeMatrix3d::translation(-base.asVector());
 }
@@ -97,7 +97,8 @@ KdDbObjectIterator* KdDbBlockReference::attributeIterator() const
 Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
 {
     // The texts of attributes cannot be stretched one way.
-    return transform(matrix, !attributes_.isEmpty(), [&] {
+    const Takes taken = attributes_.isEmpty() ? Takes::affineMaps : Takes::similarities;
+    return transform(matrix, taken, [&] {
         KdGePoint3d origin;
         KdGeVector3d x;
         KdGeVector3d y;

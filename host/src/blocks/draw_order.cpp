@@ -50,7 +50,7 @@ namespace korra {
 
 KdDbObjectId sortentsTableOf(const KdDbBlockTableRecord& block)
 {
-    auto* dictionary = ObjectAccess::live<KdDbDictionary>(block.extensionDictionary());
+    auto* const dictionary = ObjectAccess::live<KdDbDictionary>(block.extensionDictionary());
     if (!dictionary)
         return {};
     for (const auto& entry : ObjectAccess::entries(*dictionary)) {
@@ -70,7 +70,7 @@ KdDbObjectId makeSortentsTable(KdDbBlockTableRecord& block)
 
 std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block)
 {
-    const auto* table = ObjectAccess::live<KdDbSortentsTable>(sortentsTableOf(block));
+    const auto* const table = ObjectAccess::live<KdDbSortentsTable>(sortentsTableOf(block));
     return table ? table->fullDrawOrder() : liveEntities(block);
 }
 

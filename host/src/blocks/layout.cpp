@@ -49,7 +49,7 @@ Kdapi::ErrorStatus KdDbLayout::setLayoutName(const wchar_t* name)
 KdArray<KdDbObjectId> KdDbLayout::getViewportArray() const
 {
     KdArray<KdDbObjectId> viewports;
-    const auto* sheet = ObjectAccess::live<KdDbBlockTableRecord>(block_);
+    const auto* const sheet = ObjectAccess::live<KdDbBlockTableRecord>(block_);
     return platform::gate("KdDbLayout::getViewportArray", objectId())
         .guard(KdArray<KdDbObjectId>(), [&] {
             if (!sheet || tabOrder_ == 0)

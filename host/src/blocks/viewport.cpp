@@ -81,7 +81,7 @@ Kdapi::ErrorStatus KdDbViewport::setNumber(short number)
 
 Kdapi::ErrorStatus KdDbViewport::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         const double scale = matrix.scale();
         center_.transformBy(matrix);
         width_ *= scale;

@@ -20,11 +20,11 @@ constexpr int kTextMovedFlag = 128;
 KdDbObjectId makeBlock(KdDbDatabase& database)
 {
     const korra::DatabaseContents& contents = database.contents();
-    auto* table = KdDbBlockTable::cast(ObjectAccess::object(database.blockTableId()));
+    auto* const table = KdDbBlockTable::cast(ObjectAccess::object(database.blockTableId()));
     std::size_t number = ObjectAccess::records(*table).size();
     while (!contents.record(korra::TableKind::block, L"*D" + std::to_wstring(number)).isNull())
         ++number;
-    auto* record = new KdDbBlockTableRecord;
+    auto* const record = new KdDbBlockTableRecord;
     ObjectAccess::name(*record) = L"*D" + std::to_wstring(number);
     const KdDbObjectId id = ObjectAccess::append(*table, record);
     ObjectAccess::willChange(*record);
@@ -139,7 +139,7 @@ std::optional<KdGePoint2d> KdDbDimension::movedText() const
 
 Kdapi::ErrorStatus KdDbDimension::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         if (isA() == KdDbDimension::desc())
             return Kdapi::eNotApplicable;
         const korra::PlaneImage image = place_.transformBy(matrix);

@@ -48,6 +48,7 @@ private:
     void placeBesideExtension();
     double wayOfText() const;
     double textAngle(double way, bool isHorizontal) const;
+    double angleAlong(double way) const;
     KdGeVector2d sideOfText(double way) const;
 
     /// How far the box of the text reaches along a direction, to either side of its middle.
@@ -102,8 +103,12 @@ bool LineDrawing::draw()
 
 double LineDrawing::textAngle(double way, bool isHorizontal) const
 {
-    return isHorizontal ? sheet_.horizontal()
-                        : readable(angleOf(path_.direction(way)), sheet_.horizontal());
+    return isHorizontal ? sheet_.horizontal() : angleAlong(way);
+}
+
+double LineDrawing::angleAlong(double way) const
+{
+    return readable(angleOf(path_.direction(way)), sheet_.horizontal());
 }
 
 double LineDrawing::reachAlong(const KdGeVector2d& direction) const
@@ -164,7 +169,7 @@ void LineDrawing::placeText()
         angle_ = textAngle(length_, look_.horizontalOutside);
     textWay_ = wayOfText();
     if (!(textInside_ ? look_.horizontalInside : look_.horizontalOutside))
-        angle_ = textAngle(textWay_, false);
+        angle_ = angleAlong(textWay_);
     center_ = path_.at(textWay_);
     if (look_.vertical == 0) {
         center_ = center_ + sideOfText(textWay_) * look_.textRaise;

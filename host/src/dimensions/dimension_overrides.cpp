@@ -17,7 +17,7 @@ constexpr const wchar_t* kSection = L"DSTYLE";
 
 bool beginsSection(const TypedValue& node)
 {
-    const auto* text = std::get_if<std::wstring>(&node.value);
+    const auto* const text = std::get_if<std::wstring>(&node.value);
     return node.code == kXDataText && text && platform::compareNoCase(*text, kSection) == 0;
 }
 
@@ -45,7 +45,7 @@ KdDbObjectId objectOfHandle(const KdDbDatabase* database, const std::wstring& te
 std::optional<KdDbDimensionValue>
 readValue(const TypedValue& node, const DimensionVariable& variable, const KdDbDatabase* database)
 {
-    const auto* text = std::get_if<std::wstring>(&node.value);
+    const auto* const text = std::get_if<std::wstring>(&node.value);
     if (variable.kind == DimensionKind::text || variable.kind == DimensionKind::reference) {
         if (!text)
             return std::nullopt;
@@ -74,7 +74,7 @@ TypedValue bracket(const wchar_t* text)
 
 KdDbDimensionValue styleValue(const KdDbDimension& dimension, std::size_t index)
 {
-    auto* style = ObjectAccess::live<KdDbDimStyleTableRecord>(dimension.dimensionStyle());
+    auto* const style = ObjectAccess::live<KdDbDimStyleTableRecord>(dimension.dimensionStyle());
     return style ? ObjectAccess::values(*style)[index] : defaultValue(dimensionVariables()[index]);
 }
 
@@ -113,7 +113,7 @@ std::size_t OverrideSections::readSection(std::size_t at, std::size_t end)
 std::optional<std::size_t> OverrideSections::valueOf(int code) const
 {
     for (const std::size_t pair : pairs) {
-        const auto* number = std::get_if<short>(&data_[pair].value);
+        const auto* const number = std::get_if<short>(&data_[pair].value);
         if (data_[pair].code == kXDataShort && number && *number == code)
             return pair + 1;
     }

@@ -41,7 +41,7 @@ private:
 /// The style's own height of letters; 0 where each text has its own.
 double fixedHeight(KdDbObjectId style)
 {
-    const auto* record = ObjectAccess::live<KdDbTextStyleTableRecord>(style);
+    const auto* const record = ObjectAccess::live<KdDbTextStyleTableRecord>(style);
     return record ? record->textSize() : 0.0;
 }
 
@@ -196,7 +196,7 @@ void DimensionSheet::text(const std::wstring& contents, const KdGePoint2d& cente
 
 void DimensionSheet::putInto(KdDbObjectId block)
 {
-    auto* record = ObjectAccess::live<KdDbBlockTableRecord>(block);
+    auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block);
     KdDbDatabase& database = *block.database();
     const KdDbObjectId layer = database.contents().record(TableKind::layer, L"0");
     ObjectAccess::willChange(*record);

@@ -88,7 +88,7 @@ std::wstring sexagesimal(double degrees, NumberForm form)
     // The slack keeps a whole minute from falling below itself by rounding.
     const double wholeMinutes = std::floor(minutes + 1e-9);
     form.decimals = places;
-    return text + written(wholeMinutes, {0, false, false, L'.'}) + L"'" +
+    return text + std::to_wstring(std::lround(wholeMinutes)) + L"'" +
            written(std::abs((minutes - wholeMinutes) * 60.0), form) + L"\"";
 }
 

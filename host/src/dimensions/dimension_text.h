@@ -14,7 +14,8 @@ namespace korra {
 /// @param sign  what stands before the number unless DIMPOST has something else there: "R", "%%c"
 std::wstring lengthText(const KdDbDimension& dimension, double measured, const wchar_t* sign);
 
-/// The same for an angle, radians.
+/// The text that an angular dimension shows, as lengthText() gives that of a length.
+/// @param measured  radians
 std::wstring angleText(const KdDbDimension& dimension, double measured);
 
 } // namespace korra

@@ -112,7 +112,7 @@ std::wstring freeLayoutName(const std::vector<KdDbLayout*>& layouts)
 KdDbLayout& makeLayout(DatabaseContents& contents, const KdDbBlockTableRecord& block)
 {
     const auto layouts = layoutsOf(contents);
-    auto* layout = new KdDbLayout;
+    auto* const layout = new KdDbLayout;
     if (isModelSpace(block)) {
         layout->setLayoutName(L"Model");
     } else {

@@ -105,14 +105,16 @@ KdGePoint3d viewCenter(const KdDbDatabase& database)
                         displayToWorld(view) * KdGePoint3d(view.center.x, view.center.y, 0.0));
 }
 
-KdGePoint3d extent(const KdDbDatabase& database, bool maximum)
+KdGePoint3d leastPoint(const KdDbDatabase& database)
 {
     const KdGeExtents3d box = currentSpaceExtents(database);
-    if (box.isEmpty()) {
-        const double beyond = maximum ? -kNoExtent : kNoExtent;
-        return {beyond, beyond, beyond};
-    }
-    return maximum ? box.maxPoint() : box.minPoint();
+    return box.isEmpty() ? KdGePoint3d(kNoExtent, kNoExtent, kNoExtent) : box.minPoint();
+}
+
+KdGePoint3d greatestPoint(const KdDbDatabase& database)
+{
+    const KdGeExtents3d box = currentSpaceExtents(database);
+    return box.isEmpty() ? KdGePoint3d(-kNoExtent, -kNoExtent, -kNoExtent) : box.maxPoint();
 }
 
 /// A column of the matrix from the user system: 0 and 1 the axes, 3 the origin.
@@ -227,10 +229,9 @@ std::vector<SystemVariable> viewVariables()
         realOf(L"FRONTZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
         realOf(L"BACKZ", [](const KdDbDatabase&) -> VariableValue { return 0.0; }),
         computed(L"SCREENSIZE", RTPOINT, screenSize),
-        pointOf(L"EXTMIN",
-                [](const KdDbDatabase& db) -> VariableValue { return extent(db, false); }),
+        pointOf(L"EXTMIN", [](const KdDbDatabase& db) -> VariableValue { return leastPoint(db); }),
         pointOf(L"EXTMAX",
-                [](const KdDbDatabase& db) -> VariableValue { return extent(db, true); }),
+                [](const KdDbDatabase& db) -> VariableValue { return greatestPoint(db); }),
     };
 }
 

@@ -37,7 +37,7 @@ std::unique_ptr<KdGeCurve3d> KdDbArc::geometry() const
 
 Kdapi::ErrorStatus KdDbArc::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         const korra::PlaneImage image = place_.transformBy(matrix);
         center_.transformBy(image.map);
         radius_ *= image.scale;

@@ -24,7 +24,7 @@ std::unique_ptr<KdGeCurve3d> KdDbCircle::geometry() const
 
 Kdapi::ErrorStatus KdDbCircle::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         const korra::PlaneImage image = place_.transformBy(matrix);
         center_.transformBy(image.map);
         radius_ *= image.scale;

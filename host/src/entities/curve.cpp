@@ -10,9 +10,9 @@ namespace {
 /// A line or arc prolonged beyond its ends; any other curve as it is.
 std::unique_ptr<KdGeCurve3d> prolonged(std::unique_ptr<KdGeCurve3d> curve)
 {
-    if (const auto* line = dynamic_cast<const KdGeLineSeg3d*>(curve.get()))
+    if (const auto* const line = dynamic_cast<const KdGeLineSeg3d*>(curve.get()))
         return std::make_unique<KdGeLine3d>(line->pointOnLine(), line->derivative());
-    if (const auto* arc = dynamic_cast<const KdGeCircArc3d*>(curve.get()))
+    if (const auto* const arc = dynamic_cast<const KdGeCircArc3d*>(curve.get()))
         return std::make_unique<KdGeCircArc3d>(arc->center(), arc->normal(), arc->refVec(),
                                                arc->radius(), 0.0, KdGe::kFullTurn);
     return curve;

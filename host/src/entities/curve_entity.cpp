@@ -8,7 +8,7 @@ KdDbEntity* newCurveEntity(const KdGeCurve3d& curve)
 {
     if (dynamic_cast<const KdGeLineSeg3d*>(&curve))
         return new KdDbLine(curve.startPoint(), curve.endPoint());
-    const auto* arc = dynamic_cast<const KdGeCircArc3d*>(&curve);
+    const auto* const arc = dynamic_cast<const KdGeCircArc3d*>(&curve);
     if (!arc)
         return nullptr;
     const KdGePlane plane(KdGePoint3d::kOrigin, arc->normal());

@@ -117,20 +117,20 @@ Kdapi::ErrorStatus KdDbEntity::getGeomExtents(KdDbExtents& extents) const
         });
 }
 
-Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly)
+Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, Takes taken)
 {
     if (const auto status = beginChange(); status != Kdapi::eOk)
         return status;
     if (!matrix.isAffine() || matrix.isSingular())
         return Kdapi::eInvalidInput;
-    if (similarityOnly && !isSimilarity(matrix))
+    if (taken == Takes::similarities && !isSimilarity(matrix))
         return Kdapi::eCannotScaleNonUniformly;
     return Kdapi::eOk;
 }
 
 Kdapi::ErrorStatus KdDbEntity::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, false, [] { return Kdapi::eNotApplicable; });
+    return transform(matrix, Takes::affineMaps, [] { return Kdapi::eNotApplicable; });
 }
 
 Kdapi::ErrorStatus KdDbEntity::getSubentPathsAtGsMarker(KdDb::SubentType type, std::int64_t marker,

@@ -23,7 +23,7 @@ std::unique_ptr<KdGeCurve3d> KdDbLine::geometry() const
 
 Kdapi::ErrorStatus KdDbLine::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, false, [&] {
+    return transform(matrix, Takes::affineMaps, [&] {
         start_.transformBy(matrix);
         end_.transformBy(matrix);
         place_.sweepBy(matrix);

@@ -76,7 +76,7 @@ double KdDbMText::actualHeight() const
 
 Kdapi::ErrorStatus KdDbMText::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         const korra::PlaneImage image = place_.transformBy(matrix);
         location_.transformBy(matrix);
         direction_ = (matrix * direction_).normal();

@@ -27,7 +27,7 @@ private:
 
 MTextLayout::MTextLayout(const KdDbMText& text) : text_(text)
 {
-    if (const auto* style = ObjectAccess::live<KdDbTextStyleTableRecord>(text.textStyle())) {
+    if (const auto* const style = ObjectAccess::live<KdDbTextStyleTableRecord>(text.textStyle())) {
         widthFactor_ = style->xScale() > 0.0 ? style->xScale() : 1.0;
         oblique_ = style->obliquingAngle();
     }

@@ -8,7 +8,7 @@ KDRX_DEFINE_MEMBERS(KdDbPoint, KdDbEntity)
 
 Kdapi::ErrorStatus KdDbPoint::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, false, [&] {
+    return transform(matrix, Takes::affineMaps, [&] {
         position_.transformBy(matrix);
         place_.sweepBy(matrix);
         return Kdapi::eOk;

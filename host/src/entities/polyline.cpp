@@ -139,7 +139,7 @@ std::unique_ptr<KdGeCurve3d> KdDbPolyline::geometry() const
 Kdapi::ErrorStatus KdDbPolyline::transformBy(const KdGeMatrix3d& matrix)
 {
     const bool hasArcs = std::ranges::any_of(vertices_, korra::isBulged, &Vertex::bulge);
-    return transform(matrix, hasArcs, [&] {
+    return transform(matrix, hasArcs ? Takes::similarities : Takes::affineMaps, [&] {
         const double oldElevation = elevation();
         const korra::PlaneImage image = place_.transformBy(matrix);
         for (Vertex& vertex : vertices_) {

@@ -81,7 +81,7 @@ Kdapi::ErrorStatus KdDbText::setTextStyle(KdDbObjectId style)
 
 Kdapi::ErrorStatus KdDbText::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, true, [&] {
+    return transform(matrix, Takes::similarities, [&] {
         moveBySimilarity(matrix);
         return Kdapi::eOk;
     });

@@ -20,7 +20,8 @@ KdGeMatrix3d letterShape(double oblique, double widthFactor);
 /// A single line of text, placed and aligned.
 TextRun layOutText(const KdDbText& text);
 
-/// The same with another text shown in its place, such as the tag of an attribute definition.
+/// A single line of text with another one shown in its place, such as the tag of an attribute
+/// definition.
 TextRun layOutText(const KdDbText& text, std::wstring_view shown);
 
 /// The lines of a multiline text that show anything, top line first.

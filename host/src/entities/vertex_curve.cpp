@@ -25,7 +25,7 @@ constexpr short kFrameVertex = 16;
 
 Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
 {
-    return transform(matrix, false, [&] {
+    return transform(matrix, Takes::affineMaps, [&] {
         position_.transformBy(matrix);
         return Kdapi::eOk;
     });
@@ -108,7 +108,7 @@ Kdapi::ErrorStatus KdDbVertexCurve::transformBy(const KdGeMatrix3d& matrix)
         isPlanar() && std::ranges::any_of(vertices_.objects(), [](const KdDbObject* vertex) {
             return korra::isBulged(static_cast<const KdDbVertex*>(vertex)->bulge());
         });
-    return transform(matrix, hasArcs, [&] {
+    return transform(matrix, hasArcs ? Takes::similarities : Takes::affineMaps, [&] {
         if (!isPlanar()) {
             for (KdDbVertex* vertex : vertices_.each()) {
                 ObjectAccess::willChange(*vertex);

@@ -20,7 +20,7 @@ struct Part {
 
 void addParts(const KdGeCurve3d& curve, std::vector<Part>& parts)
 {
-    if (const auto* composite = dynamic_cast<const KdGeCompositeCurve3d*>(&curve)) {
+    if (const auto* const composite = dynamic_cast<const KdGeCompositeCurve3d*>(&curve)) {
         for (int i = 0; i < composite->numPieces(); ++i)
             addParts(composite->piece(i), parts);
         return;

@@ -32,10 +32,10 @@ Kdapi::ErrorStatus KdDbObject::setIf(const char* operation, bool isValid, Field&
 }
 
 template <class Body>
-Kdapi::ErrorStatus KdDbEntity::transform(const KdGeMatrix3d& matrix, bool similarityOnly, Body body)
+Kdapi::ErrorStatus KdDbEntity::transform(const KdGeMatrix3d& matrix, Takes taken, Body body)
 {
     return platform::gate("KdDbEntity::transformBy", objectId()).guard(Kdapi::eInvalidInput, [&] {
-        const Kdapi::ErrorStatus status = beginTransform(matrix, similarityOnly);
+        const Kdapi::ErrorStatus status = beginTransform(matrix, taken);
         return status == Kdapi::eOk ? body() : status;
     });
 }

@@ -119,7 +119,7 @@ void readValue(resbuf& node, std::va_list& arguments)
 
 ResbufKind resbufKind(int type)
 {
-    const auto* range = std::ranges::find_if(kCodeRanges, [type](const CodeRange& candidate) {
+    const auto* const range = std::ranges::find_if(kCodeRanges, [type](const CodeRange& candidate) {
         return type >= candidate.first && type <= candidate.last;
     });
     return range == std::end(kCodeRanges) ? ResbufKind::unknown : range->kind;
@@ -127,7 +127,7 @@ ResbufKind resbufKind(int type)
 
 resbuf* newResbuf(int type)
 {
-    auto* node = new resbuf{};
+    auto* const node = new resbuf{};
     node->restype = static_cast<short>(type);
     resultBuffers.add();
     return node;
@@ -135,7 +135,7 @@ resbuf* newResbuf(int type)
 
 wchar_t* newHostString(std::wstring_view text)
 {
-    auto* copy = static_cast<wchar_t*>(std::malloc((text.size() + 1) * sizeof(wchar_t)));
+    auto* const copy = static_cast<wchar_t*>(std::malloc((text.size() + 1) * sizeof(wchar_t)));
     std::ranges::copy(text, copy);
     copy[text.size()] = L'\0';
     hostStrings.add();
@@ -144,7 +144,7 @@ wchar_t* newHostString(std::wstring_view text)
 
 char* newHostBytes(std::string_view bytes)
 {
-    auto* copy = static_cast<char*>(std::malloc(bytes.size() + 1));
+    auto* const copy = static_cast<char*>(std::malloc(bytes.size() + 1));
     std::ranges::copy(bytes, copy);
     copy[bytes.size()] = '\0';
     hostStrings.add();

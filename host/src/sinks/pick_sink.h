@@ -82,10 +82,12 @@ private:
     /// The distance of a segment that meets the box of `reach`; none for one that does not.
     static std::optional<double> distanceUnderBox(const Pixel& a, const Pixel& b, double reach);
 
-    /// The same for what is seen of a segment of the current entity.
+    /// The distance of what is seen of a segment of the current entity; none where the box meets
+    /// none of it.
     std::optional<double> segmentDistance(KdGePoint3d start, KdGePoint3d end, double reach) const;
 
-    /// The same for a curve, its image replaced by chords.
+    /// The distance of a curve, its image replaced by chords; none where the box meets none of
+    /// them.
     std::optional<double> chainDistance(const KdGeCurve3d& curve, double tolerance, double reach);
 
     /// How many pixels a unit along the curve can show as, near the pick box; for a perspective.

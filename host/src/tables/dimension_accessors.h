@@ -22,7 +22,7 @@
     ACCESSOR(double, dimlfac, setDimlfac, 144)                                                     \
     ACCESSOR(double, dimscale, setDimscale, 40)
 
-/// The same, of styles alone.
+/// Variables that styles alone have accessors for.
 #define KORRA_STYLE_ACCESSORS(ACCESSOR)                                                            \
     ACCESSOR(double, dimasz, setDimasz, 41)                                                        \
     ACCESSOR(double, dimtxt, setDimtxt, 140)                                                       \

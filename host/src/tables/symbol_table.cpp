@@ -114,7 +114,7 @@ Kdapi::ErrorStatus KdDbSymbolTable::add(KdDbObjectId& id, KdDbSymbolTableRecord*
             return Kdapi::eDuplicateKey;
         if (const auto status = beginChange())
             return status;
-        if (auto* layer = KdDbLayerTableRecord::cast(record);
+        if (auto* const layer = KdDbLayerTableRecord::cast(record);
             layer && layer->linetypeObjectId().isNull())
             layer->setLinetypeObjectId(database()->continuousLinetype());
         id = ObjectAccess::append(*this, record, korra::Opening::forWrite);
@@ -188,7 +188,7 @@ Kdapi::ErrorStatus KdDbSymbolTableRecord::setName(const wchar_t* name)
         .guard(Kdapi::eNotOpenForWrite, [&] {
             if (!name || !isRecordName(name))
                 return Kdapi::eInvalidKey;
-            if (auto* table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
+            if (auto* const table = ObjectAccess::live<KdDbSymbolTable>(ownerId())) {
                 const KdDbObjectId taken =
                     korra::recordNamed(*table, name, korra::Erased::passedOver);
                 if (!taken.isNull() && taken != objectId())

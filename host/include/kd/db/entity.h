@@ -137,15 +137,20 @@ protected:
     /// A free-standing entity that shows the edge of a marker; null when there is none.
     virtual KdDbEntity* newEdge(int marker) const;
 
+    /// Which maps a kind of entity can follow.
+    enum class Takes {
+        affineMaps,
+        similarities ///< it cannot be scaled differently in different directions
+    };
+
     /// What every transformBy() is: `body` moves the fields when the entity can be changed so.
-    /// @param similarityOnly  the kind cannot be scaled differently in different directions
     template <class Body>
-    Kdapi::ErrorStatus transform(const KdGeMatrix3d& matrix, bool similarityOnly, Body body);
+    Kdapi::ErrorStatus transform(const KdGeMatrix3d& matrix, Takes taken, Body body);
 
 private:
     friend class korra::ObjectAccess;
 
-    Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, bool similarityOnly);
+    Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, Takes taken);
 
     KdDbObjectId layer_;
     KdDbObjectId linetype_;

@@ -136,12 +136,12 @@ private:
 Kdapi::ErrorStatus kddbOpenObject(KdDbObject*& object, KdDbObjectId id, KdDb::OpenMode mode,
                                   bool openErased = false);
 
-/// The same for an object that must be of the class `description`, or derived from it.
-/// @return as above; eNotThatKindOfClass for another class, which is left closed
+/// Opens an object that must be of the class `description`, or derived from it.
+/// @return as for any object; eNotThatKindOfClass for another class, which is left closed
 Kdapi::ErrorStatus kddbOpenObject(KdDbObject*& object, KdDbObjectId id, KdDb::OpenMode mode,
                                   KdRxClass* description, bool openErased = false);
 
-/// The same with the class taken from the pointer's type.
+/// Opens an object of the class that the pointer points to.
 template <class T>
 Kdapi::ErrorStatus kddbOpenObject(T*& object, KdDbObjectId id, KdDb::OpenMode mode,
                                   bool openErased = false)

@@ -47,7 +47,7 @@ private:
     bool areOfDatabase_ = false;
 };
 
-/// The same of one class.
+/// A list of owned objects of one class.
 template <class T>
 class Owned : public OwnedObjects {
 public:

@@ -50,7 +50,8 @@ FileOutcome saveDocument(KdApDocument& document, const std::string& path);
 FileOutcome readDrawing(KdDbDatabase& database, const std::string& path);
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path);
 
-/// The same from and to memory; `name` stands for the file in messages.
+/// Reads a drawing from memory, and writes one there.
+/// @param name  stands for the file in messages
 FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
                             const std::string& name);
 std::string drawingText(const KdDbDatabase& database);
