@@ -1,4 +1,5 @@
 #include "objects/contents.h"
+#include "objects/host_opened.h"
 #include "platform/gate.h"
 #include "platform/text.h"
 #include "tables/dimension_variables.h"
@@ -93,6 +94,23 @@ private:
     const std::vector<KdDbDimensionValue>& values_;
 };
 
+/// Makes the values of a style the current ones: all of them, or when memory ends none.
+void storeAll(KdDbDatabase& database, const KdDbDimStyleTableRecord& style)
+{
+    // The list can be had of an object that may change alone; it is only looked at.
+    const auto& values = ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(style));
+    korra::DrawingHeader& header = database.contents().header;
+    korra::DrawingHeader before = header;
+    try {
+        ValueStore store(database, values);
+        for (std::size_t index = 0; index < values.size(); ++index)
+            store.store(index);
+    } catch (...) {
+        header = std::move(before);
+        throw;
+    }
+}
+
 } // namespace
 
 Kdapi::ErrorStatus KdDbDatabase::getDimstyleData(KdDbDimStyleTableRecord* record) const
@@ -102,11 +120,12 @@ Kdapi::ErrorStatus KdDbDatabase::getDimstyleData(KdDbDimStyleTableRecord* record
     return platform::gate("KdDbDatabase::getDimstyleData").guard(Kdapi::eNotOpenForWrite, [&] {
         if (!record->isWriteEnabled())
             return Kdapi::eNotOpenForWrite;
-        ObjectAccess::willChange(*record);
-        auto& values = ObjectAccess::values(*record);
         const DrawingSettings drawing(*this);
-        for (std::size_t index = 0; index < values.size(); ++index)
-            values[index] = currentValue(drawing, korra::dimensionVariables()[index]);
+        std::vector<KdDbDimensionValue> current;
+        for (const DimensionVariable& variable : korra::dimensionVariables())
+            current.push_back(currentValue(drawing, variable));
+        ObjectAccess::willChange(*record);
+        ObjectAccess::values(*record) = std::move(current);
         return Kdapi::eOk;
     });
 }
@@ -117,21 +136,17 @@ Kdapi::ErrorStatus KdDbDatabase::setDimstyleData(const KdDbDimStyleTableRecord* 
         return Kdapi::eNullObjectPointer;
     return platform::gate("KdDbDatabase::setDimstyleData", record->objectId())
         .guard(Kdapi::eInvalidInput, [&] {
-            const auto& values =
-                ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(*record));
-            ValueStore store(*this, values);
-            for (std::size_t index = 0; index < values.size(); ++index)
-                store.store(index);
+            storeAll(*this, *record);
             return Kdapi::eOk;
         });
 }
 
 Kdapi::ErrorStatus KdDbDatabase::setDimstyleData(KdDbObjectId style)
 {
-    KdDbDimStyleTableRecord* record = nullptr;
-    if (const auto status = kddbOpenObject(record, style, KdDb::kForRead))
-        return status;
-    const Kdapi::ErrorStatus status = setDimstyleData(record);
-    record->close();
-    return status;
+    return platform::gate("KdDbDatabase::setDimstyleData", style).guard(Kdapi::eInvalidInput, [&] {
+        const korra::HostOpened<KdDbDimStyleTableRecord> record(style, KdDb::kForRead);
+        if (record)
+            storeAll(*this, *record);
+        return record.status();
+    });
 }

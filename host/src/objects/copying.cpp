@@ -48,12 +48,17 @@ std::unique_ptr<KdDbObject> copyOf(const KdDbObject& source)
     return copy;
 }
 
-/// Gives an object the contents of another one, or when that fails leaves it as it was.
+/// Gives an object the contents of another one, as its own drawing can hold them, or when that
+/// fails leaves it as it was.
 void takeContents(KdDbObject& object, const KdDbObject& source)
 {
     FieldValues before = valuesOf(object, Extent::contents);
     try {
         giveValues(object, valuesOf(source, Extent::contents), Extent::contents);
+        if (KdDbDatabase* const database = object.database()) {
+            translateNames(object, *database);
+            registerApplications(object, *database);
+        }
     } catch (...) {
         giveValues(object, std::move(before), Extent::contents);
         throw;
@@ -82,10 +87,6 @@ Kdapi::ErrorStatus KdDbObject::copyFrom(const KdRxObject* source)
                 return status;
             if (source != this)
                 takeContents(*this, object);
-            if (database()) {
-                translateNames(*this, *database());
-                registerApplications(*this, *database());
-            }
             return Kdapi::eOk;
         });
 }

@@ -95,7 +95,12 @@ void ObjectAccess::enter(KdDbDictionary& dictionary, std::wstring_view name, KdD
     };
     if (known == entries.end()) {
         entries.push_back(std::move(entering)); // an entry without an object is none
-        entries.back().id = enteredId();
+        try {
+            entries.back().id = enteredId();
+        } catch (...) {
+            entries.pop_back();
+            throw;
+        }
         return;
     }
     KdDbObject* const replaced = ObjectAccess::object(known->id);

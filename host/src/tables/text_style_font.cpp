@@ -117,7 +117,11 @@ Kdapi::ErrorStatus KdDbTextStyleTableRecord::setFont(const wchar_t* typeface, bo
             const std::int32_t properties = (bold ? kBold : 0) | (italic ? kItalic : 0) |
                                             characterSet << kCharacterSetShift |
                                             (pitch & kPitchBits) | (family & kFamilyBits);
-            storeTypeface(data, typeface, properties);
+            std::vector<TypedValue> changed = data;
+            storeTypeface(changed, typeface, properties);
+            if (database())
+                korra::registerApplication(*database(), kApplication);
+            data = std::move(changed);
             return Kdapi::eOk;
         });
 }
