@@ -5,6 +5,9 @@
 #include "tables/dimension_variables.h"
 #include "tables/drawing_settings.h"
 
+#include <optional>
+#include <utility>
+
 using korra::DimensionKind;
 using korra::DimensionVariable;
 using korra::DrawingSettings;
@@ -48,7 +51,7 @@ KdDbDimensionValue currentValue(const DrawingSettings& drawing, const DimensionV
 class ValueStore {
 public:
     ValueStore(KdDbDatabase& database, const std::vector<KdDbDimensionValue>& values)
-        : drawing_(database), values_(values)
+        : header_(database.contents().header), drawing_(database), values_(values)
     {
     }
 
@@ -61,13 +64,19 @@ public:
         std::visit([&](const auto& setting) { store(setting, index); }, korra::settingOf(variable));
     }
 
+    void takeBack()
+    {
+        if (before_)
+            header_ = std::move(*before_);
+    }
+
 private:
     template <class T>
     void store(const Setting<T>& setting, std::size_t index)
     {
         const T& value = std::get<T>(values_[index]);
         if (drawing_.get(setting) != value)
-            drawing_.set(setting, value);
+            set(setting, value);
     }
 
     /// Names of records are the same in any case.
@@ -75,7 +84,15 @@ private:
     {
         const std::wstring name = nameOf(setting, index);
         if (platform::compareNoCase(drawing_.get(setting.recordName), name) != 0)
-            drawing_.set(setting.recordName, name);
+            set(setting.recordName, name);
+    }
+
+    template <class T>
+    void set(const Setting<T>& setting, const T& value)
+    {
+        if (!before_)
+            before_ = header_;
+        drawing_.set(setting, value);
     }
 
     /// The name of the record; without one what the text of the same name says, else the default.
@@ -90,6 +107,8 @@ private:
         return text ? *text : setting.recordName.byDefault;
     }
 
+    korra::DrawingHeader& header_;
+    std::optional<korra::DrawingHeader> before_; ///< as it was before the first change
     DrawingSettings drawing_;
     const std::vector<KdDbDimensionValue>& values_;
 };
@@ -99,14 +118,12 @@ void storeAll(KdDbDatabase& database, const KdDbDimStyleTableRecord& style)
 {
     // The list can be had of an object that may change alone; it is only looked at.
     const auto& values = ObjectAccess::values(const_cast<KdDbDimStyleTableRecord&>(style));
-    korra::DrawingHeader& header = database.contents().header;
-    korra::DrawingHeader before = header;
+    ValueStore store(database, values);
     try {
-        ValueStore store(database, values);
         for (std::size_t index = 0; index < values.size(); ++index)
             store.store(index);
     } catch (...) {
-        header = std::move(before);
+        store.takeBack();
         throw;
     }
 }
