@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 
 using tables::Opened;
 using tables::openTable;
@@ -33,10 +34,10 @@ public:
 
     ~FileDialogsOff()
     {
-        if (type_ == RTSHORT)
-            QmSysVarMgr::SetSysIntValue(number_, kFileDialogs);
-        else if (type_ == RTSTR)
-            QmSysVarMgr::SetSysStringValue(text_, kFileDialogs);
+        try {
+            putBack();
+        } catch (const std::bad_alloc&) { // the dialogs stay off rather than the program ends
+        }
     }
 
     FileDialogsOff(const FileDialogsOff&) = delete;
@@ -51,6 +52,14 @@ private:
         if (type_ == RTSTR)
             return QmSysVarMgr::GetSysStringValue(text_, kFileDialogs);
         return type_ != RTNONE;
+    }
+
+    void putBack() const
+    {
+        if (type_ == RTSHORT)
+            QmSysVarMgr::SetSysIntValue(number_, kFileDialogs);
+        else if (type_ == RTSTR)
+            QmSysVarMgr::SetSysStringValue(text_, kFileDialogs);
     }
 
     int type_;

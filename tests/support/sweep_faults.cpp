@@ -73,8 +73,6 @@ void sweep(const Swept& swept)
     const std::vector<Source> sources = countSources(swept);
     ASSERT_GT(sources[0].count, 0u) << "the scenario passes no fallible host operation";
     for (const Source& source : sources) {
-        if (source.order == platform::failAllocation && swept.faults == Faults::ofCalls)
-            continue;
         const std::size_t step =
             source.order == platform::failAllocation ? 1 + source.count / kMostAllocations : 1;
         for (const FaultMode mode : {FaultMode::once, FaultMode::onward}) {

@@ -8,8 +8,7 @@ namespace tests {
 /// Which faults a scenario is to withstand.
 enum class Faults {
     all,
-    single, ///< each once: what waits for an answer waits for ever when none comes any more
-    ofCalls ///< no allocations: a destructor of its own puts a setting back
+    single ///< each once: what waits for an answer waits for ever when none comes any more
 };
 
 namespace detail {

@@ -196,6 +196,24 @@ void copyPicked(const char* input)
     delete entity;
 }
 
+void copyOrCursor(const char* input)
+{
+    KdDbEntity* entity = nullptr;
+    KdGePoint3d point;
+    KdDbObjectId id;
+    korra::queueInput(input);
+    rx_entsel_ext(nullptr, entity, point, id, nullptr);
+    delete entity;
+}
+
+void pickAt(const KdGePoint3d& point)
+{
+    KdDbObjectId id, viewport;
+    KdGePoint3d place = point;
+    KdGeMatrix3d transform;
+    NEntSelP(L"", id, viewport, place, 1, transform);
+}
+
 void copyWithValue(const char* answer)
 {
     KdDbEntity* entity = nullptr;
@@ -247,8 +265,8 @@ const Export kExports[] = {
 
     // layers
     {"CreateLayer", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L""); }},
-    {"CreateLayerLoading", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"B"); }, Faults::ofCalls},
-    {"CreateLayerLacking", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"Zigzag"); }, Faults::ofCalls},
+    {"CreateLayerLoading", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"B"); }},
+    {"CreateLayerLacking", definitions, [](const Ids&) { changeLayer(QmLayerMgr::CreateLayer, L"Walls", L"Zigzag"); }},
     {"SetLayerInfo", definitions, [](const Ids&) { changeLayer(QmLayerMgr::SetLayerInfo, L"House", L"B"); }},
     {"ModifyLayer", definitions, [](const Ids&) { changeLayer(QmLayerMgr::ModifyLayer, L"House", L"A"); }},
     {"GetLayerInfo", house, [](const Ids&) { changeLayer(QmLayerMgr::GetLayerInfo, L"House", L""); }},
@@ -264,9 +282,9 @@ const Export kExports[] = {
     {"LayerIsLocked", house, [](const Ids& ids) { KdDbLine line; line.setLayer(ids[0]); LayerIsLocked(&line); }},
 
     // linetypes
-    {"LoadLType", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"A", KdDb::kMetric, drawing(), 1); }, Faults::ofCalls},
-    {"LoadLTypeElsewhere", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"B", KdDb::kMetric, drawing(), 0); }, Faults::ofCalls},
-    {"LoadLTypeDamaged", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"D", KdDb::kEnglish, drawing(), 0); }, Faults::ofCalls},
+    {"LoadLType", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"A", KdDb::kMetric, drawing(), 1); }},
+    {"LoadLTypeElsewhere", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"B", KdDb::kMetric, drawing(), 0); }},
+    {"LoadLTypeDamaged", definitions, [](const Ids&) { QmLTypeMgr::LoadLType(L"D", KdDb::kEnglish, drawing(), 0); }},
     {"GetLTypeId", nothing, [](const Ids&) { KdDbObjectId id; QmLTypeMgr::GetLTypeId(id, L"Continuous", drawing()); }},
     {"GetLTypeFromDrawing", nothing, [](const Ids&) { CStringArray names; QmLTypeMgr::GetLTypeFromDrawing(names, drawing()); }},
 
@@ -326,6 +344,10 @@ const Export kExports[] = {
     {"PickOrCursor", scene, [](const Ids&) { pickOrCursor("109,0"); }, Faults::single},
     {"PickMissedOrCursor", scene, [](const Ids&) { pickOrCursor("\\miss"); }, Faults::single},
     {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
+    {"PickAtPoint", scene, [](const Ids&) { pickAt({109, 0, 0}); }},
+    {"PickWithoutCopy", scene, [](const Ids&) { KdDbObjectId id; KdGePoint3d point; korra::queueInput("109,0"); rx_entsel(nullptr, id, point, nullptr); }},
+    {"CopyOrCursor", scene, [](const Ids&) { copyOrCursor("109,0"); }, Faults::single},
+    {"CopyMissedOrCursor", scene, [](const Ids&) { copyOrCursor("\\miss"); }, Faults::single},
     {"CopyOfNested", scene, [](const Ids&) { copyPicked("109,0"); }},
     {"CopyOfSegment", scene, [](const Ids&) { copyPicked("15,55"); }},
     {"CopyThroughWindow", sceneUnderSheet, [](const Ids&) { copyPicked("318,100"); }},
