@@ -2,45 +2,46 @@
 
 #include "platform/text.h"
 
-#include <cmath>
-#include <limits>
-
 namespace korra {
 namespace {
 
 constexpr int kTextStyleVariable = 340; ///< group code of DIMTXSTY in a style
 
-constexpr double kAny = std::numeric_limits<double>::max();
-
 DimensionVariable flag(const wchar_t* name, int code, bool byDefault)
 {
-    return {name, code, DimensionKind::flag, byDefault ? 1.0 : 0.0, 0.0, 1.0};
+    return {name, code, DimensionKind::flag, byDefault ? 1.0 : 0.0, {0.0, 1.0}};
 }
 
 DimensionVariable whole(const wchar_t* name, int code, int byDefault, int minimum, int maximum)
 {
-    return {name,           code, DimensionKind::integer, double(byDefault), double(minimum),
-            double(maximum)};
+    return {
+        name, code, DimensionKind::integer, double(byDefault), {double(minimum), double(maximum)}};
 }
 
 DimensionVariable real(const wchar_t* name, int code, double byDefault)
 {
-    return {name, code, DimensionKind::real, byDefault, -kAny, kAny};
+    return {name, code, DimensionKind::real, byDefault, settings::kAny};
 }
 
 DimensionVariable size(const wchar_t* name, int code, double byDefault)
 {
-    return {name, code, DimensionKind::real, byDefault, 0.0, kAny};
+    return {name, code, DimensionKind::real, byDefault, {.minimum = 0.0}};
+}
+
+/// A factor: a measurement times nothing is none.
+DimensionVariable factor(const wchar_t* name, int code, double byDefault)
+{
+    return {name, code, DimensionKind::real, byDefault, {.zero = Zero::refused}};
 }
 
 DimensionVariable text(const wchar_t* name, int code)
 {
-    return {name, code, DimensionKind::text, 0.0, 0.0, 0.0};
+    return {name, code, DimensionKind::text, 0.0, settings::kAny};
 }
 
 DimensionVariable reference(const wchar_t* name, int code)
 {
-    return {name, code, DimensionKind::reference, 0.0, 0.0, 0.0};
+    return {name, code, DimensionKind::reference, 0.0, settings::kAny};
 }
 
 DimensionVariable color(const wchar_t* name, int code)
@@ -75,7 +76,7 @@ std::vector<DimensionVariable> makeTable()
             real(L"DIMCEN", 141, 0.09),
             size(L"DIMTSZ", 142, 0.0),
             size(L"DIMALTF", 143, 25.4),
-            real(L"DIMLFAC", 144, 1.0),
+            factor(L"DIMLFAC", 144, 1.0),
             real(L"DIMTVP", 145, 0.0),
             size(L"DIMTFAC", 146, 1.0),
             real(L"DIMGAP", 147, 0.09),
@@ -172,10 +173,9 @@ short overrideValueCode(DimensionKind kind)
 
 DimensionSetting settingOf(const DimensionVariable& variable)
 {
-    const SettingRange range{variable.minimum, variable.maximum};
     switch (variable.kind) {
     case DimensionKind::real:
-        return Setting<double>{variable.name, 40, variable.byDefault, range};
+        return Setting<double>{variable.name, 40, variable.byDefault, variable.range};
     case DimensionKind::text:
         return Setting<std::wstring>{variable.name, 1, L""};
     case DimensionKind::reference:
@@ -183,7 +183,8 @@ DimensionSetting settingOf(const DimensionVariable& variable)
             return RecordSetting{{variable.name, 7, L"Standard"}, TableKind::textStyle};
         return RecordSetting{{variable.name, 1, L""}, TableKind::block};
     default:
-        return Setting<int>{variable.name, 70, static_cast<int>(variable.byDefault), range};
+        return Setting<int>{variable.name, 70, static_cast<int>(variable.byDefault),
+                            variable.range};
     }
 }
 
@@ -208,10 +209,7 @@ KdDbDimensionValue valueOf(const DimensionVariable& variable, double number)
 
 bool accepts(const DimensionVariable& variable, double value)
 {
-    if (!std::isfinite(value) || value < variable.minimum || value > variable.maximum)
-        return false;
-    // A measurement times nothing is none.
-    return variable.code != 144 || value != 0.0;
+    return variable.range.holds(value);
 }
 
 double numberOf(const KdDbDimensionValue& value)

@@ -19,8 +19,7 @@ struct DimensionVariable {
     int code;
     DimensionKind kind;
     double byDefault; ///< the number; 0 for texts and references
-    double minimum;
-    double maximum;
+    SettingRange range;
 };
 
 /// Every dimension variable that the host knows, in the order in which records hold the values.

@@ -7,11 +7,6 @@
 namespace korra {
 namespace {
 
-bool isIn(const SettingRange& range, double value)
-{
-    return value >= range.minimum && value <= range.maximum;
-}
-
 bool isInTable(const KdDbSymbolTableRecord& record, TableKind kind)
 {
     return record.ownerId() == record.database()->contents().table(kind);
@@ -21,12 +16,12 @@ bool isInTable(const KdDbSymbolTableRecord& record, TableKind kind)
 
 bool accepts(const Setting<int>& setting, int value)
 {
-    return isIn(setting.range, value);
+    return setting.range.holds(value);
 }
 
 bool accepts(const Setting<double>& setting, double value)
 {
-    return isIn(setting.range, value);
+    return setting.range.holds(value);
 }
 
 bool accepts(const Setting<KdGePoint2d>&, const KdGePoint2d& value)

@@ -12,10 +12,18 @@
 /// written, what they are without a value and what they take.
 namespace korra {
 
+enum class Zero { taken, refused };
+
 /// The numbers that a setting takes, both ends included.
 struct SettingRange {
     double minimum = std::numeric_limits<double>::lowest();
     double maximum = std::numeric_limits<double>::max();
+    Zero zero = Zero::taken;
+
+    bool holds(double value) const
+    {
+        return value >= minimum && value <= maximum && (value != 0.0 || zero == Zero::taken);
+    }
 };
 
 enum class SettingScope {
