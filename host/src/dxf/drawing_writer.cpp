@@ -192,37 +192,36 @@ std::string DrawingWriter::newTableText(TableKind kind)
     const std::string head = tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) + tag(70, "0");
     const FileForm::Table table = {
         std::string(kindOfTable(kind).fileName), head, {}, tag(0, "ENDTAB")};
-    std::size_t count = 0;
-    static_cast<void>(records(kind, count));
-    return writesEverything_ || count > 0 ? tableText(table, kind) : std::string();
+    return writesEverything_ || records(kind).count > 0 ? tableText(table, kind) : std::string();
 }
 
 std::string DrawingWriter::tableText(const FileForm::Table& table, TableKind kind)
 {
-    std::size_t count = 0;
-    const std::string body = records(kind, count);
+    const Records written = records(kind);
     std::string head = given(contents_.table(kind), table.head);
     const TagList tags(head);
     const std::size_t counted = tags.find(70);
-    if (counted != TagList::kNone &&
-        parseWhole(tags[counted].value).value_or(0) < static_cast<long long>(count))
-        head = withValue(tags, counted, std::to_string(count), lineEnd_);
-    return head + body + table.tail;
+    if (written.added > 0 && counted != TagList::kNone &&
+        parseWhole(tags[counted].value).value_or(0) < written.count)
+        head = withValue(tags, counted, std::to_string(written.count), lineEnd_);
+    return head + written.text + table.tail;
 }
 
-std::string DrawingWriter::records(TableKind kind, std::size_t& count)
+DrawingWriter::Records DrawingWriter::records(TableKind kind)
 {
-    std::string text;
+    Records written;
     auto* const table = ObjectAccess::live<KdDbSymbolTable>(contents_.table(kind));
     if (!table)
-        return text;
+        return written;
     for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
         if (!isWritten(*ObjectAccess::slot(*record)))
             continue;
-        text += objectText(*record);
-        ++count;
+        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
+        written.added += !extras || extras->source.empty();
+        written.text += objectText(*record);
+        ++written.count;
     }
-    return text;
+    return written;
 }
 
 } // namespace korra

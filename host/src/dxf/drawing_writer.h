@@ -39,7 +39,14 @@ private:
     std::string tables();
     std::string newTableText(TableKind kind);
     std::string tableText(const FileForm::Table& table, TableKind kind);
-    std::string records(TableKind kind, std::size_t& count);
+
+    struct Records {
+        std::string text;
+        int count = 0;
+        int added = 0; ///< of these, records that the file did not have
+    };
+
+    Records records(TableKind kind);
 
     std::string blocks();
     const FileForm::BlockFrame* frameOf(const KdDbBlockTableRecord& block) const;

@@ -12,6 +12,8 @@
 namespace korra {
 namespace {
 
+constexpr int kVariableCode = 9;
+
 bool isSectionKnown(std::string_view name)
 {
     constexpr std::array<std::string_view, 5> kKnown = {"HEADER", "TABLES", "BLOCKS", "ENTITIES",
@@ -68,8 +70,6 @@ void FileScanner::readSection()
     if (isSectionKnown(name) && !sections_.insert(name).second)
         fail("the section " + name + " comes twice");
     file_.form.sections.push_back({name, object_.bytes, {}, {}});
-    if (name == "HEADER")
-        file_.header = readHeader(tags_, stream_.beginsWithByteOrderMark());
     advance();
     readSectionBody(name);
     expect("ENDSEC");
@@ -80,8 +80,8 @@ void FileScanner::readSection()
 void FileScanner::readSectionBody(const std::string& name)
 {
     if (name == "HEADER")
-        return;
-    if (name == "TABLES")
+        readVariables();
+    else if (name == "TABLES")
         readTables();
     else if (name == "BLOCKS")
         readBlocks();
@@ -91,6 +91,17 @@ void FileScanner::readSectionBody(const std::string& name)
         readObjects();
     else
         keepSectionBody();
+}
+
+void FileScanner::readVariables()
+{
+    std::string& section = file_.form.sections.back().head;
+    const bool goesOn = object_.type == "ENDSEC" && tags_.find(kVariableCode) != TagList::kNone;
+    if (goesOn) { // some programs end the section in its midst, too
+        section += object_.bytes;
+        advance();
+    }
+    file_.header = readHeader(TagList(section), stream_.beginsWithByteOrderMark());
 }
 
 void FileScanner::keepSectionBody()

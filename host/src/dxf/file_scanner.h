@@ -69,6 +69,7 @@ private:
 
     void readSection();
     void readSectionBody(const std::string& name);
+    void readVariables();
     void keepSectionBody();
     void readTables();
     void readTable();

@@ -10,11 +10,11 @@ namespace {
 
 constexpr int kVariableName = 9;
 
-/// A variable with the bytes that hold it, comments included.
+/// A variable with the bytes that hold it and what stands among them.
 struct VariableTags {
     DrawingHeader::Variable variable;
     std::string bytes;
-    std::string comments; ///< those of the bytes
+    std::string others; ///< comments, and an end of the section with variables behind it
 };
 
 struct SectionTags {
@@ -36,8 +36,8 @@ SectionTags takeApart(const TagList& section)
         }
         VariableTags& current = parts.variables.back();
         current.bytes += tag.raw;
-        if (tag.part == TagPart::comment)
-            current.comments += tag.raw;
+        if (tag.part == TagPart::comment || tag.part == TagPart::begin)
+            current.others += tag.raw;
         if (!isVariable && tag.part == TagPart::field)
             current.variable.values.push_back({tag.code, std::string(tag.value)});
     }
@@ -98,7 +98,7 @@ std::string headerWritten(std::string_view section, const DrawingHeader& header,
         if (there && there->variable == variable)
             text += there->bytes;
         else
-            text += tagsOf(variable, lineEnd) + (there ? there->comments : std::string());
+            text += tagsOf(variable, lineEnd) + (there ? there->others : std::string());
     }
     return text;
 }

@@ -1,5 +1,6 @@
 #include "dxf/references.h"
 
+#include "form/numbers.h"
 #include "objects/kinds.h"
 
 #include "platform/text.h"
@@ -12,6 +13,31 @@ std::wstring folded(std::wstring_view name)
     for (wchar_t& character : text)
         character = platform::foldCase(character);
     return text;
+}
+
+namespace {
+
+std::optional<TableKind> tableOfRecords(const KdRxClass* kind)
+{
+    for (int table = 0; table < kTableKinds; ++table) {
+        if (kindOfRecords(TableKind(table)).description() == kind)
+            return TableKind(table);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::string_view bytes,
+                                       const KdRxClass* kind)
+{
+    const auto handle = parseHandle(bytes);
+    const auto slot = contents.byHandle.find(handle.value_or(0));
+    if (slot != contents.byHandle.end() && (!kind || slot->second->object->isKindOf(kind)))
+        return KdDbObjectId(slot->second);
+    if (const auto table = tableOfRecords(kind))
+        return contents.record(*table, contents.header.encoding().decode(bytes));
+    return handle || bytes.empty() ? std::optional(KdDbObjectId()) : std::nullopt;
 }
 
 References::References(DatabaseContents& contents) : contents_(contents)

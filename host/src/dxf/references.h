@@ -7,11 +7,19 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 namespace korra {
+
+/// The object of a class that the value of a tag refers to: by its handle; a record of a table, as
+/// some programs write it, also by its name. Null where there is none.
+/// @param kind  null: any class
+/// @return nullopt for a value that is neither empty nor a handle and cannot be a name
+std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::string_view bytes,
+                                       const KdRxClass* kind);
 
 /// What objects of a drawing refer to: records by name, objects by handle.
 ///
@@ -30,6 +38,12 @@ public:
 
     /// What an object has that names no record of a kind: null where nothing stands for that.
     KdDbObjectId standard(TableKind kind, NamedBy by);
+
+    /// As korra::referredTo().
+    std::optional<KdDbObjectId> referredTo(std::string_view bytes, const KdRxClass* kind) const
+    {
+        return korra::referredTo(contents_, bytes, kind);
+    }
 
     /// Null for a handle that no object has.
     KdDbObjectId at(std::uint64_t handle) const;

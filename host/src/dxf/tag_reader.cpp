@@ -189,11 +189,15 @@ void TagReader::name(int code, KdDbObjectId& value, TableKind table, Reference)
         value = references_.standard(table, namedBy_);
 }
 
-void TagReader::reference(int code, KdDbObjectId& value, Reference, const KdRxClass*)
+void TagReader::reference(int code, KdDbObjectId& value, Reference, const KdRxClass* kind)
 {
     const std::size_t tag = cursor_.take(code);
-    if (tag != TagCursor::kNone)
-        value = references_.at(handleAt(tag));
+    if (tag == TagCursor::kNone)
+        return;
+    const auto object = references_.referredTo(cursor_.tag(tag).value, kind);
+    if (!object)
+        fail(tag, "a handle");
+    value = *object;
 }
 
 void TagReader::handle(int code, KdDbHandle& value)

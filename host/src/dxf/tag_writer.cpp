@@ -295,7 +295,23 @@ void TagWriter::name(int code, KdDbObjectId& value, TableKind table, Reference)
     }
 }
 
-void TagWriter::writeHandle(int code, KdDbHandle value)
+void TagWriter::reference(int code, KdDbObjectId& value, Reference, const KdRxClass* kind)
+{
+    const std::size_t tag = take(code);
+    if (tag == TagCursor::kNone) {
+        if (!value.isNull())
+            insert(code, formatHandle(value.handle().value()));
+        return;
+    }
+    if (referredTo(contents_, cursor_.tag(tag).value, kind) == value)
+        return; // what refers to no object stays as it is
+    if (value.isNull())
+        remove(tag);
+    else
+        replace(tag, formatHandle(value.handle().value()));
+}
+
+void TagWriter::handle(int code, KdDbHandle& value)
 {
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
@@ -303,23 +319,12 @@ void TagWriter::writeHandle(int code, KdDbHandle value)
             insert(code, formatHandle(value.value()));
         return;
     }
-    const std::uint64_t there = parseHandle(cursor_.tag(tag).value).value_or(0);
-    if (there == value.value())
+    if (parseHandle(cursor_.tag(tag).value).value_or(0) == value.value())
         return;
     if (!value.isNull())
         replace(tag, formatHandle(value.value()));
-    else if (contents_.byHandle.contains(there)) // one that names no object stays as it is
+    else
         remove(tag);
-}
-
-void TagWriter::reference(int code, KdDbObjectId& value, Reference, const KdRxClass*)
-{
-    writeHandle(code, value.handle());
-}
-
-void TagWriter::handle(int code, KdDbHandle& value)
-{
-    writeHandle(code, value);
 }
 
 void TagWriter::color(int code, KdCmColor& value)

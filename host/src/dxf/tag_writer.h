@@ -84,7 +84,6 @@ private:
     void writeWhole(int code, long long value, Missing missing);
     void writeColor(int code, const KdCmColor& value, long long number, Missing missing);
     void writeTrueColor(std::size_t tag, const KdCmColor& value);
-    void writeHandle(int code, KdDbHandle value);
     void writeAxes(int code, std::span<const double> values, Missing missing);
     void insertPieces(int code, int pieceCode, std::wstring_view value);
     bool means(std::size_t tag, TableKind table, KdDbObjectId value) const;
