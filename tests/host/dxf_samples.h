@@ -2,19 +2,16 @@
 
 #include "korra/host.h"
 #include "objects/contents.h"
+#include "support/dxf_notes.h"
 #include "support/objects.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 
 /// Drawings in the exchange format, written by hand, and ways to read them.
-///
-/// They are noted briefly: "0 LINE; 8 0" stands for the tags of code 0 and value "LINE" and of code
-/// 8 and value "0"; a line end parts tags as "; " does.
 namespace tests::dxf {
 
 /// A drawing of an early version: no handles, no subclasses, a code page. @NAME@ stands for a text
@@ -109,34 +106,6 @@ inline constexpr std::string_view kModernSample = R"(0 SECTION; 2 HEADER
 999 near the end
 0 EOF
 )";
-
-/// The file of a drawing that is noted briefly.
-inline std::string file(std::string_view notes)
-{
-    std::string text;
-    while (!notes.empty()) {
-        const std::size_t end = std::min(notes.find('\n'), notes.find("; "));
-        const std::string_view tag = notes.substr(0, end);
-        const std::size_t codeEnd = std::min(tag.find(' '), tag.size());
-        text.append(codeEnd < 3 ? 3 - codeEnd : 0, ' ').append(tag.substr(0, codeEnd)) += '\n';
-        text.append(tag.substr(std::min(codeEnd + 1, tag.size()))) += '\n';
-        notes.remove_prefix(end == notes.npos ? notes.size() : end + (notes[end] == ';' ? 2 : 1));
-    }
-    return text;
-}
-
-/// A drawing with these entities and no more.
-inline std::string withEntities(std::string_view notes)
-{
-    return file("0 SECTION; 2 ENTITIES\n" + std::string(notes) + "\n0 ENDSEC\n0 EOF\n");
-}
-
-inline std::string replaced(std::string text, std::string_view what, std::string_view by)
-{
-    const std::size_t place = text.find(what);
-    EXPECT_NE(place, std::string::npos) << "the sample has no " << what;
-    return place == std::string::npos ? text : text.replace(place, what.size(), by);
-}
 
 /// A database with the drawing in it; a failure to read fails the test.
 inline std::unique_ptr<KdDbDatabase> readWhole(const std::string& text)
