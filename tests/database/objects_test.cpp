@@ -153,11 +153,7 @@ TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
     const Open<KdDbEntity> writer(ids[2]);
     EXPECT_FALSE(IsValidId(ids[2]));
 
-    KdDbObjectId gone;
-    {
-        KdDbDatabase other;
-        postToDb(newLine(), gone, &other);
-    }
+    const KdDbObjectId gone = KdDbDatabase().clayer();
     EXPECT_FALSE(IsValidId(gone));
 }
 

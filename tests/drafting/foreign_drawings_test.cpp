@@ -54,32 +54,21 @@ std::string drawingWith(const Script& script, const std::string& layer)
     return dxf::file(notes.str());
 }
 
-class ForeignDrawingsTest : public DraftingTest {
-protected:
-    void open(const std::string& text)
-    {
-        folder_.write("foreign.dxf", text);
-        KdApDocument* document = nullptr;
-        const auto outcome = korra::openDocument(folder_.pathOf("foreign.dxf"), document);
-        ASSERT_TRUE(outcome.done) << outcome.message;
-        printed();
-    }
-
-    /// Says no more: a difference in a text of this length takes minutes to be shown.
-    static bool isWrittenAs(const std::string& text)
-    {
-        return korra::drawingText(*drawing()) == text;
-    }
-
-    SupportFolder folder_;
-};
-
-TEST_F(ForeignDrawingsTest, TablesAreListedAndSavedWithTheChangesOfARecordAlone)
+/// Says no more: a difference in a text of this length takes minutes to be shown.
+bool isWrittenAs(const std::string& text)
 {
+    return korra::drawingText(*drawing()) == text;
+}
+
+TEST_F(DraftingTest, TablesOfOthersAreListedAndSavedWithTheChangesOfARecordAlone)
+{
+    const SupportFolder folder;
     for (const Script& script : kScripts) {
         SCOPED_TRACE(script.codePage);
         const std::string text = drawingWith(script, kPlainLayer);
-        open(text);
+        folder.write("foreign.dxf", text);
+        KdApDocument* document = nullptr;
+        ASSERT_TRUE(korra::openDocument(folder.pathOf("foreign.dxf"), document).done);
         std::string names;
         for (int number = 0; number < kRecords; ++number)
             names += script.word + std::to_string(number) + '\n';

@@ -207,19 +207,5 @@ TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)
         EXPECT_EQ(KdDbLayerTableRecord().setName(name.c_str()), Kdapi::eInvalidKey) << name.size();
 }
 
-TEST_F(ReferencesTest, AnErasedBlockTakesItsEntitiesAlongAndBringsThemBack)
-{
-    const KdDbObjectId kept = addEntityToBlock(L"B", new KdDbLine);
-    const KdDbObjectId gone = addEntityToBlock(L"B", new KdDbLine);
-    const KdDbObjectId block = blockId(L"B");
-    erase(gone);
-    const Open<KdDbObject> record(block);
-    ASSERT_EQ(record->erase(), Kdapi::eOk);
-    EXPECT_TRUE(kept.isErased());
-    ASSERT_EQ(record->erase(false), Kdapi::eOk);
-    EXPECT_FALSE(kept.isErased());
-    EXPECT_TRUE(gone.isErased()); // it was erased before, by itself
-}
-
 } // namespace
 } // namespace tests

@@ -169,12 +169,12 @@ TEST_F(TransactionTest, ObjectsOfAnyOpenDrawingTakePart)
     KdDbDatabase other(true, true);
     const KdDbObjectId id = other.clayer();
     for (KdDbTransactionManager* each : {&manager(), other.transactionManager()}) {
-        ASSERT_NE(each->startTransaction(), nullptr);
+        each->startTransaction();
         KdDbObject* object = nullptr;
         ASSERT_EQ(each->getObject(object, id, KdDb::kForWrite), Kdapi::eOk);
         static_cast<KdDbLayerTableRecord*>(object)->setIsOff(true);
         EXPECT_EQ(each->abortTransaction(), Kdapi::eOk);
-        EXPECT_FALSE(Open<KdDbLayerTableRecord>(id, KdDb::kForRead)->isOff());
+        EXPECT_FALSE(Open<KdDbLayerTableRecord>(id)->isOff());
     }
 }
 
