@@ -165,8 +165,8 @@ TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
         kdutRelRb(pointing);
         line->createExtensionDictionary();
     }
-    const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
     addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1");
+    const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
     KdDbDatabase& target = *other_;
 
     korra::IdMap map;

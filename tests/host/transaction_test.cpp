@@ -61,16 +61,16 @@ TEST_F(TransactionTest, ClosesWhatItOpenedAtItsEnd)
 
 TEST_F(TransactionTest, LeavesOpeningsOfOthersAloneWhenItsOwnWereClosedBefore)
 {
+    manager().startTransaction();
+    readLayer();
+    manager().startTransaction();
+    EXPECT_EQ(readLayer()->close(), Kdapi::eOk);
+    manager().endTransaction();
+    EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead) << "by the outer one";
     {
         const Open<KdDbObject> ours(database().clayer(), KdDb::kForRead);
-        manager().startTransaction();
-        readLayer();
-        manager().startTransaction();
-        EXPECT_EQ(readLayer()->close(), Kdapi::eOk);
         manager().endTransaction();
-        EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead);
-        manager().endTransaction();
-        EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead);
+        EXPECT_EQ(openForWriting(), Kdapi::eWasOpenForRead) << "by ourselves";
     }
     EXPECT_EQ(openForWriting(), Kdapi::eOk);
 }
