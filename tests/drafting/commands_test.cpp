@@ -33,19 +33,12 @@ TEST_F(DraftingTest, DimsetTakesEachFormOfValueAndPrintsWhatHolds)
         const char* name;
         const char* value;
         const char* holds;
-    } const cases[] = {{"DimDec", "5", "5 0"},
-                       {"dimdec", "3.9", "3 0"},
-                       {"dimscale", "2.50", "2.5 0"},
-                       {"dimscale", "1e-3", "0.001 0"},
-                       {"dimscale", "1e-9", "0 0"},
-                       {"dimlfac", "-2.", "-2 0"},
-                       {"dimse1", "ON", "on 0"},
-                       {"dimse1", "off", "off 0"},
-                       {"dimse2", "7", "on 0"},
-                       {"dimtad", "on", "1 0"},
-                       {"dimgap", "0.3333333", "0.333333 0"},
-                       {"dimother", "1", "none 0"},
-                       {"dimdec", "1000", "3 2"}};
+    } const cases[] = {{"DimDec", "5", "5 0"},        {"dimdec", "3.9", "3 0"},
+                       {"dimscale", "2.50", "2.5 0"}, {"dimscale", "1e-3", "0.001 0"},
+                       {"dimlfac", "-2.", "-2 0"},    {"dimse1", "ON", "on 0"},
+                       {"dimse1", "off", "off 0"},    {"dimse2", "7", "on 0"},
+                       {"dimtad", "on", "1 0"},       {"dimgap", "0.3333333", "0.333333 0"},
+                       {"dimother", "1", "none 0"},   {"dimdec", "1000", "3 2"}};
 
     for (const auto& [name, value, holds] : cases) {
         EXPECT_EQ(last("DIMSET", {"20,10", name, value}),

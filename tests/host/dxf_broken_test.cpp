@@ -5,7 +5,8 @@
 
 #include "support/host_test.h"
 
-#include <random>
+using ::testing::EndsWith;
+using ::testing::StartsWith;
 
 namespace tests::dxf {
 namespace {
@@ -15,14 +16,14 @@ class BrokenDrawing : public HostTest {};
 /// The message behind the file's name; empty when the text was read.
 std::string messageOf(KdDbDatabase& database, const std::string& text)
 {
-    const korra::FileOutcome outcome = korra::readDrawingText(database, text, "broken.dxf");
-    EXPECT_EQ(outcome.done, outcome.message.empty());
-    if (outcome.done)
+    const auto [done, message] = korra::readDrawingText(database, text, "broken.dxf");
+    EXPECT_EQ(done, message.empty());
+    if (done)
         return "";
     EXPECT_TRUE(database.contents().slots.empty());
     EXPECT_TRUE(database.contents().header.variables().empty());
-    EXPECT_EQ(outcome.message.substr(0, 11), "broken.dxf:");
-    return outcome.message.substr(std::min<std::size_t>(outcome.message.size(), 11));
+    EXPECT_THAT(message, StartsWith("broken.dxf:"));
+    return message.substr(message.find(':') + 1);
 }
 
 std::string refusal(const std::string& text)
@@ -39,8 +40,6 @@ struct Refusal {
 TEST_F(BrokenDrawing, ValuesThatAreNone)
 {
     const Refusal tags[] = {
-        {"39 abc", "a number was expected, not \"abc\""},
-        {"39", "a number was expected, not \"\""},
         {"39 1e999", "a number was expected, not \"1e999\""},
         {"62 258", "a colour was expected, not \"258\""},
         {"62 -1", "a colour was expected, not \"-1\""},
@@ -117,8 +116,6 @@ TEST_F(BrokenDrawing, FramesThatAreNotClosedAndWhatComesTwice)
          "10: SEQEND was expected, not \"LINE\""},
         {"0 SECTION; 2 ENTITIES; 0 POLYLINE; 70 16; 0 VERTEX; 5 A; 0 VERTEX; 5 A",
          "16: the handle A is used twice"},
-        {"0 SECTION; 2 ENTITIES; 0 INSERT; 66 1; 2 A; 0 LINE",
-         "12: SEQEND was expected, not \"LINE\""},
         {"0 SECTION; 2 ENTITIES; 0 INSERT; 5 A; 0 ATTRIB; 0 SEQEND; 5 A",
          "14: the handle A is used twice"},
         {"0 SECTION; 2 ENTITIES; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 ENDSEC",
@@ -145,17 +142,10 @@ std::string chainOfBlocks(int length, int times)
     for (int index = 1; index < length; ++index) {
         std::string references;
         for (int time = 0; time < times; ++time)
-            references.append("0 INSERT; 2 B").append(std::to_string(index - 1)).append("\n");
+            references += "0 INSERT; 2 B" + std::to_string(index - 1) + "\n";
         blocks += block("B" + std::to_string(index), references);
     }
     return withBlocks(blocks);
-}
-
-/// The message without the line in front.
-std::string nestingOf(const std::string& text)
-{
-    const std::string message = refusal(text);
-    return message.substr(std::min(message.find(' ') + 1, message.size()));
 }
 
 TEST_F(BrokenDrawing, BlocksThatContainThemselvesNestTooDeepOrShowTooMuch)
@@ -179,74 +169,35 @@ TEST_F(BrokenDrawing, BlocksThatContainThemselvesNestTooDeepOrShowTooMuch)
 
     readWhole(chainOfBlocks(500, 1));
     readWhole(chainOfBlocks(24, 2)); // many references to one block are no depth
-    EXPECT_EQ(nestingOf(chainOfBlocks(60, 2)),
-              "the block \"B25\" shows more than 100000000 entities");
-    EXPECT_EQ(nestingOf(chainOfBlocks(501, 1)),
-              "the block \"B500\" nests more than 500 blocks deep");
-    EXPECT_NE(refusal(chainOfBlocks(100000, 1)), "");
+    EXPECT_THAT(refusal(chainOfBlocks(60, 2)),
+                EndsWith(" the block \"B25\" shows more than 100000000 entities"));
+    EXPECT_THAT(refusal(chainOfBlocks(501, 1)),
+                EndsWith(" the block \"B500\" nests more than 500 blocks deep"));
+    EXPECT_NE(refusal(chainOfBlocks(100000, 1)), ""); // and the walk has no recursion
 }
 
-// Mutated drawings: each is refused with a line, or is whole and stays what it is once written.
-
-/// One small harm: to a byte, a line, or a stretch; or all behind a place is lost.
-void harm(std::string& text, std::mt19937_64& random)
-{
-    constexpr std::string_view kLines[] = {
-        "  0",          "SECTION",     "ENDSEC",   "1e999",  "-1",  "  5",  "50",
-        "*Model_Space", "{",           "102",      "100",    "101", "\\U+", "EOF",
-        "BLOCK",        "99999999999", "\xFF\xFE", "SEQEND", "nan", ""};
-    const auto pick = [&](std::size_t count) { return random() % count; };
-    const std::size_t place = pick(text.size());
-    const std::size_t lineBegin = text.rfind('\n', place) + 1;
-    const std::size_t lineEnd = std::max(std::min(text.find('\n', place), text.size()), lineBegin);
-    switch (pick(20)) {
-    case 0:
-        text.resize(place + 1);
-        break;
-    case 1:
-    case 2:
-        text[place] = static_cast<char>(random());
-        break;
-    case 3:
-    case 4:
-        text.erase(place, pick(40));
-        break;
-    case 5:
-    case 6:
-        text.insert(place, text.substr(pick(text.size()), pick(200)));
-        break;
-    default:
-        text.replace(lineBegin, lineEnd - lineBegin, kLines[pick(std::size(kLines))]);
-    }
-}
-
-/// True when the text was read; what is written of it then reads back and is written the same.
-bool survives(const std::string& text)
+/// The text is refused in one line, or is whole: what is written of it stays what it is.
+bool isRefusedOrWhole(const std::string& text)
 {
     KdDbDatabase database(false);
     const std::string message = messageOf(database, text);
-    EXPECT_EQ(message.find('\n'), message.npos);
     if (!message.empty())
-        return false;
+        return message.find('\n') == message.npos;
     const std::string written = korra::drawingText(database);
-    EXPECT_EQ(korra::drawingText(*readWhole(written)), written);
-    return true;
+    return korra::drawingText(*readWhole(written)) == written;
 }
 
-TEST_F(BrokenDrawing, MutationsAreRefusedOrWhole)
+TEST_F(BrokenDrawing, WithoutALineOrWithAnotherInItsPlaceItIsRefusedOrWhole)
 {
-    constexpr int kRounds = 3000;
-    std::mt19937_64 random(20240229); // the same harm in every run
-    int read = 0;
-    for (int round = 0; round < kRounds && !HasFailure(); ++round) {
-        std::string text = file(round % 2 == 0 ? kModernSample : kEarlySample);
-        for (std::size_t count = 1 + random() % 3; count > 0; --count)
-            harm(text, random);
-        SCOPED_TRACE(round);
-        read += survives(text) ? 1 : 0;
+    for (const std::string& text : {file(kModernSample), file(kEarlySample)}) {
+        for (std::size_t begin = 0, next = 0; begin < text.size(); begin = next) {
+            next = text.find('\n', begin) + 1;
+            for (const char* line : {"", "  5\n", "{\n"})
+                EXPECT_TRUE(isRefusedOrWhole(text.substr(0, begin) + line + text.substr(next)))
+                    << line << " at " << begin;
+            EXPECT_TRUE(isRefusedOrWhole(text.substr(0, next))) << "ends at " << begin;
+        }
     }
-    EXPECT_GT(read, kRounds / 20); // both ways are gone
-    EXPECT_LT(read, kRounds * 19 / 20);
 }
 
 } // namespace

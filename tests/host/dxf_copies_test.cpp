@@ -81,7 +81,7 @@ std::string noteOf(const Kind& kind)
         note.append("2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
             .append(kind.type.substr(type.size() + 1))
             .append("; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; 210 0; 220 1; 230 0; ");
-    return note.append(kind.fields).append("\n").append(kind.others);
+    return note.append(kind.fields).append("; 1001 ACAD; 1070 1\n").append(kind.others);
 }
 
 /// The text without what a copy has of its own: handles, the block of a dimension's graphics and

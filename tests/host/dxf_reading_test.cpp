@@ -40,43 +40,33 @@ std::vector<std::uint64_t> entitiesOf(const KdDbDatabase& database, const wchar_
 TEST_F(DrawingReading, CurvesHaveTheirGeometry)
 {
     const auto database = readWhole(
-        withEntities("0 LINE; 5 A1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6\n"
-                     "0 ARC; 5 A2; 10 1; 20 2; 40 5; 50 90; 51 180; 210 0; 220 0; 230 -1\n"
-                     "0 CIRCLE; 5 A3; 10 1; 20 2; 30 3; 40 +2.5e1\n"
-                     "0 LWPOLYLINE; 5 A4; 90 2; 70 1; 38 7; 10 0; 20 0; 42 1; 10 4; 20 0; 40 .5\n"
-                     "0 POLYLINE; 5 A5; 66 1; 70 8; 10 0; 20 0; 30 0\n"
-                     "0 VERTEX; 10 1; 20 1; 30 9; 70 32\n"
-                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32\n"
-                     "0 SEQEND\n"
-                     "0 POLYLINE; 5 A6; 66 1; 70 1; 10 0; 20 0; 30 4\n"
-                     "0 VERTEX; 10 1; 20 1; 42 -1\n"
-                     "0 SEQEND\n"
-                     "0 POINT; 5 A7; 10 8; 20 9\n"
-                     "0 LWPOLYLINE; 5 A8; 90 2147483647; 70 1; 10 1; 20 2"));
+        withEntities("0 ARC; 5 A1; 10 1; 20 2; 40 5; 50 90; 51 180; 210 0; 220 0; 230 -1\n"
+                     "0 LWPOLYLINE; 5 A2; 90 2147483647; 70 1; 38 7\n"
+                     "10 0; 20 0; 42 1; 10 4; 20 0; 40 .5\n"
+                     "0 POLYLINE; 5 A3; 66 1; 70 8; 10 0; 20 0; 30 0\n"
+                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32; 0 SEQEND\n"
+                     "0 POLYLINE; 5 A4; 66 1; 70 1; 10 0; 20 0; 30 4\n"
+                     "0 VERTEX; 10 1; 20 1; 42 -1; 0 SEQEND"));
 
-    EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->startPoint(), KdGePoint3d(1, 2, 3));
-    EXPECT_EQ(find<KdDbLine>(*database, 0xA1)->endPoint(), KdGePoint3d(4, 5, 6));
-    const auto& arc = *find<KdDbArc>(*database, 0xA2);
+    const auto& arc = *find<KdDbArc>(*database, 0xA1);
     EXPECT_DOUBLE_EQ(arc.startAngle(), std::numbers::pi / 2);
     EXPECT_DOUBLE_EQ(arc.endAngle(), std::numbers::pi);
     EXPECT_TRUE(arc.center().isEqualTo({-1, 2, 0})); // in the system of its normal 1, 2
-    EXPECT_DOUBLE_EQ(find<KdDbCircle>(*database, 0xA3)->radius(), 25.0);
-    EXPECT_EQ(find<KdDbPoint>(*database, 0xA7)->position(), KdGePoint3d(8, 9, 0));
-
-    const auto& light = *find<KdDbPolyline>(*database, 0xA4);
-    KdGePoint3d point;
-    double bulge = 0.0;
+    const auto& light = *find<KdDbPolyline>(*database, 0xA2);
     EXPECT_TRUE(light.isClosed());
+    EXPECT_EQ(light.numVerts(), 2u); // the count that the file tells is not believed
+    KdGePoint3d point;
     EXPECT_EQ(light.getPointAt(1, point), Kdapi::eOk);
     EXPECT_EQ(point, KdGePoint3d(4, 0, 7));
+    double bulge = 0.0;
     EXPECT_EQ(light.getBulgeAt(0, bulge), Kdapi::eOk);
     EXPECT_EQ(bulge, 1.0);
-    EXPECT_EQ(find<KdDbPolyline>(*database, 0xA8)->numVerts(), 1u); // counts are not believed
-    const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA5);
-    EXPECT_EQ(spatial.vertices()[1]->position(), KdGePoint3d(2, 2, 8));
+    const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA3);
+    EXPECT_EQ(spatial.vertices()[0]->position(), KdGePoint3d(2, 2, 8));
     EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
-    EXPECT_TRUE(find<KdDb2dPolyline>(*database, 0xA6)->isClosed());
-    EXPECT_EQ(find<KdDb2dPolyline>(*database, 0xA6)->vertices()[0]->bulge(), -1.0);
+    const auto& flat = *find<KdDb2dPolyline>(*database, 0xA4);
+    EXPECT_TRUE(flat.isClosed());
+    EXPECT_EQ(flat.vertices()[0]->bulge(), -1.0);
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
@@ -85,48 +75,21 @@ TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
     const auto& text = *find<KdDbMText>(*database, 0x56);
     EXPECT_STREQ(text.contents(), L"первая вторая\\Pстрока");
     EXPECT_EQ(text.location(), KdGePoint3d(1, 1, 0)); // not the embedded
-    EXPECT_EQ(text.attachment(), 5);
-
-    const auto& reference = *find<KdDbBlockReference>(*database, 0x58);
-    EXPECT_EQ(nameOf(reference.blockTableRecord()), L"Винт");
-    EXPECT_EQ(reference.extensionDictionary().handle(), KdDbHandle(0x60));
-    const auto& attribute = *find<KdDbAttribute>(*database, 0x59);
-    EXPECT_STREQ(attribute.tag(), L"TAG");
-    EXPECT_STREQ(attribute.textString(), L"значение");
-    EXPECT_EQ(attribute.ownerId(), reference.objectId());
+    EXPECT_THAT(handlesOf({find<KdDbBlockReference>(*database, 0x58)->blockTableRecord(),
+                           find<KdDbAttribute>(*database, 0x59)->ownerId()}),
+                ElementsAre(0x22, 0x58));
     EXPECT_EQ(find<KdDbBlockTableRecord>(*database, 0x22)->origin(), KdGePoint3d(1, 0, 0));
-
-    const auto& viewport = *find<KdDbViewport>(*database, 0x57);
-    EXPECT_EQ(viewport.viewCenter(), KdGePoint2d(5, 6));
-    EXPECT_EQ(viewport.customScale(), 100.0 / 80.0);
-    EXPECT_DOUBLE_EQ(viewport.twistAngle(), std::numbers::pi / 4);
+    EXPECT_DOUBLE_EQ(find<KdDbViewport>(*database, 0x57)->twistAngle(), std::numbers::pi / 4);
 }
 
-TEST_F(DrawingReading, DimensionsAreOfTheKindThatTheirFlagsSay)
+TEST_F(DrawingReading, DimensionsHaveTheStyleThatIsThereAndAreOfAKindThatIsKnown)
 {
-    struct {
-        const char* fields;
-        const KdRxClass* kind;
-        double measurement;
-    } const cases[] = {
-        {"70 32; 10 0; 20 5; 13 0; 23 0; 14 7; 24 1; 50 0", KdDbRotatedDimension::desc(), 7},
-        {"70 33; 10 0; 20 5; 13 0; 23 0; 14 3; 24 4", KdDbAlignedDimension::desc(), 5},
-        {"70 35; 10 0; 20 0; 15 8; 25 0", KdDbDiametricDimension::desc(), 8},
-        {"70 36; 10 0; 20 0; 15 3; 25 4", KdDbRadialDimension::desc(), 5},
-        {"70 37; 10 1; 20 1; 13 1; 23 0; 14 0; 24 1; 15 0; 25 0", KdDbAngularDimension::desc(),
-         std::numbers::pi / 2},
-        {"70 38; 10 1; 20 1", KdDbDimension::desc(), 0},
-    };
-
-    for (const auto& [fields, kind, measurement] : cases) {
-        const auto database =
-            readWhole(withEntities("0 DIMENSION; 5 A0; 1 <> mm; 3 ISO; " + std::string(fields)));
-        const auto& dimension = *find<KdDbDimension>(*database, 0xA0);
-        EXPECT_EQ(dimension.isA(), kind) << fields;
-        EXPECT_DOUBLE_EQ(dimension.measurement(), measurement) << fields;
-        EXPECT_STREQ(dimension.dimensionText(), L"<> mm");
-        EXPECT_EQ(dimension.dimensionStyle(), database->dimstyle());
-    }
+    const auto database = readWhole(
+        withEntities("0 DIMENSION; 5 A0; 3 ISO; 70 38\n0 DIMENSION; 5 A1; 70 33; 14 3; 24 4"));
+    const auto& unknown = *find<KdDbDimension>(*database, 0xA0);
+    EXPECT_EQ(unknown.isA(), KdDbDimension::desc());
+    EXPECT_EQ(unknown.dimensionStyle(), database->dimstyle());
+    EXPECT_DOUBLE_EQ(find<KdDbAlignedDimension>(*database, 0xA1)->measurement(), 5);
 }
 
 TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
@@ -141,7 +104,6 @@ TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
         {kEighth, "16 2; 26 1", std::atan(1)},
         {kEighth, "16 0; 26 3", 3 * std::atan(1)},
         {kEighth, "16 -3; 26 -1", std::atan(1)},
-        {kEighth, "16 1; 26 -2", 3 * std::atan(1)},
         {"13 0; 23 0; 14 1; 24 0; 15 0; 25 1; 10 1; 20 1", "16 1; 26 2", 0.0}, // parallel
         // Upright: in the plane of the normal x is -x and y is z; the arc's point lies in it.
         {"13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 10 1; 20 2; 30 3",
@@ -156,29 +118,15 @@ TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
     }
 }
 
-TEST_F(DrawingReading, ADrawOrderIsThatOfTheSortHandles)
-{
-    std::string text =
-        replaced(file(kModernSample), "  2\n*Model_Space\n340\n",
-                 "  2\n*Model_Space\n" + file("102 {ACAD_XDICTIONARY; 360 70; 102 }") + "340\n");
-    text = replaced(text, file("0 XRECORD; 5 61"),
-                    file("0 DICTIONARY; 5 70; 330 20; 3 ACAD_SORTENTS; 360 71\n"
-                         "0 SORTENTSTABLE; 5 71; 330 70; 330 20; 331 50; 5 52; 331 52; 5 50\n"
-                         "0 XRECORD; 5 61"));
-    const auto database = readWhole(text);
-    EXPECT_THAT(handlesOf(korra::drawOrder(*database->contents().block(L"*Model_Space"))),
-                ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58));
-    EXPECT_EQ(korra::drawingText(*database), text);
-}
-
 TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 {
     const auto database = readWhole(file(kModernSample));
     EXPECT_THAT(entitiesOf(*database, L"*Model_Space"),
                 ElementsAre(0x50, 0x51, 0x52, 0x53, 0x56, 0x58));
+    EXPECT_THAT(handlesOf(korra::drawOrder(*database->contents().block(L"*Model_Space"))),
+                ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58)); // as the sort handles say
     EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ElementsAre(0x57));
     EXPECT_THAT(entitiesOf(*database, L"винт"), ElementsAre(0x46));
-    EXPECT_EQ(find<KdDbLine>(*database, 0x46)->ownerId().handle(), KdDbHandle(0x22));
 
     const auto early = readWhole(withEntities("0 LINE; 5 A; 330 9\n0 LINE; 5 B; 67 1"));
     EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ElementsAre(0xA));
@@ -188,29 +136,29 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
 {
     const auto database = readWhole(file(kModernSample));
-    EXPECT_EQ(database->namedObjectsDictionaryId().handle(), KdDbHandle(0xC));
-    EXPECT_EQ(database->layoutDictionaryId().handle(), KdDbHandle(0x1A));
+    EXPECT_THAT(handlesOf({database->namedObjectsDictionaryId(), database->layoutDictionaryId(),
+                           find<KdDbBlockTableRecord>(*database, 0x21)->getLayoutId(),
+                           find<KdDbBlockReference>(*database, 0x58)->extensionDictionary()}),
+                ElementsAre(0xC, 0x1A, 0x31, 0x60));
     const auto layouts = korra::layoutsOf(database->contents());
     ASSERT_EQ(layouts.size(), 2u);
     EXPECT_STREQ(layouts[1]->getLayoutName(), L"Blatt 1");
     EXPECT_EQ(layouts[1]->getBlockTableRecordId().handle(), KdDbHandle(0x21));
-    EXPECT_EQ(find<KdDbBlockTableRecord>(*database, 0x21)->getLayoutId().handle(),
-              KdDbHandle(0x31));
     KdDbObjectId id;
     EXPECT_EQ(find<KdDbDictionary>(*database, 0x60)->getAt(L"note", id), Kdapi::eOk);
-    EXPECT_EQ(id.handle(), KdDbHandle(0x62));
 }
 
 TEST_F(DrawingReading, ExtendedDataHasItsTypes)
 {
     const auto database = readWhole(file(kModernSample));
     const auto& data = ObjectAccess::extras(*find<KdDbLine>(*database, 0x50)).xData;
-    EXPECT_EQ(data.at(0), (korra::TypedValue{1001, std::wstring(L"ACAD")}));
-    EXPECT_EQ(data.at(3), (korra::TypedValue{1070, short{147}}));
-    EXPECT_EQ(data.at(4), (korra::TypedValue{1040, 0.625}));
-    EXPECT_EQ(data.at(9), (korra::TypedValue{1010, KdGePoint3d(1, 2, 3)}));
-    EXPECT_EQ(data.at(10), (korra::TypedValue{1004, std::string("\x0A\xFF")}));
-    EXPECT_EQ(data.at(11), (korra::TypedValue{1071, std::int32_t{-70000}}));
+    for (const korra::TypedValue& value : {korra::TypedValue{1001, std::wstring(L"ACAD")},
+                                           {1070, short{147}},
+                                           {1040, 0.625},
+                                           {1010, KdGePoint3d(1, 2, 3)},
+                                           {1004, std::string("\x0A\xFF")},
+                                           {1071, std::int32_t{-70000}}})
+        EXPECT_THAT(data, ::testing::Contains(value)) << value.code;
 }
 
 TEST_F(DrawingReading, ReferencesMayStandBeforeWhatTheyName)
@@ -239,9 +187,8 @@ TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInForAndKept)
     EXPECT_EQ(nameOf(written.linetypeId()), L"ByLayer");
     EXPECT_EQ(nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()), L"Continuous");
     EXPECT_EQ(written.textStyle(), database->textstyle());
-    EXPECT_TRUE(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord().isNull());
+    EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord()), L"(none)");
     EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
-    EXPECT_EQ(find<KdDbLine>(*database, 0xC)->lineWeight(), KdDb::kLnWtByLayer);
 
     changeObject<KdDbText>(*database, 0xA, [](auto& changing) { changing.setHeight(2); });
     EXPECT_THAT(korra::drawingText(*database),
@@ -277,13 +224,11 @@ TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)
 TEST_F(DrawingReading, OnlyAnEmptyDatabaseIsReadInto)
 {
     const std::string text = withEntities("0 LINE; 5 A");
-    const auto database = readWhole(text);
-    EXPECT_FALSE(korra::readDrawingText(*database, text, "again.dxf").done);
-    EXPECT_NE(find<KdDbLine>(*database, 0xA), nullptr);
-
-    KdDbDatabase empty(false); // after a failure it can be read into
+    KdDbDatabase empty(false); // and is so after a failure
     EXPECT_FALSE(korra::readDrawingText(empty, "garbage", "bad.dxf").done);
     EXPECT_TRUE(korra::readDrawingText(empty, text, "good.dxf").done);
+    EXPECT_FALSE(korra::readDrawingText(empty, text, "again.dxf").done);
+    EXPECT_NE(find<KdDbLine>(empty, 0xA), nullptr);
 }
 
 } // namespace

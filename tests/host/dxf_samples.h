@@ -2,19 +2,16 @@
 
 #include "korra/host.h"
 #include "objects/contents.h"
+#include "support/dxf_notes.h"
 #include "support/objects.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 
 /// Drawings in the exchange format, written by hand, and ways to read them.
-///
-/// They are noted briefly: "0 LINE; 8 0" stands for the tags of code 0 and value "LINE" and of code
-/// 8 and value "0"; a line end parts tags as "; " does.
 namespace tests::dxf {
 
 /// A drawing of an early version: no handles, no subclasses, a code page. @NAME@ stands for a text
@@ -62,8 +59,8 @@ inline constexpr std::string_view kModernSample = R"(0 SECTION; 2 HEADER
 0 LAYER; 5 11; 102 {REACTORS; 330 4711; 102 }; 330 2; 100 Record; 100 Layer; 2 Граница
 70      0; 62      1; 420  16711680; 6 Continuous; 0 ENDTAB
 0 TABLE; 2 BLOCK_RECORD; 5 1; 100 Table; 70      3
-0 BLOCK_RECORD; 5 20; 330 1; 100 Record; 100 Block; 2 *Model_Space; 340 30; 70      6
-280      1
+0 BLOCK_RECORD; 5 20; 330 1; 100 Record; 100 Block; 2 *Model_Space; 102 {ACAD_XDICTIONARY; 360 70
+102 }; 340 30; 70      6; 280      1
 0 BLOCK_RECORD; 5 21; 330 1; 2 *Paper_Space; 340 31
 0 BLOCK_RECORD; 5 22; 330 1; 2 Винт; 340 0; 70      4; 0 ENDTAB; 0 ENDSEC
 0 SECTION; 2 BLOCKS
@@ -103,40 +100,14 @@ inline constexpr std::string_view kModernSample = R"(0 SECTION; 2 HEADER
 0 LAYOUT; 5 31; 330 1A; 100 Settings; 1; 70    688; 100 Layout; 1 Blatt 1; 70      1
 71      1; 330 21
 0 DICTIONARY; 5 60; 330 58; 100 Dictionary; 280      1; 281      1; 3 NOTE; 360 62
+0 DICTIONARY; 5 70; 330 20; 3 ACAD_SORTENTS; 360 71
+0 SORTENTSTABLE; 5 71; 330 70; 330 20; 331 50; 5 52; 331 52; 5 50
 0 XRECORD; 5 61; 330 C; 100 XRecord; 280      1; 102 { not a group; 1 free; 70 99999
 0 XRECORD; 5 62; 330 60; 1 note; 0 ENDSEC
 0 SECTION; 2 THUMBNAILIMAGE; 90         4; 310 00112233; 0 ENDSEC
 999 near the end
 0 EOF
 )";
-
-/// The file of a drawing that is noted briefly.
-inline std::string file(std::string_view notes)
-{
-    std::string text;
-    while (!notes.empty()) {
-        const std::size_t end = std::min(notes.find('\n'), notes.find("; "));
-        const std::string_view tag = notes.substr(0, end);
-        const std::size_t codeEnd = std::min(tag.find(' '), tag.size());
-        text.append(codeEnd < 3 ? 3 - codeEnd : 0, ' ').append(tag.substr(0, codeEnd)) += '\n';
-        text.append(tag.substr(std::min(codeEnd + 1, tag.size()))) += '\n';
-        notes.remove_prefix(end == notes.npos ? notes.size() : end + (notes[end] == ';' ? 2 : 1));
-    }
-    return text;
-}
-
-/// A drawing with these entities and no more.
-inline std::string withEntities(std::string_view notes)
-{
-    return file("0 SECTION; 2 ENTITIES\n" + std::string(notes) + "\n0 ENDSEC\n0 EOF\n");
-}
-
-inline std::string replaced(std::string text, std::string_view what, std::string_view by)
-{
-    const std::size_t place = text.find(what);
-    EXPECT_NE(place, std::string::npos) << "the sample has no " << what;
-    return place == std::string::npos ? text : text.replace(place, what.size(), by);
-}
 
 /// A database with the drawing in it; a failure to read fails the test.
 inline std::unique_ptr<KdDbDatabase> readWhole(const std::string& text)

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace tests {
 
 /// An object that is open for a scope; what cannot be opened fails the test.
@@ -56,6 +58,14 @@ KdDbObjectId addRecord(const wchar_t* name)
     record->close();
     table->close();
     return id;
+}
+
+inline KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
+{
+    KdArray<KdDbObjectId> array;
+    for (const KdDbObjectId id : ids)
+        array.append(id);
+    return array;
 }
 
 /// A window on the model, to be added to a sheet; its number is 2 or above.

@@ -1,0 +1,138 @@
+// What a file's text is made of: code pages and escapes, numbers, header variables.
+
+#include "form/encoding.h"
+#include "form/header.h"
+#include "form/numbers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+using korra::DrawingHeader;
+using korra::TextEncoding;
+using Variable = DrawingHeader::Variable;
+
+namespace tests {
+namespace {
+
+TEST(TextEncodingTest, DecodesAndEncodesItsCodePage)
+{
+    const struct {
+        const char* codePage;
+        const char* bytes;
+        const wchar_t* text;
+    } cases[] = {
+        {"UTF-8", "\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80", L"ä中😀"},
+        {"ANSI_1251", "\xCF\xF0\xE8\xE2\xE5\xF2", L"Привет"},
+        {"ansi_1252", "\xC4\x80\x9C", L"Ä€œ"},
+        {"ANSI_936", "\xD6\xD0\x81\x5C\x81\x5Ex", L"中乗乛x"}, // second bytes \ and ^
+        {"ANSI_932", "\x93\xFA\x83\x5C", L"日ソ"},
+        {"DOS850", "\x84", L"ä"},
+        {"unheard-of", "\xE4", L"ä"},
+    };
+
+    for (const auto& each : cases) {
+        const TextEncoding encoding(each.codePage);
+        EXPECT_EQ(encoding.codePage(), each.codePage);
+        EXPECT_EQ(encoding.decode(each.bytes), each.text) << each.codePage;
+        EXPECT_EQ(encoding.encode(each.text), each.bytes) << each.codePage;
+    }
+}
+
+TEST(TextEncodingTest, BytesThatAreNoTextBecomeReplacementCharacters)
+{
+    EXPECT_EQ(TextEncoding().decode("x\xFFy\xC3"), L"x\uFFFDy\uFFFD");
+    EXPECT_EQ(TextEncoding().decode("\xED\xA0\x80x").back(), L'x'); // half of a pair in UTF-8
+    EXPECT_EQ(TextEncoding("ANSI_936").decode("x\xD6"), L"x\uFFFD");
+    EXPECT_EQ(TextEncoding().decode("\\U+D83D"), L"\uFFFD");
+}
+
+TEST(TextEncodingTest, EscapesAreReadInEveryCodePage)
+{
+    const TextEncoding latin("ANSI_1252");
+    EXPECT_EQ(latin.decode("\\U+0416\\U+4e2d"), L"Ж中");
+    EXPECT_EQ(latin.decode("\\U+D83D\\U+DE00"), L"😀");
+    EXPECT_EQ(latin.decode("\\M+193FA \\M+5D6D0"), L"日 中");
+    EXPECT_EQ(latin.decode("a^Ib^ c"), L"a\tb^c");
+    EXPECT_EQ(latin.decode("\\u+00e4^_ ^A\\U+D7FF\\U+E000"), L"ä\x1F \x1\xD7FF\xE000");
+    for (const char* plain : {"\\U+12", "\\U+XYZW", "\\U+000G", "\\U+00/0", "\\U+0000", "\\M+0D6D0",
+                              "\\M+6D6D0", "x^2", "^", "^@^`", "\\P\\~"})
+        EXPECT_EQ(latin.decode(plain), std::wstring(plain, plain + std::string(plain).size()));
+}
+
+TEST(TextEncodingTest, WhatIsEncodedReadsBack)
+{
+    for (const char* codePage : {"UTF-8", "ANSI_1251", "ANSI_936"}) {
+        const TextEncoding encoding(codePage);
+        for (const wchar_t* text : {L"Ж漢😀ä", L"line\nend\r\t", L"2^J x^2 ^ ^^A", L"\x1F \x7F\x80",
+                                    L"\xFFFF\x10000\x10FFFF"}) {
+            const std::string bytes = encoding.encode(text);
+            EXPECT_EQ(encoding.decode(bytes), text) << codePage;
+            EXPECT_EQ(bytes.find_first_of("\r\n"), bytes.npos);
+        }
+    }
+    EXPECT_EQ(TextEncoding("unheard-of").encode(L"\xFF\x100"), "\xFF\\U+0100");
+    EXPECT_EQ(TextEncoding("ANSI_1252").encode(L"Ж😀"), "\\U+0416\\U+D83D\\U+DE00");
+    EXPECT_EQ(TextEncoding().encode(L"x^2"), "x^2");
+}
+
+TEST(DrawingHeaderTest, SettersKeepPlaceAndEqualText)
+{
+    DrawingHeader header;
+    for (const Variable& variable : {Variable{"$LTSCALE", {{40, "  2.50 "}}},
+                                     {"$TILEMODE", {{70, "     1"}}},
+                                     {"$CLAYER", {{8, "Wand"}}},
+                                     {"$LIMMAX", {{10, "297.0"}, {20, "210.0"}}}})
+        header.append(variable);
+    EXPECT_EQ(header.integer("$CLAYER", -3), -3); // no number
+    header.setReal("$LTSCALE", 2.5, 40);
+    header.setInteger("$TILEMODE", 0, 70);
+    header.setText("$CLAYER", L"Wand", 8);
+    header.setPoint("$LIMMAX", KdGePoint2d(297, 100));
+    header.setReal("$DIMSCALE", 0.1, 40);
+    EXPECT_THAT(header.variables(),
+                ::testing::ElementsAre(Variable{"$LTSCALE", {{40, "  2.50 "}}},
+                                       Variable{"$TILEMODE", {{70, "0"}}},
+                                       Variable{"$CLAYER", {{8, "Wand"}}},
+                                       Variable{"$LIMMAX", {{10, "297.0"}, {20, "100"}}},
+                                       Variable{"$DIMSCALE", {{40, "0.1"}}}));
+}
+
+TEST(DrawingNumbersTest, WrittenNumbersReadBackEqual)
+{
+    std::mt19937_64 random(4711);
+    for (int round = 0; round < 20000; ++round) {
+        const double value =
+            std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 160) - 120);
+        EXPECT_EQ(korra::parseReal(korra::formatReal(value)), value);
+    }
+    EXPECT_EQ(korra::formatReal(0.1), "0.1");
+    EXPECT_EQ(korra::formatReal(-0.0), "0");
+}
+
+TEST(DrawingNumbersTest, RoundDegreesAreWrittenRound)
+{
+    for (int degrees = -720; degrees <= 720; ++degrees)
+        EXPECT_EQ(korra::formatDegrees(korra::degreesToRadians(degrees)), std::to_string(degrees));
+    EXPECT_EQ(korra::formatDegrees(korra::degreesToRadians(22.5)), "22.5");
+    EXPECT_EQ(korra::formatDegrees(std::acos(-1.0)), "180");
+}
+
+TEST(DrawingNumbersTest, OnlyWholeTextsAreNumbers)
+{
+    for (const char* text :
+         {"", " ", "1 2", "1x", "x1", "+", "+-1", "--1", "inf", "nan", "1e400", "0x10"})
+        EXPECT_EQ(korra::parseReal(text), std::nullopt) << text;
+    EXPECT_EQ(korra::parseReal("\t+1.5e2 "), 150.0);
+    EXPECT_EQ(korra::parseReal("1e-400"), 0.0);
+    for (const char* text : {"", "1.0", "99999999999999999999", "1e3"})
+        EXPECT_EQ(korra::parseWhole(text), std::nullopt) << text;
+    for (const char* text : {"", "G", "-1", "8000000000000000", "10000000000000000"})
+        EXPECT_EQ(korra::parseHandle(text), std::nullopt) << text;
+    EXPECT_EQ(korra::parseHandle("1aF"), 0x1AFu);
+}
+
+} // namespace
+} // namespace tests
