@@ -9,7 +9,7 @@
 namespace tests {
 
 /// Keeps what is drawn and how it looks, in the coordinates of the sink.
-class RecordingSink final : public korra::DrawSink {
+class RecordingSink : public korra::DrawSink {
 public:
     RecordingSink() : DrawSink(korra::Looks::shown) {}
 
