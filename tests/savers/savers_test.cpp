@@ -28,15 +28,10 @@ KdGeMatrix3d movedBy(double x)
 /// Makes a coordinate system with its origin at (x, 0, 0) current, perhaps one with a name.
 void useUcs(bool named, double x)
 {
-    if (!named) {
+    if (named)
+        useNamedUcs(x);
+    else
         kdedSetCurrentUCS(movedBy(x));
-        return;
-    }
-    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
-    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
-    KdDbObjectId viewport;
-    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
-    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
 }
 
 KdGeMatrix3d currentUcs()
@@ -151,16 +146,13 @@ TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
 
 TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
 {
-    struct {
-        const char* what;
-        double before;
-        bool named, readable;
-        double during, after;
-    } const cases[] = {{"the world", 0, false, true, 0, 20},
-                       {"a matrix", 5, false, true, 10, 5},
-                       {"a matrix that cannot be read", 5, false, false, 5, 20},
-                       {"a name", 5, true, true, 10, 5},
-                       {"a name, with a matrix that cannot be read", 5, true, false, 10, 5}};
+    // What is current: its place, whether it is named and readable; its place during and after.
+    const std::tuple<const char*, double, bool, bool, double, double> cases[] = {
+        {"the world", 0, false, true, 0, 20},
+        {"a matrix", 5, false, true, 10, 5},
+        {"a matrix that cannot be read", 5, false, false, 5, 20},
+        {"a name", 5, true, true, 10, 5},
+        {"a name, with a matrix that cannot be read", 5, true, false, 10, 5}};
 
     for (const auto& [what, before, named, readable, during, after] : cases) {
         SCOPED_TRACE(what);

@@ -45,4 +45,9 @@ KdDbObjectId blockId(const wchar_t* name);
 /// Names of the operations that the host is asked for while `scenario` runs, in order.
 std::vector<std::string> tracedOperations(const std::function<void()>& scenario);
 
+/// Runs a scenario with one fallible host call after the other failing, in the end with none, and
+/// each time the check behind it; `prepare` runs before, unharmed.
+void failEachCall(const std::function<void()>& scenario, const std::function<void()>& check,
+                  const std::function<void()>& prepare = nullptr);
+
 } // namespace tests

@@ -2,17 +2,11 @@
 
 #include "orvex/orvex.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
 #include "support/named_records.h"
-#include "support/objects.h"
 #include "support/opened.h"
 #include "support/support_folder.h"
 #include "views/pick_scene.h"
 
-#include <memory>
-
-using namespace tests;
 using support::Opened;
 
 namespace {
@@ -58,8 +52,7 @@ Ids definitions()
 /// A dimension that overrides one variable.
 Ids dimension()
 {
-    auto* const made = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
-    made->setDimensionStyle(drawing()->dimstyle());
+    KdDbDimension* const made = newDimension();
     made->setDimlfac(3);
     return {addEntity(made)};
 }
@@ -72,8 +65,8 @@ Ids scene()
 
 Ids sceneUnderSheet()
 {
-    makePickSceneUnderSheet();
-    return {};
+    makePickScene();
+    return {goToSheet()};
 }
 
 /// A sheet with two windows.
@@ -91,16 +84,14 @@ Ids movedSystem()
 
 Ids namedSystem()
 {
-    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
-    KdDbObjectId viewport;
-    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
-    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+    useNamedUcs(5);
     return {};
 }
 
 // Calls that take more than a line.
 
-QmLayerMgr::LAYERINFO layer(const wchar_t* name, const wchar_t* linetype)
+template <class Change>
+void changeLayer(Change change, const wchar_t* name, const wchar_t* linetype)
 {
     QmLayerMgr::LAYERINFO info;
     info.name = name;
@@ -108,13 +99,6 @@ QmLayerMgr::LAYERINFO layer(const wchar_t* name, const wchar_t* linetype)
     info.lineWeight = 25;
     info.lineType = linetype;
     info.measurement = KdDb::kMetric;
-    return info;
-}
-
-template <class Change>
-void changeLayer(Change change, const wchar_t* name, const wchar_t* linetype)
-{
-    QmLayerMgr::LAYERINFO info = layer(name, linetype);
     change(info, drawing());
 }
 
@@ -134,7 +118,7 @@ void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle
 template <class Add>
 void addLine(Add add)
 {
-    auto line = std::make_unique<KdDbLine>(KdGePoint3d(0, 0, 0), KdGePoint3d(10, 0, 0));
+    auto line = std::make_unique<KdDbLine>();
     const Kdapi::ErrorStatus status = add(line.get());
     if (line->objectId().isNull())
         return;
@@ -152,22 +136,15 @@ void withOpen(KdDbObjectId id, Call call)
         call(object.get());
 }
 
-void pickEach(const char* input)
+/// @param pick  EntSelEx or EntSelExEx
+template <class Pick>
+void pickNested(Pick pick, const char* input)
 {
     KdDbObjectId id, viewport, nested;
     KdGePoint3d point;
     KdGeMatrix3d transform;
     korra::queueInput(input);
-    EntSelEx(L"", id, viewport, point, nested, transform);
-}
-
-void pickOrCursor(const char* input)
-{
-    KdDbObjectId id, viewport, nested;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    korra::queueInput(input);
-    EntSelExEx(L"", id, viewport, point, nested, transform);
+    pick(L"", id, viewport, point, nested, transform);
 }
 
 void pickTop(const char* input)
@@ -319,12 +296,12 @@ const Export kExports[] = {
     {"GetViewPortIdIdByPoint", sheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
 
     // picking
-    {"PickOfNested", scene, [](const Ids&) { pickEach("\\ctrl 109,0"); }},
-    {"PickOfOldPolyline", scene, [](const Ids&) { pickEach("4,80"); }},
-    {"PickThroughWindow", sceneUnderSheet, [](const Ids&) { pickEach("318,100"); }},
-    {"PickMissed", scene, [](const Ids&) { pickEach("\\miss"); }},
-    {"PickOrCursor", scene, [](const Ids&) { pickOrCursor("109,0"); }, Faults::single},
-    {"PickMissedOrCursor", scene, [](const Ids&) { pickOrCursor("\\miss"); }, Faults::single},
+    {"PickOfNested", scene, [](const Ids&) { pickNested(EntSelEx, "\\ctrl 109,0"); }},
+    {"PickOfOldPolyline", scene, [](const Ids&) { pickNested(EntSelEx, "4,80"); }},
+    {"PickThroughWindow", sceneUnderSheet, [](const Ids&) { pickNested(EntSelEx, "318,100"); }},
+    {"PickMissed", scene, [](const Ids&) { pickNested(EntSelEx, "\\miss"); }},
+    {"PickOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "109,0"); }, Faults::single},
+    {"PickMissedOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "\\miss"); }, Faults::single},
     {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
     {"CopyOfNested", scene, [](const Ids&) { copyPicked("109,0"); }},
     {"CopyOfSegment", scene, [](const Ids&) { copyPicked("15,55"); }},
@@ -348,7 +325,7 @@ const Export kExports[] = {
 
 // clang-format on
 
-class ExportTest : public HostTest, public ::testing::WithParamInterface<Export> {};
+class ExportTest : public HostTest, public WithParamInterface<Export> {};
 
 TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
 {
@@ -356,7 +333,7 @@ TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
     sweepFaults<Ids>(swept.prepare, swept.call, nullptr, swept.faults);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ExportTest, ::testing::ValuesIn(kExports),
+INSTANTIATE_TEST_SUITE_P(All, ExportTest, ValuesIn(kExports),
                          [](const auto& each) { return std::string(each.param.name); });
 
 } // namespace

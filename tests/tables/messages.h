@@ -30,17 +30,16 @@ inline std::vector<std::string> outcomesOfFailures(const std::function<void()>& 
                                                    const std::function<int()>& scenario)
 {
     std::vector<std::string> outcomes;
-    bool delivered = true;
-    for (std::size_t ordinal = 1; delivered; ++ordinal) {
-        startFreshHost();
-        prepare();
-        korra::takePrintedText();
-        platform::failCall(ordinal, platform::Fault::status);
-        const int result = scenario();
+    int result = 0;
+    const auto note = [&] {
         outcomes.push_back(std::to_string(result) + korra::takePrintedText());
-        delivered = platform::faultDelivered();
-        platform::releaseCalls();
-    }
+    };
+    failEachCall([&] { result = scenario(); }, note,
+                 [&] {
+                     startFreshHost();
+                     prepare();
+                     korra::takePrintedText();
+                 });
     return outcomes;
 }
 
