@@ -3,7 +3,6 @@
 #include "support/library_test.h"
 #include "support/opened.h"
 #include "support/resbuf_list.h"
-#include "support/sweep_faults.h"
 
 #include "platform/text.h"
 
@@ -199,21 +198,14 @@ TEST_F(DimOverrideTest, RefusesWithoutChangingAnything)
 TEST_F(DimOverrideTest, KeepsTheOtherOverridesWhateverFails)
 {
     for (const double value : {7.25, 1.0}) {
-        sweepFaults<KdDbObjectId>(
-            [] {
-                const KdDbObjectId id = addEntity(newDimension());
-                setData(*Open<KdDbDimension>(id), "s:DSTYLE { i:40 r:3 i:147 r:1 }");
-                return id;
-            },
-            [value](const KdDbObjectId& id) {
-                const support::Opened<KdDbDimension> dimension(id, KdDb::kForWrite);
-                if (dimension)
-                    DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
-            },
-            [](const KdDbObjectId& id) {
-                const Open<KdDbDimension> dimension(id, KdDb::kForRead);
-                EXPECT_THAT(dataText(*dimension), HasSubstr("i:147 r:1"));
-            });
+        const auto overrideScale = [&] {
+            const support::Opened<KdDbDimension> dimension(dimension_, KdDb::kForWrite);
+            if (dimension)
+                DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
+        };
+        failEachCall(
+            overrideScale, [&] { EXPECT_THAT(data(), HasSubstr("i:147 r:1")); },
+            [&] { store("s:DSTYLE { i:40 r:3 i:147 r:1 }"); });
     }
 }
 

@@ -1,8 +1,7 @@
 #include "orvex/layers.h"
 #include "orvex/system_variables.h"
 
-#include "support/library_test.h"
-#include "support/support_folder.h"
+#include "tables/linetype_files_test.h"
 #include "tables/messages.h"
 
 using QmLayerMgr::LAYERINFO;
@@ -52,18 +51,7 @@ std::vector<int> results(LAYERINFO layer, KdDbDatabase* database = drawing())
             QmLayerMgr::GetLayerInfo(layer, database), QmLayerMgr::CreateLayer(layer, database)};
 }
 
-class LayersTest : public HostTest {
-protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        folder_.use();
-        folder_.write("korraiso.lin", "*A,metric\nA,10,-2\n");
-        folder_.write("korra.lin", "*B,imperial alone\nA,3,-1\n*D,damaged\nA,three\n");
-    }
-
-    SupportFolder folder_;
-};
+class LayersTest : public LinetypeFilesTest {};
 
 TEST_F(LayersTest, AMadeLayerReadsBack)
 {

@@ -149,49 +149,24 @@ TEST_F(TextStylesTest, AMissingBigFontIsLeftOut)
     EXPECT_EQ(styleText(), "[plain.shx|] [ 0 0 0] 0.7 30");
 }
 
-TEST_F(TextStylesTest, RefusedFontsAndMissingResourcesHaveTextsOfTheirOwn)
+TEST_F(TextStylesTest, AFontThatTheHostRefusesIsTold)
 {
     const std::string reason = narrow(kdapiErrorStatusText(Kdapi::eInvalidInput)) + '!';
     const std::string notOpen = narrow(kdapiErrorStatusText(Kdapi::eNotOpenForWrite)) + '!';
     const Call installed = windowsFont(L"DejaVu Sans");
-
-    // Whether there is a style "Notes" before, a service, and what can come of it.
-    const std::tuple<bool, int (*)(const Call&), Call, std::string> cases[] = {
-        {true, make, {}, "0\n当前数据库中已经存在 \"Notes\"的字体样式!"},
-        {true, change, windowsFont(L""), "0\nwindow font can't be empty!"},
-        {false, make, installed, "0\nsetFont WINDOWS Font DejaVu Sans error " + reason},
-        {false, make, windowsFont(L"plain.shx"),
-         "1\nsetFileName WINDOWS Font plain.shx error " + notOpen},
-        {true, change, installed, "1\nsetFont WINDOWS Font DejaVu Sans error " + reason},
-        {true,
-         change,
-         {.bigFontFile = L"big.shx"},
-         "1\nsetBigFontFileName big.shx error " + notOpen},
+    const Call twoFiles{.bigFontFile = L"big.shx"};
+    const std::tuple<int (*)(const Call&), Call, std::string> cases[] = {
+        {make, installed, "0\nsetFont WINDOWS Font DejaVu Sans error " + reason},
+        {make, windowsFont(L"plain.shx"), "1\nsetFileName WINDOWS Font plain.shx error " + notOpen},
+        {change, installed, "1\nsetFont WINDOWS Font DejaVu Sans error " + reason},
+        {change, twoFiles, "1\nsetBigFontFileName big.shx error " + notOpen},
+        {change, windowsFont(L""), "0\nwindow font can't be empty!"}, // without resources
     };
 
-    for (const auto& [notesExist, service, call, outcome] : cases) {
-        const auto prepare = [&, exist = notesExist] { folder_.use(), exist&& make({}); };
+    for (const auto& [service, call, outcome] : cases) {
+        const auto prepare = [&, exists = service == change] { folder_.use(), exists&& make({}); };
         EXPECT_THAT(outcomesOfFailures(prepare, [&] { return service(call); }), Contains(outcome));
     }
-}
-
-TEST_F(TextStylesTest, ChangingTakesTheOldFontAwayFirst)
-{
-    make({});
-    const auto setters = [](const Call& call) {
-        return only(tracedCalls([&] { change(call); }),
-                    {"KdDbTextStyleTableRecord::setFileName",
-                     "KdDbTextStyleTableRecord::setBigFontFileName",
-                     "KdDbTextStyleTableRecord::setFont"});
-    };
-    EXPECT_THAT(setters(windowsFont(L"DejaVu Sans")),
-                ElementsAre(MatchesRegex(R"(.*setFileName\(.*, ""\) = 0)"),
-                            MatchesRegex(R"(.*setBigFontFileName\(.*, ""\) = 0)"),
-                            EndsWith("setFont(\"DejaVu Sans\", 0, 0, 0, 2, 0) = 0")));
-    EXPECT_THAT(setters({.bigFontFile = L"big.shx"}),
-                ElementsAre(EndsWith("setFont(\"\", 0, 0, 1, 2, 0) = 0"),
-                            MatchesRegex(R"(.*setFileName\(.*, "plain.shx"\) = 0)"),
-                            MatchesRegex(R"(.*setBigFontFileName\(.*, "big.shx"\) = 0)")));
 }
 
 TEST_F(TextStylesTest, AStyleForDrawingIsNeverUnderlined)
