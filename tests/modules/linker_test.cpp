@@ -69,7 +69,7 @@ TEST_F(LinkerTest, WhatCannotBeLoadedIsSaidAndLeavesNothingBehind)
     }
 }
 
-TEST_F(LinkerTest, AModuleForOneDocumentIsRefusedWhenMoreAreOpen)
+TEST_F(LinkerTest, AModuleForOneDocumentStaysAndIsRefusedWhenMoreAreOpen)
 {
     EXPECT_TRUE(korra::loadModule("probe_locked").done);
     EXPECT_FALSE(kdrxUnloadModule(L"probe_locked.krx", false)) << "it is locked";

@@ -69,13 +69,6 @@ Ids sceneUnderSheet()
     return {goToSheet()};
 }
 
-/// A sheet with two windows.
-Ids sheet()
-{
-    const KdDbObjectId first = goToSheet();
-    return {first, addEntity(newWindow(3, {700, 100, 0}, 100, 100, 50))};
-}
-
 Ids movedSystem()
 {
     moveUcs(5, 0);
@@ -152,14 +145,10 @@ void pickTop(const char* input)
     KdDbObjectId id, viewport;
     KdGePoint3d point;
     KdGeMatrix3d transform;
-    kds_name name;
-    kds_point place;
-    korra::queueInput(input);
+    for (int i = 0; i < 2; ++i)
+        korra::queueInput(input);
     EntSel_(L"", id, point);
-    korra::queueInput(input);
     NEntSelP(L"", id, viewport, point, 0, transform);
-    korra::queueInput(input);
-    ads_entsel_Ex(L"", name, place);
 }
 
 void copyPicked(const char* input)
@@ -291,9 +280,9 @@ const Export kExports[] = {
     {"UCS2WCS", movedSystem, [](const Ids&) { KdGePoint3d point; UCS2WCS(point, point); }},
     {"UcToEc", movedSystem, [](const Ids&) { double point[3] = {}, normal[3] = {0, 0, -1}; rx_uc2ec(point, point, normal, false); }},
     {"UcsMat", movedSystem, [](const Ids&) { KdGeMatrix3d matrix; rx_ucsmat(matrix); }},
-    {"Ms2Ps", sheet, [](const Ids& ids) { KdDbObjectId id = ids[0]; KdGeMatrix3d matrix; ms2ps(id, matrix); }},
-    {"Ps2MsCurrent", sheet, [](const Ids&) { KdGeMatrix3d matrix; ps2ms(matrix); }},
-    {"GetViewPortIdIdByPoint", sheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
+    {"Ms2Ps", sceneUnderSheet, [](const Ids& ids) { KdDbObjectId id = ids[0]; KdGeMatrix3d matrix; ms2ps(id, matrix); }},
+    {"Ps2MsCurrent", sceneUnderSheet, [](const Ids&) { KdGeMatrix3d matrix; ps2ms(matrix); }},
+    {"GetViewPortIdIdByPoint", sceneUnderSheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
 
     // picking
     {"PickOfNested", scene, [](const Ids&) { pickNested(EntSelEx, "\\ctrl 109,0"); }},
