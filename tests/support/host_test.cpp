@@ -76,19 +76,33 @@ std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
     return operations;
 }
 
-void failEachCall(const std::function<void()>& scenario, const std::function<void()>& check,
-                  const std::function<void()>& prepare)
+void failEachCall(const std::function<void()>& prepare, const std::function<void()>& scenario,
+                  const std::function<void()>& check)
 {
     bool delivered = true;
     for (std::size_t call = 1; delivered; ++call) {
-        if (prepare)
-            prepare();
+        prepare();
         platform::failCall(call, platform::Fault::status);
         scenario();
         delivered = platform::faultDelivered();
         platform::releaseCalls();
         check();
     }
+}
+
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario)
+{
+    std::vector<std::string> outcomes;
+    const auto prepareFresh = [&] {
+        startFreshHost();
+        prepare();
+        korra::takePrintedText();
+    };
+    failEachCall(
+        prepareFresh, [&] { outcomes.push_back(std::to_string(scenario())); },
+        [&] { outcomes.back() += korra::takePrintedText(); });
+    return outcomes;
 }
 
 } // namespace tests

@@ -47,7 +47,12 @@ std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
 
 /// Runs a scenario with one fallible host call after the other failing, in the end with none, and
 /// each time the check behind it; `prepare` runs before, unharmed.
-void failEachCall(const std::function<void()>& scenario, const std::function<void()>& check,
-                  const std::function<void()>& prepare = nullptr);
+void failEachCall(const std::function<void()>& prepare, const std::function<void()>& scenario,
+                  const std::function<void()>& check);
+
+/// Result and printed text of a scenario, once for each of its host calls with that call failing.
+/// Each run has a fresh host; `prepare` runs unharmed.
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario);
 
 } // namespace tests

@@ -203,9 +203,8 @@ TEST_F(DimOverrideTest, KeepsTheOtherOverridesWhateverFails)
             if (dimension)
                 DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
         };
-        failEachCall(
-            overrideScale, [&] { EXPECT_THAT(data(), HasSubstr("i:147 r:1")); },
-            [&] { store("s:DSTYLE { i:40 r:3 i:147 r:1 }"); });
+        failEachCall([&] { store("s:DSTYLE { i:40 r:3 i:147 r:1 }"); }, overrideScale,
+                     [&] { EXPECT_THAT(data(), HasSubstr("i:147 r:1")); });
     }
 }
 

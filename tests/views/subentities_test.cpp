@@ -4,7 +4,6 @@
 #include "support/resbuf_list.h"
 
 #include <memory>
-#include <utility>
 
 using support::ResbufList;
 
@@ -107,16 +106,16 @@ TEST_F(SubentitiesTest, NoIdAndNoSelectionAreNone)
 
 TEST_F(SubentitiesTest, AFailedSilentPickIsCancelled)
 {
-    bool cancelled = false;
-    KdDbEntity* edge = nullptr;
-    int status = RTNORM;
-    const auto pick = [&] { status = GetSubEntByPt(scene_.line, {4, 0, 0}, edge, nullptr); };
-    failEachCall(pick, [&] {
+    KdDbObjectId line;
+    const auto pick = [&] {
+        KdDbEntity* edge = nullptr;
+        const int status = GetSubEntByPt(line, {4, 0, 0}, edge, nullptr);
         EXPECT_FALSE(edge && status != RTNORM);
-        cancelled |= status == RTCAN;
-        delete std::exchange(edge, nullptr);
-    });
-    EXPECT_TRUE(cancelled);
+        delete edge;
+        return status;
+    };
+    EXPECT_THAT(outcomesOfFailures([&] { line = makePickScene().line; }, pick),
+                Contains(std::to_string(RTCAN)));
 }
 
 } // namespace
