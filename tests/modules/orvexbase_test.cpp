@@ -54,7 +54,8 @@ TEST_F(OrvexbaseTest, AnswersTheVersionAndUnknownMessages)
 
     int packet = 0;
     const auto calls = tracedCalls([&] {
-        for (const std::uint32_t code : {0u, 3u, 4u, 5u, 6u, 17u, 0xFFFFFFFFu})
+        for (const std::uint32_t code :
+             {0u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u, 14u, 15u, 16u, 17u, 0xFFFFFFFFu})
             EXPECT_EQ(entry(code, &packet), 0) << code;
     });
     EXPECT_THAT(calls, ElementsAre("kdedGetFunCode() = -1")) << "that of code 5";

@@ -78,6 +78,7 @@ TEST(Fonts, CodePagesDeclareTheCharacterSet)
                                                    {0x0000000F, ANSI_CHARSET},
                                                    {0x00040001, GB2312_CHARSET},
                                                    {0x80000000, SYMBOL_CHARSET},
+                                                   {0x00000002, EASTEUROPE_CHARSET},
                                                    {0x00000004, RUSSIAN_CHARSET}};
     for (const auto& [codePages, characterSet] : cases)
         EXPECT_EQ(platform::characterSetOf(codePages), characterSet) << codePages;

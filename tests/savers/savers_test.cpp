@@ -175,13 +175,11 @@ TEST_F(SaversTest, RecoverRestoresOnce)
 {
     for (const bool named : {false, true}) {
         useUcs(named, 5);
-        {
-            CQM_UcsServer server(movedBy(10));
-            server.Recover();
-            EXPECT_EQ(currentUcs(), movedBy(5));
-            kdedSetCurrentUCS(movedBy(20));
-            server.Recover();
-        }
+        CQM_UcsServer server(movedBy(10));
+        server.Recover();
+        EXPECT_EQ(currentUcs(), movedBy(5));
+        kdedSetCurrentUCS(movedBy(20));
+        server.Recover();
         EXPECT_EQ(currentUcs(), movedBy(20));
     }
 }
