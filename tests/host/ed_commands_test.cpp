@@ -15,36 +15,22 @@ namespace {
 
 int calls = 0;
 
-void noteCall()
-{
-    ++calls;
-    EXPECT_EQ(kdDocManagerPtr()->curDocument()->lockMode(), KdAp::kWrite);
-}
-
-void throwStandard()
-{
-    throw std::runtime_error("the reason");
-}
-
-void throwAnything()
-{
-    throw 42;
-}
-
 class CommandsTest : public HostTest {
 protected:
     void SetUp() override
     {
         HostTest::SetUp();
         calls = 0;
-        define(L"COUNT", L"ZAEHLE", noteCall);
+        define(L"COUNT", L"ZAEHLE", [] {
+            ++calls;
+            EXPECT_EQ(kdDocManagerPtr()->curDocument()->lockMode(), KdAp::kWrite);
+        });
     }
 
     static void define(const wchar_t* global, const wchar_t* local, KdRxFunctionPtr function)
     {
         KdRxObject* const service = kdrxSysRegistry()->at(L"KDAPI_REGISTERED_COMMANDS");
         auto* const stack = KdEdCommandStack::cast(service);
-        ASSERT_NE(stack, nullptr);
         ASSERT_EQ(stack->addCommand(L"TEST", global, local, 0, function), Kdapi::eOk);
     }
 
@@ -74,8 +60,8 @@ TEST_F(CommandsTest, ACommandIsFoundByEitherNameInAnyCaseWithMarks)
 
 TEST_F(CommandsTest, AnExceptionEndsTheCommandAlone)
 {
-    define(L"THROW", L"THROW", throwStandard);
-    define(L"THROWANY", L"THROWANY", throwAnything);
+    define(L"THROW", L"THROW", [] { throw std::runtime_error("the reason"); });
+    define(L"THROWANY", L"THROWANY", [] { throw 42; });
     EXPECT_TRUE(run({"THROW", "THROWANY", "COUNT"}));
     EXPECT_EQ(calls, 1);
     EXPECT_THAT(printed(), HasSubstr("THROW was stopped by an exception: the reason\n"));
@@ -97,8 +83,7 @@ TEST_F(CommandsTest, CopiedTextIsTypedWithBlanksAsEnter)
                               const_cast<char16_t*>(text.c_str())};
         SendMessageW(kdsw_kdapiMainWnd(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
     };
-    send(u"SETVAR\nPICKBOX 9 SET", 1);
-    send(u"VAR APERTURE \\esc ", 1);
+    send(u"SETVAR\nPICKBOX 9 SETVAR APERTURE \\esc ", 1);
     send(u"SETVAR PICKBOX 2 ", 2); // another kind of data
     EXPECT_TRUE(korra::runCommands());
     EXPECT_THAT(printed(), HasSubstr("APERTURE cannot be set to \"\\esc\"."));
@@ -107,26 +92,22 @@ TEST_F(CommandsTest, CopiedTextIsTypedWithBlanksAsEnter)
 
 TEST_F(CommandsTest, UserSystemsAreSetNamedAndRestored)
 {
-    EXPECT_TRUE(run({"UCS", "10,0,5", "10,7", "0,0,5"}));
+    EXPECT_TRUE(run({"UCS", "10,0,5", "10,7", "0,0,5", "UCS", "NAME", "Side"}));
     const KdGeMatrix3d first = userSystem();
     EXPECT_TRUE((first * KdGePoint3d(1, 0, 0))
                     .isEqualTo(KdGePoint3d(10, 0, 5) + KdGeVector3d(0, 7, -5).normal()));
-    EXPECT_TRUE(run({"UCS", "NAME", "Side"}));
     EXPECT_FALSE(database().ucsname().isNull());
 
     EXPECT_TRUE(run({"UCS", "1,0", "2,0", "1,1"})); // points in the user system
     EXPECT_TRUE(userSystem().isEqualTo(first * KdGeMatrix3d::translation({1, 0, 0})));
     EXPECT_TRUE(database().ucsname().isNull());
-
     EXPECT_TRUE(run({"UCS", "w"}));
     EXPECT_EQ(userSystem(), KdGeMatrix3d::kIdentity);
-    EXPECT_TRUE(run({"UCS", "NAME", "side"}));
-    EXPECT_TRUE(userSystem().isEqualTo(first));
-    EXPECT_FALSE(database().ucsname().isNull());
 
-    EXPECT_TRUE(run({"UCS", "0,0", "1,1", "2,2"}));
+    EXPECT_TRUE(run({"UCS", "NAME", "side", "UCS", "0,0", "1,1", "2,2"}));
     EXPECT_THAT(printed(), HasSubstr("one line"));
     EXPECT_TRUE(userSystem().isEqualTo(first));
+    EXPECT_FALSE(database().ucsname().isNull());
 }
 
 TEST_F(CommandsTest, LayoutsAndViewportsAreEnteredAndLeft)
@@ -134,19 +115,19 @@ TEST_F(CommandsTest, LayoutsAndViewportsAreEnteredAndLeft)
     EXPECT_TRUE(run({"LAYOUT", "no such sheet", "MSPACE", "PSPACE"}));
     EXPECT_TRUE(database().tilemode());
     EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
-    const KdDbObjectId id = addEntity(newWindow(2, {3, 3, 0}, 2, 2, 2));
-
-    EXPECT_TRUE(run({"MSPACE", "9,9"}));
-    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
-    EXPECT_TRUE(run({"MSPACE", "3.5,2.5"}));
-    EXPECT_EQ(kdedGetCurViewportObjectId(), id);
-    EXPECT_TRUE(run({"PSPACE"}));
-    EXPECT_EQ(kdedGetCurViewportObjectId(), database().paperSpaceVportId());
+    const KdDbObjectId sheet = database().paperSpaceVportId();
+    const KdDbObjectId window = addEntity(newWindow(2, {3, 3, 0}, 2, 2, 2));
+    const std::tuple<std::vector<std::string>, KdDbObjectId> steps[] = {
+        {{"MSPACE", "9,9"}, sheet}, {{"MSPACE", "3.5,2.5"}, window}, {{"PSPACE"}, sheet}};
+    for (const auto& [lines, current] : steps) {
+        EXPECT_TRUE(run(lines));
+        EXPECT_EQ(kdedGetCurViewportObjectId(), current) << lines.back();
+    }
     EXPECT_TRUE(run({"MSPACE", "3.5,2.5", "LAYOUT", "model"}));
     EXPECT_TRUE(database().tilemode());
 }
 
-TEST_F(CommandsTest, ZoomExtentsFitsWhatIsShown)
+TEST_F(CommandsTest, ZoomNeedsSomethingToShow)
 {
     EXPECT_TRUE(run({"ZOOM", "EXTENTS"}));
     EXPECT_THAT(printed(), HasSubstr("nothing to be seen"));

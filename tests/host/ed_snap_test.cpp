@@ -61,21 +61,27 @@ TEST_F(SnapTest, CurvesSnapByTheirPieces)
     expectNoSnap({21, 20, 0}, L"END,MID");
 }
 
-TEST_F(SnapTest, CrossingsOfWhatLiesUnderTheBox)
+TEST_F(SnapTest, CrossingsNodesAndInsertionPointsUnderTheBox)
 {
     addEntity(new KdDbLine({0, 0, 0}, {4, 4, 0}));
     addEntity(new KdDbLine({0, 4, 0}, {4, 0, 0}));
     addEntity(new KdDbArc({2, 0, 0}, 1.9, 0.0, 3.0));
     expectSnap({2.01, 2.01, 0}, kAll, {2, 2, 0});
     expectNoSnap({1, 1, 0}, L"INT");
+    addEntity(new KdDbPoint({11, 1, 3}));
+    addEntity(new KdDbText({5, 5, 0}, L"Text", 0.5));
+    expectSnap({11.01, 1, 0}, kAll, {11, 1, 3});
+    expectSnap({5.2, 5.2, 0}, kAll, {5, 5, 0});
 }
 
-TEST_F(SnapTest, NodesAndInsertionPoints)
+TEST_F(SnapTest, TheResultIsInTheUserSystemOrOnTheSheet)
 {
-    addEntity(new KdDbPoint({1, 1, 3}));
-    addEntity(new KdDbText({5, 5, 0}, L"Text", 0.5));
-    expectSnap({1.01, 1, 0}, kAll, {1, 1, 3});
-    expectSnap({5.2, 5.2, 0}, kAll, {5, 5, 0});
+    addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));
+    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({10, 5, 0})), Kdapi::eOk);
+    expectSnap({-9.2, -5, 0}, L"END", {-9, -5, 0});
+    ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
+    addEntity(newWindow(2, {5, 5, 0}, 6, 6, 3));
+    expectSnap({6.8, 5, 0}, kAll, {7, 5, 0});
 }
 
 TEST_F(SnapTest, NestedGeometrySnapsWhereItIsShown)
@@ -88,21 +94,6 @@ TEST_F(SnapTest, NestedGeometrySnapsWhereItIsShown)
     expectSnap({5.9, 2, 0}, kAll, {6, 2, 0});
     expectSnap({5.2, 2, 0}, kAll, {5, 2, 0});
     expectSnap({5.2, 2, 0}, L"INS", {4, 2, 0});
-}
-
-TEST_F(SnapTest, TheResultIsInTheUserSystem)
-{
-    addEntity(new KdDbLine({0, 0, 0}, {8, 0, 0}));
-    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({10, 5, 0})), Kdapi::eOk);
-    expectSnap({-3, -5, 0}, L"END", {-2, -5, 0});
-}
-
-TEST_F(SnapTest, TheModelSnapsThroughAViewport)
-{
-    addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));
-    ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
-    addEntity(newWindow(2, {5, 5, 0}, 6, 6, 3));
-    expectSnap({6.8, 5, 0}, kAll, {7, 5, 0});
 }
 
 } // namespace

@@ -71,14 +71,11 @@ protected:
 
 TEST_F(Invoking, TheColorQuestionTakesNumbersAndNamesUntilOneIsGood)
 {
-    korra::queueInput("300");
-    korra::queueInput("blue");
-    korra::queueInput("5");
+    for (const char* line : {"300", "blue", "5", "bylayer", ""})
+        korra::queueInput(line);
     EXPECT_EQ(invoke(L"KORRA_COLORDLG", 7), 5);
     EXPECT_THAT(printed(), ::testing::HasSubstr("Not a colour."));
-    korra::queueInput("bylayer");
     EXPECT_EQ(invoke(L"korra_colordlg", 7), 256);
-    korra::queueInput("");
     EXPECT_EQ(invoke(L"korra_colordlg", 0), 0);
     EXPECT_EQ(invoke(L"korra_colordlg", 7), std::nullopt); // the input has ended
 }

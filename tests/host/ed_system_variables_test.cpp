@@ -31,11 +31,7 @@ TEST_F(SystemVariablesTest, EveryVariableReadsAsItsType)
 
 TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)
 {
-    const struct {
-        const char* name;
-        const char* value;
-        bool taken;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"CMDECHO", "0", true},       {"CMDECHO", "2", false},
         {"CMDECHO", "0.5", false},    {"OSMODE", "-1", true},
         {"OSMODE", "40000", false},   {"LTSCALE", "2.5", true},
@@ -49,16 +45,13 @@ TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)
         {"TILEMODE", "2", false},     {"CTAB", "no such tab", false},
     };
 
-    for (const auto& each : cases)
-        EXPECT_EQ(korra::setVariable(each.name, each.value), each.taken)
-            << each.name << " = " << each.value;
-
-    EXPECT_EQ(variable(L"CMDECHO"), "0");
-    EXPECT_EQ(variable(L"OSMODE"), "-1");
-    EXPECT_EQ(variable(L"LTSCALE"), "2.5");
-    EXPECT_EQ(variable(L"LIMMIN"), "3,4,0");
-    EXPECT_EQ(variable(L"INSBASE"), "1,2,3");
-    EXPECT_EQ(variable(L"CECOLOR"), "255");
+    for (const auto& [name, value, taken] : cases)
+        EXPECT_EQ(korra::setVariable(name, value), taken) << name << " = " << value;
+    const std::pair<const wchar_t*, const char*> kept[] = {
+        {L"CMDECHO", "0"},    {L"OSMODE", "-1"},     {L"LTSCALE", "2.5"},
+        {L"LIMMIN", "3,4,0"}, {L"INSBASE", "1,2,3"}, {L"CECOLOR", "255"}};
+    for (const auto& [name, value] : kept)
+        EXPECT_EQ(variable(name), value);
 }
 
 TEST_F(SystemVariablesTest, AWriteIsOfTheVariablesOwnType)
@@ -75,20 +68,17 @@ TEST_F(SystemVariablesTest, AWriteIsOfTheVariablesOwnType)
     EXPECT_EQ(kdedSetVar(L"LIMMAX", &plane), RTERROR);
 }
 
-TEST_F(SystemVariablesTest, TheDrawingsOwnChangeWithTheDocumentTheHostsDoNot)
+TEST_F(SystemVariablesTest, DrawingsAndSheetsHaveValuesOfTheirOwn)
 {
-    ASSERT_TRUE(korra::setVariable("LTSCALE", "3"));
-    ASSERT_TRUE(korra::setVariable("PICKBOX", "7"));
+    for (const auto& [name, value] :
+         {std::pair("LTSCALE", "3"), {"PICKBOX", "7"}, {"INSBASE", "1,2,3"}})
+        ASSERT_TRUE(korra::setVariable(name, value));
     KdApDocument* const second = korra::newDocument();
     EXPECT_EQ(variable(L"LTSCALE"), "1");
-    EXPECT_EQ(variable(L"PICKBOX"), "7");
+    EXPECT_EQ(variable(L"PICKBOX"), "7") << "the host's";
     korra::closeDocument(*second);
     EXPECT_EQ(variable(L"LTSCALE"), "3");
-}
 
-TEST_F(SystemVariablesTest, SheetsKeepTheirOwnValues)
-{
-    ASSERT_TRUE(korra::setVariable("INSBASE", "1,2,3"));
     ASSERT_TRUE(korra::setVariable("TILEMODE", "0"));
     EXPECT_EQ(variable(L"INSBASE"), "0,0,0");
     ASSERT_TRUE(korra::setVariable("INSBASE", "4,5,6"));
@@ -96,26 +86,25 @@ TEST_F(SystemVariablesTest, SheetsKeepTheirOwnValues)
     EXPECT_EQ(variable(L"INSBASE"), "1,2,3");
 }
 
-TEST_F(SystemVariablesTest, ViewVariablesFollowTheView)
-{
-    EXPECT_EQ(variable(L"CVPORT"), "2");
-    EXPECT_EQ(variable(L"CTAB"), "Model");
-    EXPECT_EQ(variable(L"SCREENSIZE"), "800,600,0");
-    korra::queueInput("2,2");
-    korra::queueInput("4,3");
-    ASSERT_TRUE(korra::runCommand("ZOOM"));
-    // Two units wide on a screen of 4:3 are higher than the one unit asked for.
-    EXPECT_EQ(variable(L"VIEWSIZE"), "1.5");
-    EXPECT_EQ(variable(L"VIEWCTR"), "3,2.5,0");
-    EXPECT_EQ(variable(L"VIEWDIR"), "0,0,1");
-}
-
-TEST_F(SystemVariablesTest, ExtentsAreThoseOfWhatIsShown)
+TEST_F(SystemVariablesTest, ViewVariablesFollowTheViewAndWhatIsShown)
 {
     EXPECT_EQ(variable(L"EXTMIN"), "1e+20,1e+20,1e+20") << "nothing is shown";
     addEntity(new KdDbCircle({5, 5, 1}, KdGeVector3d::kZAxis, 2.0));
-    EXPECT_EQ(variable(L"EXTMIN"), "3,3,1");
-    EXPECT_EQ(variable(L"EXTMAX"), "7,7,1");
+    korra::queueInput("2,2");
+    korra::queueInput("4,3");
+    ASSERT_TRUE(korra::runCommand("ZOOM"));
+    const std::pair<const wchar_t*, const char*> variables[] = {
+        {L"CVPORT", "2"},
+        {L"CTAB", "Model"},
+        {L"SCREENSIZE", "800,600,0"},
+        {L"VIEWCTR", "3,2.5,0"},
+        {L"VIEWDIR", "0,0,1"},
+        {L"EXTMIN", "3,3,1"},
+        {L"EXTMAX", "7,7,1"},
+        // Two units wide on a screen of 4:3 are higher than the one unit asked for.
+        {L"VIEWSIZE", "1.5"}};
+    for (const auto& [name, value] : variables)
+        EXPECT_EQ(variable(name), value);
 }
 
 TEST_F(SystemVariablesTest, WithoutADocumentOnlyTheHostsOwnCanBeRead)

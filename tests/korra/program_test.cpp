@@ -47,14 +47,7 @@ protected:
 
 TEST_F(ProgramTest, AScriptIsEchoedBehindItsPrompts)
 {
-    folder_.write("script", "; a comment\n"
-                            "SETVAR\r\n"
-                            "LTSCALE\n"
-                            "2.50\n"
-                            "NOSUCH\n"
-                            "_.setvar\n"
-                            "ltscale\n"
-                            "\n");
+    folder_.write("script", "; a comment\nSETVAR\r\nLTSCALE\n2.50\nNOSUCH\n_.setvar\nltscale\n\n");
     const Outcome outcome = run("--script @script");
     EXPECT_EQ(outcome.out, "Command: SETVAR\n"
                            "Variable name: LTSCALE\n"
@@ -71,27 +64,17 @@ TEST_F(ProgramTest, AScriptIsEchoedBehindItsPrompts)
 
 TEST_F(ProgramTest, AScriptMayComeFromStandardInput)
 {
-    const std::pair<const char*, const char*> scripts[] = {
-        {"REGEN\nQUIT\nNOSUCH\n", "Command: REGEN\nCommand: QUIT\n"},
-        {"ZOOM\n1,1\n", // the end cancels the waiting prompt
-         "Command: ZOOM\nFirst corner or [Extents]: 1,1\nOther corner: \nCommand: \n"},
-    };
-    for (const char* arguments : {"--script -", ""}) {
-        for (const auto& [input, out] : scripts) {
-            const Outcome outcome = run(arguments, input);
-            EXPECT_EQ(outcome.out, out) << arguments;
-            EXPECT_EQ(outcome.status, 0) << arguments;
-        }
-    }
+    EXPECT_EQ(run("--script -", "REGEN\nQUIT\nNOSUCH\n").out, "Command: REGEN\nCommand: QUIT\n");
+    const Outcome outcome = run("", "ZOOM\n1,1\n"); // the end cancels the waiting prompt
+    EXPECT_EQ(outcome.out,
+              "Command: ZOOM\nFirst corner or [Extents]: 1,1\nOther corner: \nCommand: \n");
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST_F(ProgramTest, OptionsAreTakenOrRefused)
 {
-    const struct {
-        const char* arguments;
-        int status;
-        const char* errors; ///< part of what is told
-    } cases[] = {
+    // The arguments, the status and part of what is told.
+    const std::tuple<const char*, int, const char*> cases[] = {
         {"--set PICKBOX=7", 0, ""},
         {"--set PICKBOX=x", 2, "PICKBOX cannot be set"},
         {"--set NOSUCH=1", 2, "NOSUCH"},
@@ -111,10 +94,10 @@ TEST_F(ProgramTest, OptionsAreTakenOrRefused)
         {"--save @no/such/folder.dxf", 3, "folder.dxf"},
     };
 
-    for (const auto& each : cases) {
-        const Outcome outcome = run(each.arguments);
-        EXPECT_EQ(outcome.status, each.status) << each.arguments << '\n' << outcome.errors;
-        EXPECT_THAT(outcome.errors, HasSubstr(each.errors)) << each.arguments;
+    for (const auto& [arguments, status, errors] : cases) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, status) << arguments << '\n' << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr(errors)) << arguments;
     }
 }
 

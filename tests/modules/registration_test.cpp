@@ -3,15 +3,12 @@
 #include "kd/rx.h"
 #include "korra/console.h"
 #include "korra/modules.h"
-#include "support/host_test.h"
-#include "support/modules.h"
+#include "support/library_test.h"
 #include "support/resbuf_list.h"
 
 namespace {
 
-using ::testing::ElementsAre;
-
-class RegistrationTest : public tests::HostTest {};
+class RegistrationTest : public HostTest {};
 
 KdEdCommandStack& commandStack()
 {
@@ -20,11 +17,11 @@ KdEdCommandStack& commandStack()
 
 TEST_F(RegistrationTest, ClassesGoChildrenFirst)
 {
-    const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
-    EXPECT_THAT(tests::only(loading, {"kdrxBuildClassHierarchy"}),
+    const auto loading = tracedCalls([] { korra::loadModule("probe_registering"); });
+    EXPECT_THAT(only(loading, {"kdrxBuildClassHierarchy"}),
                 ElementsAre("kdrxBuildClassHierarchy()"));
-    const auto unloading = tests::tracedCalls([] { korra::stopHost(); });
-    EXPECT_THAT(tests::only(unloading, {"deleteKdRxClass"}),
+    const auto unloading = tracedCalls([] { korra::stopHost(); });
+    EXPECT_THAT(only(unloading, {"deleteKdRxClass"}),
                 ElementsAre("deleteKdRxClass(\"ProbeDerived\")", "deleteKdRxClass(\"ProbeBase\")"));
     korra::startHost();
 }
@@ -32,11 +29,11 @@ TEST_F(RegistrationTest, ClassesGoChildrenFirst)
 TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
 {
     korra::loadModule("probe_registering");
-    const auto run = tests::tracedCalls([] {
+    const auto run = tracedCalls([] {
         for (const char* name : {"ProbeOne", "one", "PROBETWO", "Two"})
             EXPECT_TRUE(korra::runCommand(name)) << name;
     });
-    EXPECT_THAT(tests::only(run, {"command"}), ::testing::SizeIs(4));
+    EXPECT_THAT(only(run, {"command"}), SizeIs(4));
     EXPECT_EQ(commandStack().addCommand(L"probe", L"probeone", nullptr, 0, [] {}),
               Kdapi::eDuplicateKey);
 
@@ -51,27 +48,26 @@ TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
 TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
 {
     const std::vector<std::string_view> operations{"kdedDefun", "kdedUndef", "kdedRegFunc"};
-    const auto loading = tests::tracedCalls([] { korra::loadModule("probe_registering"); });
-    EXPECT_THAT(tests::only(loading, operations),
+    const auto loading = tracedCalls([] { korra::loadModule("probe_registering"); });
+    EXPECT_THAT(only(loading, operations),
                 ElementsAre("kdedDefun(\"probe-first\", 0) = 5100",
                             "kdedDefun(\"probe-second\", 1) = 5100", "kdedRegFunc(1) = 5100"));
 
-    const auto invoking = tests::tracedCalls([] {
+    const auto invoking = tracedCalls([] {
         for (const wchar_t* name : {L"probe-first", L"PROBE-SECOND"}) {
             const support::ResbufList arguments(kdutBuildList(RTSTR, name, 0));
             resbuf* result = nullptr;
             EXPECT_EQ(kdedInvoke(arguments.get(), &result), RTNORM);
         }
     });
-    EXPECT_THAT(tests::only(invoking, {"first function", "second function"}),
+    EXPECT_THAT(only(invoking, {"first function", "second function"}),
                 ElementsAre("first function()", "second function()"));
 
     KdApDocument* const document = kdDocManagerPtr()->curDocument();
     korra::newDocument();
-    const auto closing = tests::tracedCalls([&] { korra::closeDocument(*document); });
-    EXPECT_THAT(tests::only(closing, operations),
-                ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
-                            "kdedUndef(\"probe-second\", 1) = 5100"));
+    const auto closing = tracedCalls([&] { korra::closeDocument(*document); });
+    EXPECT_THAT(only(closing, operations), ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
+                                                       "kdedUndef(\"probe-second\", 1) = 5100"));
     EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
 }
 

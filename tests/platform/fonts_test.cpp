@@ -74,12 +74,14 @@ TEST(Fonts, TheCallbackEndsTheEnumeration)
 
 TEST(Fonts, CodePagesDeclareTheCharacterSet)
 {
-    EXPECT_EQ(platform::characterSetOf(0), ANSI_CHARSET);
-    EXPECT_EQ(platform::characterSetOf(0x0000000F), ANSI_CHARSET);
-    EXPECT_EQ(platform::characterSetOf(0x00040001), GB2312_CHARSET);
-    EXPECT_EQ(platform::characterSetOf(0x00020001), SHIFTJIS_CHARSET);
-    EXPECT_EQ(platform::characterSetOf(0x80000000), SYMBOL_CHARSET);
-    EXPECT_EQ(platform::characterSetOf(0x00000004), RUSSIAN_CHARSET);
+    const std::pair<std::uint32_t, int> cases[] = {{0, ANSI_CHARSET},
+                                                   {0x0000000F, ANSI_CHARSET},
+                                                   {0x00040001, GB2312_CHARSET},
+                                                   {0x80000000, SYMBOL_CHARSET},
+                                                   {0x00000002, EASTEUROPE_CHARSET},
+                                                   {0x00000004, RUSSIAN_CHARSET}};
+    for (const auto& [codePages, characterSet] : cases)
+        EXPECT_EQ(platform::characterSetOf(codePages), characterSet) << codePages;
 }
 
 TEST(Fonts, AFaceNameIsUtf16AndFitsOrIsEmpty)

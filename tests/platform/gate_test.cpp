@@ -1,14 +1,11 @@
 #include "platform/faults.h"
 #include "platform/gate.h"
-#include "platform/input.h"
 #include "platform/tally.h"
-#include "platform/window.h"
 #include "support/modules.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <new>
 
@@ -25,6 +22,7 @@ LateWork::~LateWork()
 namespace {
 
 using namespace platform;
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::Not;
@@ -147,12 +145,8 @@ TEST(AllocationFaults, SpareTheHostAndWhateverIsGivenBack)
 {
     failAllocation(1, FaultMode::onward);
     EXPECT_TRUE(gate("close").afterwards(false, allocate));
-    {
-        const TurnOf host(Party::host);
-        EXPECT_TRUE(gate("get").guard(false, allocate));
-    }
-    {
-        const TurnOf loader(Party::loader);
+    for (const Party party : {Party::host, Party::loader}) {
+        const TurnOf other(party);
         EXPECT_TRUE(gate("get").guard(false, allocate));
     }
     LateWork();
@@ -172,57 +166,10 @@ TEST(Tallies, LeftoversAreTheOnesThatAreNotBack)
         const Tallied copy(counted);
         EXPECT_THAT(leftovers(), Contains("3 test entries"));
     }
-    EXPECT_THAT(leftovers(), Contains("1 test entry"));
-    EXPECT_THAT(leftovers(), Contains("1 test lock"));
+    EXPECT_THAT(leftovers(), AllOf(Contains("1 test entry"), Contains("1 test lock")));
     locks.remove();
     entries.reset();
     EXPECT_THAT(leftovers(), Not(Contains(::testing::HasSubstr("test"))));
-}
-
-TEST(Input, KeysAndButtonsAreHeldUntilReleased)
-{
-    holdKey(VK_CONTROL, true);
-    EXPECT_LT(GetKeyState(VK_CONTROL), 0);
-    EXPECT_LT(GetAsyncKeyState(VK_CONTROL), 0);
-    EXPECT_EQ(GetAsyncKeyState(VK_LBUTTON), 0);
-    EXPECT_EQ(GetAsyncKeyState(-1) | GetAsyncKeyState(256), 0);
-    releaseKeys();
-    EXPECT_EQ(GetKeyState(VK_CONTROL), 0);
-
-    EXPECT_TRUE(GetSystemMetrics(SM_MOUSEPRESENT));
-    EXPECT_FALSE(GetSystemMetrics(SM_SWAPBUTTON));
-    setButtonsSwapped(true);
-    setMousePresent(false);
-    EXPECT_FALSE(GetSystemMetrics(SM_MOUSEPRESENT));
-    EXPECT_TRUE(GetSystemMetrics(SM_SWAPBUTTON));
-    setButtonsSwapped(false);
-    setMousePresent(true);
-}
-
-TEST(Windows, AMessageReachesItsWindow)
-{
-    struct Sink final : HWND__ {
-        LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override
-        {
-            return static_cast<LRESULT>(message + wParam) + lParam;
-        }
-    };
-
-    Sink window;
-    EXPECT_EQ(SendMessageW(&window, 1, 20, 300), 321);
-    EXPECT_EQ(SendMessageW(nullptr, 1, 20, 300), 0);
-    failCall(1, Fault::status);
-    EXPECT_EQ(SendMessageW(&window, 1, 20, 300), 0);
-    releaseCalls();
-}
-
-TEST(Files, AttributesTellFoldersFromFiles)
-{
-    const auto folder = std::filesystem::temp_directory_path();
-    EXPECT_EQ(GetFileAttributesW(folder.wstring().c_str()), FILE_ATTRIBUTE_DIRECTORY);
-    EXPECT_EQ(GetFileAttributesW(L"/proc/self/exe"), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(GetFileAttributesW(L"/nowhere/at all"), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetFileAttributesW(nullptr), INVALID_FILE_ATTRIBUTES);
 }
 
 } // namespace

@@ -28,15 +28,10 @@ KdGeMatrix3d movedBy(double x)
 /// Makes a coordinate system with its origin at (x, 0, 0) current, perhaps one with a name.
 void useUcs(bool named, double x)
 {
-    if (!named) {
+    if (named)
+        useNamedUcs(x);
+    else
         kdedSetCurrentUCS(movedBy(x));
-        return;
-    }
-    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
-    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
-    KdDbObjectId viewport;
-    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
-    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
 }
 
 KdGeMatrix3d currentUcs()
@@ -86,12 +81,9 @@ TEST_F(SaversTest, SettingsComeBackFromEveryScope)
 TEST_F(SaversTest, ACopyRestoresTheSameValueOnceMoreAndCopyingSetsNothing)
 {
     const CQM_CmdechoServer echo(0);
-    std::unique_ptr<CQM_CmdechoServer> copy;
-    EXPECT_THAT(tracedOperations([&] {
-                    copy = std::make_unique<CQM_CmdechoServer>(echo);
-                    *copy = echo;
-                }),
-                IsEmpty());
+    auto copy = std::make_unique<CQM_CmdechoServer>(echo);
+    *copy = echo;
+    EXPECT_EQ(settings(), "0 37 0");
     copy.reset();
     EXPECT_EQ(settings(), "1 37 0");
 }
@@ -139,11 +131,10 @@ TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
     EXPECT_EQ(drawing(), before);
 
     for (KdDbDatabase* given : {static_cast<KdDbDatabase*>(nullptr), before}) {
-        {
-            const CQM_DatabaseServer server(given);
-            EXPECT_EQ(drawing(), before);
-            kddbHostApplicationServices()->setWorkingDatabase(&other);
-        }
+        auto server = std::make_unique<CQM_DatabaseServer>(given);
+        EXPECT_EQ(drawing(), before);
+        kddbHostApplicationServices()->setWorkingDatabase(&other);
+        server.reset();
         EXPECT_EQ(drawing(), &other) << "nothing is restored";
         kddbHostApplicationServices()->setWorkingDatabase(before);
     }
@@ -151,16 +142,13 @@ TEST_F(SaversTest, TheWorkingDatabaseComesBackWhenItWasReplaced)
 
 TEST_F(SaversTest, SystemsThatCanComeBackAreReplaced)
 {
-    struct {
-        const char* what;
-        double before;
-        bool named, readable;
-        double during, after;
-    } const cases[] = {{"the world", 0, false, true, 0, 20},
-                       {"a matrix", 5, false, true, 10, 5},
-                       {"a matrix that cannot be read", 5, false, false, 5, 20},
-                       {"a name", 5, true, true, 10, 5},
-                       {"a name, with a matrix that cannot be read", 5, true, false, 10, 5}};
+    // What is current: its place, whether it is named and readable; its place during and after.
+    const std::tuple<const char*, double, bool, bool, double, double> cases[] = {
+        {"the world", 0, false, true, 0, 20},
+        {"a matrix", 5, false, true, 10, 5},
+        {"a matrix that cannot be read", 5, false, false, 5, 20},
+        {"a name", 5, true, true, 10, 5},
+        {"a name, with a matrix that cannot be read", 5, true, false, 10, 5}};
 
     for (const auto& [what, before, named, readable, during, after] : cases) {
         SCOPED_TRACE(what);
@@ -187,13 +175,11 @@ TEST_F(SaversTest, RecoverRestoresOnce)
 {
     for (const bool named : {false, true}) {
         useUcs(named, 5);
-        {
-            CQM_UcsServer server(movedBy(10));
-            server.Recover();
-            EXPECT_EQ(currentUcs(), movedBy(5));
-            kdedSetCurrentUCS(movedBy(20));
-            server.Recover();
-        }
+        CQM_UcsServer server(movedBy(10));
+        server.Recover();
+        EXPECT_EQ(currentUcs(), movedBy(5));
+        kdedSetCurrentUCS(movedBy(20));
+        server.Recover();
         EXPECT_EQ(currentUcs(), movedBy(20));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "kd/ap.h"
 #include "korra/host.h"
+#include "support/objects.h"
 
 namespace tests {
 
@@ -30,33 +31,16 @@ void HostTest::TearDown()
 
 KdDbDatabase& HostTest::database() const
 {
-    return *kddbHostApplicationServices()->workingDatabase();
+    return *drawing();
 }
 
 namespace {
 
 KdDbObjectId addToRecord(KdDbObjectId record, KdDbEntity* entity)
 {
-    KdDbBlockTableRecord* block = nullptr;
-    EXPECT_EQ(kddbOpenObject(block, record, KdDb::kForWrite), Kdapi::eOk);
     KdDbObjectId id;
-    EXPECT_EQ(block->appendKdDbEntity(id, entity), Kdapi::eOk);
+    EXPECT_EQ(Open<KdDbBlockTableRecord>(record)->appendKdDbEntity(id, entity), Kdapi::eOk);
     entity->close();
-    block->close();
-    return id;
-}
-
-KdDbObjectId makeBlock(const wchar_t* name)
-{
-    KdDbBlockTable* table = nullptr;
-    KdDbDatabase* database = kddbHostApplicationServices()->workingDatabase();
-    EXPECT_EQ(database->getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
-    auto* record = new KdDbBlockTableRecord;
-    record->setName(name);
-    KdDbObjectId id;
-    EXPECT_EQ(table->add(id, record), Kdapi::eOk);
-    record->close();
-    table->close();
     return id;
 }
 
@@ -64,23 +48,22 @@ KdDbObjectId makeBlock(const wchar_t* name)
 
 KdDbObjectId addEntity(KdDbEntity* entity)
 {
-    return addToRecord(kddbHostApplicationServices()->workingDatabase()->currentSpaceId(), entity);
+    return addToRecord(drawing()->currentSpaceId(), entity);
 }
 
 KdDbObjectId blockId(const wchar_t* name)
 {
-    KdDbBlockTable* table = nullptr;
-    kddbHostApplicationServices()->workingDatabase()->getSymbolTable(table, KdDb::kForRead);
     KdDbObjectId id;
-    table->getIdAt(name, id);
-    table->close();
+    Open<KdDbBlockTable>(drawing()->blockTableId(), KdDb::kForRead)->getIdAt(name, id);
     return id;
 }
 
 KdDbObjectId addEntityToBlock(const wchar_t* block, KdDbEntity* entity)
 {
     const KdDbObjectId existing = blockId(block);
-    return addToRecord(existing.isNull() ? makeBlock(block) : existing, entity);
+    return addToRecord(existing.isNull() ? addRecord<KdDbBlockTable, KdDbBlockTableRecord>(block)
+                                         : existing,
+                       entity);
 }
 
 std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
@@ -91,6 +74,35 @@ std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
     for (const platform::TracedCall& call : platform::stopTrace())
         operations.push_back(call.operation);
     return operations;
+}
+
+void failEachCall(const std::function<void()>& prepare, const std::function<void()>& scenario,
+                  const std::function<void()>& check)
+{
+    bool delivered = true;
+    for (std::size_t call = 1; delivered; ++call) {
+        prepare();
+        platform::failCall(call, platform::Fault::status);
+        scenario();
+        delivered = platform::faultDelivered();
+        platform::releaseCalls();
+        check();
+    }
+}
+
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario)
+{
+    std::vector<std::string> outcomes;
+    const auto prepareFresh = [&] {
+        startFreshHost();
+        prepare();
+        korra::takePrintedText();
+    };
+    failEachCall(
+        prepareFresh, [&] { outcomes.push_back(std::to_string(scenario())); },
+        [&] { outcomes.back() += korra::takePrintedText(); });
+    return outcomes;
 }
 
 } // namespace tests

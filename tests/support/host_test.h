@@ -45,4 +45,14 @@ KdDbObjectId blockId(const wchar_t* name);
 /// Names of the operations that the host is asked for while `scenario` runs, in order.
 std::vector<std::string> tracedOperations(const std::function<void()>& scenario);
 
+/// Runs a scenario with one fallible host call after the other failing, in the end with none, and
+/// each time the check behind it; `prepare` runs before, unharmed.
+void failEachCall(const std::function<void()>& prepare, const std::function<void()>& scenario,
+                  const std::function<void()>& check);
+
+/// Result and printed text of a scenario, once for each of its host calls with that call failing.
+/// Each run has a fresh host; `prepare` runs unharmed.
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario);
+
 } // namespace tests

@@ -50,9 +50,7 @@ KdDbObjectId addRecord(const wchar_t* name)
     auto* record = new Record;
     EXPECT_EQ(record->setName(name), Kdapi::eOk);
     Table* table = nullptr;
-    EXPECT_EQ(
-        kddbHostApplicationServices()->workingDatabase()->getSymbolTable(table, KdDb::kForWrite),
-        Kdapi::eOk);
+    EXPECT_EQ(drawing()->getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
     KdDbObjectId id;
     EXPECT_EQ(table->add(id, record), Kdapi::eOk);
     record->close();
@@ -66,6 +64,24 @@ inline KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
     for (const KdDbObjectId id : ids)
         array.append(id);
     return array;
+}
+
+/// Makes a coordinate system with a name and its origin at (x, 0, 0) current.
+inline void useNamedUcs(double x)
+{
+    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
+    Open<KdDbUCSTableRecord>(ucs)->setOrigin({x, 0, 0});
+    KdDbObjectId viewport;
+    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
+    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+}
+
+/// A dimension of the current style, 40 units from (0, 0) with its line on y = 10.
+inline KdDbRotatedDimension* newDimension()
+{
+    auto* const dimension = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
+    dimension->setDimensionStyle(drawing()->dimstyle());
+    return dimension;
 }
 
 /// A window on the model, to be added to a sheet; its number is 2 or above.

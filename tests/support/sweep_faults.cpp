@@ -9,6 +9,7 @@ namespace tests::detail {
 
 namespace {
 
+using platform::failCall;
 using platform::Fault;
 using platform::FaultMode;
 
@@ -35,15 +36,11 @@ std::vector<Source> countSources(const Swept& swept)
     swept.scenario();
     platform::releaseCalls();
     EXPECT_THAT(korra::audit(), ::testing::IsEmpty()) << "with nothing failing";
-    const auto failing = [](std::size_t ordinal, FaultMode mode) {
-        platform::failCall(ordinal, Fault::status, mode);
-    };
-    const auto throwing = [](std::size_t ordinal, FaultMode mode) {
-        platform::failCall(ordinal, Fault::thrown, mode);
-    };
+    const auto fail = [](auto ordinal, auto mode) { failCall(ordinal, Fault::status, mode); };
+    const auto raise = [](auto ordinal, auto mode) { failCall(ordinal, Fault::thrown, mode); };
     const bool anyThrows = platform::throwingCallsCounted() > 0;
-    return {{"failing", platform::callsCounted(), failing},
-            {"throwing", anyThrows ? platform::callsCounted() : 0, throwing},
+    return {{"failing", platform::callsCounted(), fail},
+            {"throwing", anyThrows ? platform::callsCounted() : 0, raise},
             {"without memory", platform::allocationsCounted(), platform::failAllocation}};
 }
 

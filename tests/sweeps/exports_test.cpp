@@ -2,17 +2,11 @@
 
 #include "orvex/orvex.h"
 
-#include "support/drawing.h"
-#include "support/host_test.h"
 #include "support/named_records.h"
-#include "support/objects.h"
 #include "support/opened.h"
 #include "support/support_folder.h"
 #include "views/pick_scene.h"
 
-#include <memory>
-
-using namespace tests;
 using support::Opened;
 
 namespace {
@@ -58,8 +52,7 @@ Ids definitions()
 /// A dimension that overrides one variable.
 Ids dimension()
 {
-    auto* const made = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
-    made->setDimensionStyle(drawing()->dimstyle());
+    KdDbDimension* const made = newDimension();
     made->setDimlfac(3);
     return {addEntity(made)};
 }
@@ -72,15 +65,8 @@ Ids scene()
 
 Ids sceneUnderSheet()
 {
-    makePickSceneUnderSheet();
-    return {};
-}
-
-/// A sheet with two windows.
-Ids sheet()
-{
-    const KdDbObjectId first = goToSheet();
-    return {first, addEntity(newWindow(3, {700, 100, 0}, 100, 100, 50))};
+    makePickScene();
+    return {goToSheet()};
 }
 
 Ids movedSystem()
@@ -91,16 +77,14 @@ Ids movedSystem()
 
 Ids namedSystem()
 {
-    const auto ucs = addRecord<KdDbUCSTable, KdDbUCSTableRecord>(L"Named");
-    KdDbObjectId viewport;
-    Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
-    Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+    useNamedUcs(5);
     return {};
 }
 
 // Calls that take more than a line.
 
-QmLayerMgr::LAYERINFO layer(const wchar_t* name, const wchar_t* linetype)
+template <class Change>
+void changeLayer(Change change, const wchar_t* name, const wchar_t* linetype)
 {
     QmLayerMgr::LAYERINFO info;
     info.name = name;
@@ -108,13 +92,6 @@ QmLayerMgr::LAYERINFO layer(const wchar_t* name, const wchar_t* linetype)
     info.lineWeight = 25;
     info.lineType = linetype;
     info.measurement = KdDb::kMetric;
-    return info;
-}
-
-template <class Change>
-void changeLayer(Change change, const wchar_t* name, const wchar_t* linetype)
-{
-    QmLayerMgr::LAYERINFO info = layer(name, linetype);
     change(info, drawing());
 }
 
@@ -134,7 +111,7 @@ void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle
 template <class Add>
 void addLine(Add add)
 {
-    auto line = std::make_unique<KdDbLine>(KdGePoint3d(0, 0, 0), KdGePoint3d(10, 0, 0));
+    auto line = std::make_unique<KdDbLine>();
     const Kdapi::ErrorStatus status = add(line.get());
     if (line->objectId().isNull())
         return;
@@ -152,22 +129,15 @@ void withOpen(KdDbObjectId id, Call call)
         call(object.get());
 }
 
-void pickEach(const char* input)
+/// @param pick  EntSelEx or EntSelExEx
+template <class Pick>
+void pickNested(Pick pick, const char* input)
 {
     KdDbObjectId id, viewport, nested;
     KdGePoint3d point;
     KdGeMatrix3d transform;
     korra::queueInput(input);
-    EntSelEx(L"", id, viewport, point, nested, transform);
-}
-
-void pickOrCursor(const char* input)
-{
-    KdDbObjectId id, viewport, nested;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    korra::queueInput(input);
-    EntSelExEx(L"", id, viewport, point, nested, transform);
+    pick(L"", id, viewport, point, nested, transform);
 }
 
 void pickTop(const char* input)
@@ -175,14 +145,10 @@ void pickTop(const char* input)
     KdDbObjectId id, viewport;
     KdGePoint3d point;
     KdGeMatrix3d transform;
-    kds_name name;
-    kds_point place;
-    korra::queueInput(input);
+    for (int i = 0; i < 2; ++i)
+        korra::queueInput(input);
     EntSel_(L"", id, point);
-    korra::queueInput(input);
     NEntSelP(L"", id, viewport, point, 0, transform);
-    korra::queueInput(input);
-    ads_entsel_Ex(L"", name, place);
 }
 
 void copyPicked(const char* input)
@@ -332,17 +298,17 @@ const Export kExports[] = {
     {"UCS2WCS", movedSystem, [](const Ids&) { KdGePoint3d point; UCS2WCS(point, point); }},
     {"UcToEc", movedSystem, [](const Ids&) { double point[3] = {}, normal[3] = {0, 0, -1}; rx_uc2ec(point, point, normal, false); }},
     {"UcsMat", movedSystem, [](const Ids&) { KdGeMatrix3d matrix; rx_ucsmat(matrix); }},
-    {"Ms2Ps", sheet, [](const Ids& ids) { KdDbObjectId id = ids[0]; KdGeMatrix3d matrix; ms2ps(id, matrix); }},
-    {"Ps2MsCurrent", sheet, [](const Ids&) { KdGeMatrix3d matrix; ps2ms(matrix); }},
-    {"GetViewPortIdIdByPoint", sheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
+    {"Ms2Ps", sceneUnderSheet, [](const Ids& ids) { KdDbObjectId id = ids[0]; KdGeMatrix3d matrix; ms2ps(id, matrix); }},
+    {"Ps2MsCurrent", sceneUnderSheet, [](const Ids&) { KdGeMatrix3d matrix; ps2ms(matrix); }},
+    {"GetViewPortIdIdByPoint", sceneUnderSheet, [](const Ids&) { KdDbObjectId id; double scale; getViewPortIdIdByPoint(id, scale, {130, 100, 0}, drawing()); }},
 
     // picking
-    {"PickOfNested", scene, [](const Ids&) { pickEach("\\ctrl 109,0"); }},
-    {"PickOfOldPolyline", scene, [](const Ids&) { pickEach("4,80"); }},
-    {"PickThroughWindow", sceneUnderSheet, [](const Ids&) { pickEach("318,100"); }},
-    {"PickMissed", scene, [](const Ids&) { pickEach("\\miss"); }},
-    {"PickOrCursor", scene, [](const Ids&) { pickOrCursor("109,0"); }, Faults::single},
-    {"PickMissedOrCursor", scene, [](const Ids&) { pickOrCursor("\\miss"); }, Faults::single},
+    {"PickOfNested", scene, [](const Ids&) { pickNested(EntSelEx, "\\ctrl 109,0"); }},
+    {"PickOfOldPolyline", scene, [](const Ids&) { pickNested(EntSelEx, "4,80"); }},
+    {"PickThroughWindow", sceneUnderSheet, [](const Ids&) { pickNested(EntSelEx, "318,100"); }},
+    {"PickMissed", scene, [](const Ids&) { pickNested(EntSelEx, "\\miss"); }},
+    {"PickOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "109,0"); }, Faults::single},
+    {"PickMissedOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "\\miss"); }, Faults::single},
     {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
     {"PickAtPoint", scene, [](const Ids&) { pickAt({109, 0, 0}); }},
     {"PickWithoutCopy", scene, [](const Ids&) { KdDbObjectId id; KdGePoint3d point; korra::queueInput("109,0"); rx_entsel(nullptr, id, point, nullptr); }},
@@ -370,7 +336,7 @@ const Export kExports[] = {
 
 // clang-format on
 
-class ExportTest : public HostTest, public ::testing::WithParamInterface<Export> {};
+class ExportTest : public HostTest, public WithParamInterface<Export> {};
 
 TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
 {
@@ -378,7 +344,7 @@ TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
     sweepFaults<Ids>(swept.prepare, swept.call, nullptr, swept.faults);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ExportTest, ::testing::ValuesIn(kExports),
+INSTANTIATE_TEST_SUITE_P(All, ExportTest, ValuesIn(kExports),
                          [](const auto& each) { return std::string(each.param.name); });
 
 } // namespace

@@ -7,15 +7,6 @@ namespace {
 
 class ColorsTest : public HostTest {};
 
-/// Enters a new viewport of the sheet.
-void enterViewport()
-{
-    const KdDbObjectId id = addEntity(newWindow(2, {100, 100, 0}, 100, 100, 50));
-    korra::queueInput("80,100");
-    ASSERT_TRUE(korra::runCommand("MSPACE"));
-    ASSERT_EQ(kdedGetCurViewportObjectId(), id);
-}
-
 unsigned long rgbOf(int index)
 {
     unsigned long rgb = 0xdeadbeef;
@@ -23,22 +14,18 @@ unsigned long rgbOf(int index)
     return rgb;
 }
 
-TEST_F(ColorsTest, RedIsInTheLowestByte)
+TEST_F(ColorsTest, PaletteIndexesAloneHaveAColorWithRedInTheLowestByte)
 {
     EXPECT_EQ(rgbOf(1), 0x0000FFu);
     EXPECT_EQ(rgbOf(3), 0x00FF00u);
     EXPECT_EQ(rgbOf(5), 0xFF0000u);
-}
-
-TEST_F(ColorsTest, IndexesOutsideThePaletteHaveNoColor)
-{
+    rgbOf(0);
+    rgbOf(256);
     for (const int index : {-1, 257, 65536, -65535}) {
         unsigned long rgb = 0xdeadbeef;
         EXPECT_EQ(Orvex::GetRgbValue(rgb, index), 0) << index;
         EXPECT_EQ(rgb, 0xdeadbeefu);
     }
-    rgbOf(0);
-    rgbOf(256);
 }
 
 TEST_F(ColorsTest, EveryPaletteColorLeadsBackToAnIndexOfTheSameColor)
@@ -67,8 +54,9 @@ TEST_F(ColorsTest, TheBackgroundIsThatOfTheCurrentView)
     EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model);
     ASSERT_EQ(QmSysVarMgr::SetSysIntValue(0, L"TILEMODE"), 1);
     EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), sheet);
-    enterViewport();
-    EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model);
+    addEntity(newWindow(2, {100, 100, 0}, 100, 100, 50));
+    ASSERT_TRUE(korra::setVariable("CVPORT", "2"));
+    EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model) << "inside a viewport";
 }
 
 TEST_F(ColorsTest, TheDialogGivesAnIndex)

@@ -3,7 +3,6 @@
 #include "support/library_test.h"
 #include "support/opened.h"
 #include "support/resbuf_list.h"
-#include "support/sweep_faults.h"
 
 #include "platform/text.h"
 
@@ -56,19 +55,12 @@ void setData(KdDbObject& object, const std::string& line)
     ASSERT_EQ(object.setXData(data.get()), Kdapi::eOk) << line;
 }
 
-KdDbObjectId addDimension()
-{
-    auto* dimension = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
-    dimension->setDimensionStyle(drawing()->dimstyle());
-    return addEntity(dimension);
-}
-
 class DimOverrideTest : public HostTest {
 protected:
     void SetUp() override
     {
         HostTest::SetUp();
-        dimension_ = addDimension();
+        dimension_ = addEntity(newDimension());
     }
 
     std::string data() const { return dataText(*Open<KdDbDimension>(dimension_, KdDb::kForRead)); }
@@ -82,58 +74,40 @@ protected:
         return DimStyleMgr::OverrideDimVariable(Open<KdDbDimension>(dimension_).get(), name, value);
     }
 
-    void remove(short code) const
-    {
-        DimStyleMgr::DeleteDimVarsOverride(Open<KdDbDimension>(dimension_).get(), code);
-    }
-
     KdDbObjectId dimension_;
 };
 
 TEST_F(DimOverrideTest, RemovalTakesWholePairsOfEverySectionAndNothingElse)
 {
-    struct {
-        const char* what;
-        short code;
-        const char* before;
-        const char* after;
-    } const removals[] = {
-        {"every pair of the code", 40, "s:DSTYLE { i:40 r:2 i:147 r:1 i:40 r:3 }",
+    const std::tuple<const char*, const char*, const char*> removals[] = {
+        {"every pair of the code", "s:DSTYLE { i:40 r:2 i:147 r:1 i:40 r:3 }",
          "s:DSTYLE { i:147 r:1 }"},
-        {"no value that holds the number", 147, "s:DSTYLE { i:271 i:147 i:147 r:0.5 i:77 i:147 }",
-         "s:DSTYLE { i:271 i:147 i:77 i:147 }"},
-        {"every section", 40, "s:DSTYLE { i:40 r:2 } s:DSTYLE { i:40 r:3 i:76 i:1 }",
+        {"no value that holds the number", "s:DSTYLE { i:271 i:40 i:40 r:0.5 i:77 i:40 }",
+         "s:DSTYLE { i:271 i:40 i:77 i:40 }"},
+        {"every section", "s:DSTYLE { i:40 r:2 } s:DSTYLE { i:40 r:3 i:76 i:1 }",
          "s:DSTYLE { } s:DSTYLE { i:76 i:1 }"},
-        {"nothing outside a section", 40, "i:40 r:1 s:DSTYLE { i:40 r:2 } i:40 r:3",
+        {"nothing outside a section", "i:40 r:1 s:DSTYLE { i:40 r:2 } i:40 r:3",
          "i:40 r:1 s:DSTYLE { } i:40 r:3"},
-        {"a name in small letters", 40, "s:dstyle { i:40 r:2 }", "s:dstyle { }"},
-        {"an opening node of any kind", 40, "s:DSTYLE i:40 i:40 r:2 }", "s:DSTYLE i:40 }"},
-        {"no closing node", 40, "s:DSTYLE { i:271 i:3 i:40 r:2", "s:DSTYLE { i:271 i:3"},
-        {"a closing node missing between sections", 40,
+        {"a name in small letters", "s:dstyle { i:40 r:2 }", "s:dstyle { }"},
+        {"an opening node of any kind", "s:DSTYLE i:40 i:40 r:2 }", "s:DSTYLE i:40 }"},
+        {"no closing node", "s:DSTYLE { i:271 i:3 i:40 r:2", "s:DSTYLE { i:271 i:3"},
+        {"a closing node missing between sections",
          "s:DSTYLE { i:40 r:2 s:DSTYLE { i:40 r:3 i:147 r:1 }",
          "s:DSTYLE { s:DSTYLE { i:147 r:1 }"},
-        {"a text value that is the section's name", 40, "s:DSTYLE { i:3 s:DSTYLE i:40 r:2 }",
+        {"a text value that is the section's name", "s:DSTYLE { i:3 s:DSTYLE i:40 r:2 }",
          "s:DSTYLE { i:3 s:DSTYLE }"},
-        {"no pair cut off by the end", 40, "s:DSTYLE { i:40 r:2 i:40", "s:DSTYLE { i:40"},
-        {"no pair cut off by the closing node", 40, "s:DSTYLE { i:40 } i:1",
-         "s:DSTYLE { i:40 } i:1"},
-        {"nothing behind the name", 40, "s:DSTYLE", "s:DSTYLE"},
-        {"unknown data", 40, "s:OTHER { i:40 r:2 }", "s:OTHER { i:40 r:2 }"},
+        {"no pair cut off by the end", "s:DSTYLE { i:40 r:2 i:40", "s:DSTYLE { i:40"},
+        {"no pair cut off by the closing node", "s:DSTYLE { i:40 } i:1", "s:DSTYLE { i:40 } i:1"},
+        {"nothing behind the name", "s:DSTYLE", "s:DSTYLE"},
+        {"unknown data", "s:OTHER { i:40 r:2 }", "s:OTHER { i:40 r:2 }"},
     };
 
-    for (const auto& [what, code, before, after] : removals) {
+    for (const auto& [what, before, after] : removals) {
         SCOPED_TRACE(what);
         store(before);
-        remove(code);
+        DimStyleMgr::DeleteDimVarsOverride(Open<KdDbDimension>(dimension_).get(), 40);
         EXPECT_EQ(data(), after);
     }
-}
-
-TEST_F(DimOverrideTest, RemovalWritesBackWheneverThereIsData)
-{
-    EXPECT_THAT(tracedOperations([&] { remove(40); }), Not(Contains("KdDbObject::setXData")));
-    store("s:DSTYLE { i:147 r:1 }");
-    EXPECT_THAT(tracedOperations([&] { remove(40); }), Contains("KdDbObject::setXData"));
 }
 
 TEST_F(DimOverrideTest, RemovalUpgradesAReaderForItsOwnTimeUnlessOthersRead)
@@ -153,11 +127,8 @@ TEST_F(DimOverrideTest, RemovalUpgradesAReaderForItsOwnTimeUnlessOthersRead)
 
 TEST_F(DimOverrideTest, StoresEachVariableOnlyWhenItDiffersFromTheStyle)
 {
-    struct {
-        const wchar_t* name;
-        double ofStyle, other;
-        const char* pair;
-    } const variables[] = {
+    // Name, value of the style, another one and how that is stored.
+    const std::tuple<const wchar_t*, double, double, std::string> variables[] = {
         {L"DIMDEC", 4, 5, "i:271 i:5"},          {L"dimadec", 0, 5, "i:179 i:5"},
         {L"DimTDec", 4, 5, "i:272 i:5"},         {L"dimatfit", 3, 1, "i:289 i:1"},
         {L"dimtad", 0, 4, "i:77 i:4"},           {L"dimjust", 0, 2, "i:280 i:2"},
@@ -172,7 +143,7 @@ TEST_F(DimOverrideTest, StoresEachVariableOnlyWhenItDiffersFromTheStyle)
     for (const auto& [name, ofStyle, other, pair] : variables) {
         store("s:DSTYLE { i:999 s:kept }");
         EXPECT_EQ(override(name, other), Kdapi::eOk);
-        EXPECT_EQ(data(), "s:DSTYLE { i:999 s:kept " + std::string(pair) + " }");
+        EXPECT_EQ(data(), "s:DSTYLE { i:999 s:kept " + pair + " }");
         EXPECT_EQ(override(name, ofStyle), Kdapi::eOk);
         EXPECT_EQ(data(), "s:DSTYLE { i:999 s:kept }");
     }
@@ -180,29 +151,25 @@ TEST_F(DimOverrideTest, StoresEachVariableOnlyWhenItDiffersFromTheStyle)
 
 TEST_F(DimOverrideTest, ComparesBeforeItConverts)
 {
-    struct {
-        const wchar_t* name;
-        std::variant<short, int, double, bool> value;
-        const char* after;
-    } const cases[] = {
+    using Value = std::variant<short, int, double, bool>;
+    constexpr short four = 4;
+    const std::tuple<const wchar_t*, Value, std::string> cases[] = {
         // the style has DIMDEC 4, DIMTAD 0, DIMTIH on, DIMSE2 off, DIMSCALE 1
-        {L"dimdec", 4.7, "s:DSTYLE { i:271 i:4 }"},
-        {L"dimdec", -0.7, "s:DSTYLE { i:271 i:0 }"},
-        {L"dimdec", 4.0, "s:DSTYLE { }"},
-        {L"dimdec", short{4}, "s:DSTYLE { }"},
-        {L"dimtad", false, "s:DSTYLE { }"},
-        {L"dimtad", true, "s:DSTYLE { i:77 i:1 }"},
-        {L"dimtih", short{2}, "s:DSTYLE { i:73 i:1 }"},
-        {L"dimtih", 1, "s:DSTYLE { }"},
-        {L"dimtih", true, "s:DSTYLE { }"},
-        {L"dimtih", false, "s:DSTYLE { i:73 i:0 }"},
-        {L"dimtih", 0.5, "s:DSTYLE { i:73 i:1 }"},
-        {L"dimse2", 0.0, "s:DSTYLE { }"},
-        {L"dimse2", 1e-300, "s:DSTYLE { i:76 i:1 }"},
-        {L"dimscale", 1, "s:DSTYLE { }"},
-        {L"dimscale", true, "s:DSTYLE { }"},
-        {L"dimscale", false, "s:DSTYLE { i:40 r:0 }"},
-        {L"dimscale", 1.0 + 1e-15, "s:DSTYLE { i:40 r:1 }"},
+        {L"dimdec", 4.7, "i:271 i:4 "},
+        {L"dimdec", -0.7, "i:271 i:0 "},
+        {L"dimdec", 4.0, ""},
+        {L"dimdec", four, ""},
+        {L"dimtad", false, ""},
+        {L"dimtad", true, "i:77 i:1 "},
+        {L"dimtih", four, "i:73 i:1 "},
+        {L"dimtih", 1, ""},
+        {L"dimtih", true, ""},
+        {L"dimtih", false, "i:73 i:0 "},
+        {L"dimtih", 0.5, "i:73 i:1 "},
+        {L"dimse2", 1e-300, "i:76 i:1 "},
+        {L"dimscale", 1, ""},
+        {L"dimscale", false, "i:40 r:0 "},
+        {L"dimscale", 1.0 + 1e-15, "i:40 r:1 "},
     };
 
     for (const auto& [name, value, after] : cases) {
@@ -210,7 +177,7 @@ TEST_F(DimOverrideTest, ComparesBeforeItConverts)
         std::visit(
             [&, variable = name](auto typed) { EXPECT_EQ(override(variable, typed), Kdapi::eOk); },
             value);
-        EXPECT_EQ(data(), after) << platform::toUtf8(name);
+        EXPECT_EQ(data(), "s:DSTYLE { " + after + "}") << platform::toUtf8(name);
     }
 }
 
@@ -231,21 +198,13 @@ TEST_F(DimOverrideTest, RefusesWithoutChangingAnything)
 TEST_F(DimOverrideTest, KeepsTheOtherOverridesWhateverFails)
 {
     for (const double value : {7.25, 1.0}) {
-        sweepFaults<KdDbObjectId>(
-            [] {
-                const KdDbObjectId id = addDimension();
-                setData(*Open<KdDbDimension>(id), "s:DSTYLE { i:40 r:3 i:147 r:1 }");
-                return id;
-            },
-            [value](const KdDbObjectId& id) {
-                const support::Opened<KdDbDimension> dimension(id, KdDb::kForWrite);
-                if (dimension)
-                    DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
-            },
-            [](const KdDbObjectId& id) {
-                const Open<KdDbDimension> dimension(id, KdDb::kForRead);
-                EXPECT_THAT(dataText(*dimension), HasSubstr("i:147 r:1"));
-            });
+        const auto overrideScale = [&] {
+            const support::Opened<KdDbDimension> dimension(dimension_, KdDb::kForWrite);
+            if (dimension)
+                DimStyleMgr::OverrideDimVariable(dimension.get(), L"dimscale", value);
+        };
+        failEachCall([&] { store("s:DSTYLE { i:40 r:3 i:147 r:1 }"); }, overrideScale,
+                     [&] { EXPECT_THAT(data(), HasSubstr("i:147 r:1")); });
     }
 }
 

@@ -1,18 +1,12 @@
 #include "orvex/linetypes.h"
 #include "orvex/system_variables.h"
 
-#include "support/library_test.h"
-#include "support/support_folder.h"
+#include "tables/linetype_files_test.h"
 #include "tables/messages.h"
 
 #include <dlfcn.h>
 
 namespace {
-
-// Both files define A, at different sizes; B and the damaged D are in one of them only.
-constexpr const char* kMetricFile = "*A,metric\nA,10,-2\n*D,damaged\nA,ten\n";
-constexpr const char* kImperialFile = "*A,imperial\nA,1,-0.5\n*B,imperial alone\nA,3,-1\n"
-                                      "*D,whole\nA,1,-1\n";
 
 /// The length of a linetype's pattern; -1 when the drawing lacks it.
 double patternLength(const wchar_t* name)
@@ -40,22 +34,12 @@ int fileDialogs()
     return value;
 }
 
-class LinetypesTest : public HostTest {
+class LinetypesTest : public LinetypeFilesTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        folder_.use();
-        folder_.write("korraiso.lin", kMetricFile);
-        folder_.write("korra.lin", kImperialFile);
-    }
-
-    int load(const wchar_t* name, KdDb::MeasurementValue measurement, int reload = 0) const
+    static int load(const wchar_t* name, KdDb::MeasurementValue measurement, int reload = 0)
     {
         return QmLTypeMgr::LoadLType(name, measurement, drawing(), reload);
     }
-
-    SupportFolder folder_;
 };
 
 /// Whether the drawing has a linetype, and the status of its id.
@@ -83,25 +67,17 @@ TEST_F(LinetypesTest, LooksUpByNameInAnyCaseButNotTrimmed)
     EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, drawing()), 0);
 }
 
-TEST_F(LinetypesTest, ListsEveryNameBehindWhatIsThere)
+TEST_F(LinetypesTest, ListsEveryName)
 {
     CStringArray names;
-    names.Add(L"first");
-    EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, nullptr), 0);
     EXPECT_EQ(QmLTypeMgr::GetLTypeFromDrawing(names, drawing()), 1);
-    ASSERT_EQ(names.GetSize(), 4);
-    EXPECT_EQ(names[0] + names[1] + names[2] + names[3], L"firstByBlockByLayerContinuous");
+    ASSERT_EQ(names.GetSize(), 3);
+    EXPECT_EQ(names[0] + names[1] + names[2], L"ByBlockByLayerContinuous");
 }
 
 TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
 {
-    struct {
-        const char* what;
-        const wchar_t* name;
-        KdDb::MeasurementValue measurement;
-        int result;
-        double length;
-    } const cases[] = {
+    const std::tuple<const char*, const wchar_t*, KdDb::MeasurementValue, int, double> cases[] = {
         {"metric first", L"A", KdDb::kMetric, 1, 12},
         {"imperial first", L"A", KdDb::kEnglish, 1, 1.5},
         {"any other number is imperial", L"A", KdDb::MeasurementValue(2), 1, 1.5},
@@ -109,7 +85,6 @@ TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
         {"only in the other file", L"B", KdDb::kMetric, 1, 4},
         {"a damaged definition ends the search", L"D", KdDb::kMetric, 0, -1},
         {"blanks alone", L"  ", KdDb::kMetric, 0, -1},
-        {"no name", L"", KdDb::kEnglish, 0, -1},
     };
 
     for (const auto& [what, name, measurement, result, length] : cases) {
@@ -149,20 +124,11 @@ TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
                              missingLinetype("A", "", ""));
     const SupportFolder alone;
     alone.use();
-    alone.write("korra.lin", kImperialFile);
+    alone.write("korra.lin", kImperialLinetypes);
     EXPECT_EQ(load(L"B", KdDb::kMetric), 1);
     EXPECT_EQ(printed(), noMetricFile);
     EXPECT_EQ(load(L"Zigzag", KdDb::kEnglish), 0);
     EXPECT_EQ(printed(), noMetricFile + missingLinetype("Zigzag", alone.pathOf("korra.lin"), ""));
-}
-
-TEST_F(LinetypesTest, FileDialogsAreOffWhileLoadingAlone)
-{
-    EXPECT_THAT(only(tracedCalls([&] { load(L"A", KdDb::kMetric); }),
-                     {"kdedSetVar", "kdedFindFile", "KdDbDatabase::loadLineTypeFile"}),
-                ElementsAre(HasSubstr("kdedSetVar(\"FILEDIA\""), HasSubstr("korraiso.lin"),
-                            HasSubstr("korra.lin"), HasSubstr("loadLineTypeFile"),
-                            HasSubstr("kdedSetVar(\"FILEDIA\"")));
 }
 
 TEST_F(LinetypesTest, FileDialogsThatAreATextComeBackAsText)
@@ -174,25 +140,14 @@ TEST_F(LinetypesTest, FileDialogsThatAreATextComeBackAsText)
     EXPECT_EQ(text, L"on, written");
 }
 
-TEST_F(LinetypesTest, FileDialogsComeBackWhateverFails)
+TEST_F(LinetypesTest, FileDialogsThatCannotBeReadAreLeftAlone)
 {
-    platform::countCalls();
-    load(L"A", KdDb::kMetric, 1);
-    const std::size_t callsBeforeRestoring = platform::callsCounted() - 2;
-
-    for (const platform::Fault fault : {platform::Fault::status, platform::Fault::thrown}) {
-        for (std::size_t ordinal = 1; ordinal <= callsBeforeRestoring; ++ordinal) {
-            startFreshHost();
-            folder_.use();
-            platform::failCall(ordinal, fault);
-            try {
-                load(L"A", KdDb::kMetric, 1);
-            } catch (const platform::OrderedException&) {
-            }
-            EXPECT_TRUE(platform::faultDelivered());
-            platform::releaseCalls();
-            EXPECT_EQ(fileDialogs(), 1) << "call " << ordinal;
-        }
+    for (const std::size_t reading : {1u, 2u}) {
+        platform::failCall(reading, platform::Fault::status);
+        EXPECT_EQ(load(L"A", KdDb::kMetric, 1), 1);
+        EXPECT_TRUE(platform::faultDelivered());
+        platform::releaseCalls();
+        EXPECT_EQ(fileDialogs(), 1);
     }
 }
 

@@ -4,8 +4,6 @@
 
 #include "support/library_test.h"
 
-#include <functional>
-
 namespace tests {
 
 /// A message of the installed language about a name.
@@ -22,26 +20,6 @@ inline std::string missingLinetype(const std::string& name, const std::string& f
 {
     return "Can't load \"" + name + "\" linetype in file " + firstFile + " or " + secondFile +
            ", this type line type undefined !\n";
-}
-
-/// Result and printed text of a scenario, once for each of its host calls with that call failing.
-/// Each run has a fresh host; `prepare` runs unharmed.
-inline std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
-                                                   const std::function<int()>& scenario)
-{
-    std::vector<std::string> outcomes;
-    bool delivered = true;
-    for (std::size_t ordinal = 1; delivered; ++ordinal) {
-        startFreshHost();
-        prepare();
-        korra::takePrintedText();
-        platform::failCall(ordinal, platform::Fault::status);
-        const int result = scenario();
-        outcomes.push_back(std::to_string(result) + korra::takePrintedText());
-        delivered = platform::faultDelivered();
-        platform::releaseCalls();
-    }
-    return outcomes;
 }
 
 } // namespace tests

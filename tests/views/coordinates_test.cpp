@@ -2,7 +2,6 @@
 
 #include "support/library_test.h"
 
-#include <cstring>
 #include <numbers>
 
 namespace {
@@ -55,21 +54,16 @@ TEST_F(CoordinatesTest, EachArrayFunctionGoesItsOwnWay)
     useTurnedUcs();
     double normal[3] = {1, 0, 0};
 
-    struct {
-        bool (*call)(const double*, double*, double*, bool);
-        std::vector<double> point;
-        std::vector<double> displacement;
-    } const cases[] = {
-        {[](const double* from, double* to, double*, bool disp) {
-             return rx_uc2wc(from, to, disp);
-         },
-         {8, 21, 33},
-         {-2, 1, 3}},
-        {[](const double* from, double* to, double*, bool disp) {
-             return rx_wc2uc(from, to, disp);
-         },
-         {-18, 9, -27},
-         {2, -1, 3}},
+    const auto uc2wc = [](auto* from, auto* to, auto*, bool disp) {
+        return rx_uc2wc(from, to, disp);
+    };
+    const auto wc2uc = [](auto* from, auto* to, auto*, bool disp) {
+        return rx_wc2uc(from, to, disp);
+    };
+    using Call = bool (*)(const double*, double*, double*, bool);
+    const std::tuple<Call, std::vector<double>, std::vector<double>> cases[] = {
+        {uc2wc, {8, 21, 33}, {-2, 1, 3}},
+        {wc2uc, {-18, 9, -27}, {2, -1, 3}},
         // The entity system of the x axis has its own x along the world's y and its y along z.
         {rx_wc2ec, {2, 3, 1}, {2, 3, 1}},
         {rx_ec2wc, {3, 1, 2}, {3, 1, 2}},
@@ -77,12 +71,11 @@ TEST_F(CoordinatesTest, EachArrayFunctionGoesItsOwnWay)
         {rx_ec2uc, {-19, 7, -28}, {1, -3, 2}},
     };
 
-    for (const auto& each : cases) {
+    for (const auto& [call, point, vector] : cases) {
         for (const bool displacement : {false, true}) {
             double value[3] = {1, 2, 3};
-            EXPECT_TRUE(each.call(value, value, normal, displacement));
-            EXPECT_THAT(value,
-                        Pointwise(DoubleNear(1e-9), displacement ? each.displacement : each.point));
+            EXPECT_TRUE(call(value, value, normal, displacement));
+            EXPECT_THAT(value, Pointwise(DoubleNear(1e-9), displacement ? vector : point));
         }
     }
     EXPECT_THAT(normal, ElementsAre(1, 0, 0));
@@ -108,20 +101,17 @@ TEST_F(CoordinatesTest, TheUcsMatrixMapsUserToWorldElseIsTheIdentity)
 
 TEST_F(CoordinatesTest, MatricesAreCopiedEntryByEntryDestinationFirst)
 {
+    const KdGeMatrix3d original = turnedUcs();
+    KdGeMatrix3d copy = original;
     double rows[4][4];
-    for (int i = 0; i < 16; ++i)
-        rows[i / 4][i % 4] = i + 1;
-    KdGeMatrix3d matrix;
-    transKdsMetrixToKdGeMetrix(matrix, rows);
-    EXPECT_EQ(matrix(1, 2), 7.0);
-    EXPECT_EQ(matrix(3, 0), 13.0);
-
-    double copy[4][4];
-    transKdGeMetrixToKdsMetrix(copy, matrix);
-    EXPECT_EQ(std::memcmp(copy, rows, sizeof rows), 0);
-    indent_matrix(copy);
-    transKdsMetrixToKdGeMetrix(matrix, copy);
-    EXPECT_EQ(matrix, KdGeMatrix3d::kIdentity);
+    transKdGeMetrixToKdsMetrix(rows, copy);
+    EXPECT_THAT(rows[1], ElementsAre(1, DoubleNear(0, 1e-15), 0, 20));
+    copy = KdGeMatrix3d::kIdentity;
+    transKdsMetrixToKdGeMetrix(copy, rows);
+    EXPECT_EQ(copy, original);
+    indent_matrix(rows);
+    transKdsMetrixToKdGeMetrix(copy, rows);
+    EXPECT_EQ(copy, KdGeMatrix3d::kIdentity);
 }
 
 } // namespace

@@ -129,13 +129,10 @@ TEST_F(PickCopiesTest, TheIdFormKeepsNoCopy)
 
 TEST_F(PickCopiesTest, AKeywordAsksForANumber)
 {
-    struct {
-        std::vector<const char*> input;
-        int status;
-        double value;
-    } const cases[] = {{{"Value", "2.5"}, RTKWORD, 2.5}, {{"v", "\\esc"}, RTCAN, -1.0},
-                       {{"Value", ""}, RTNONE, -1.0},    {{"\\esc"}, RTCAN, -1.0},
-                       {{"\\miss"}, RTERROR, -1.0},      {{"4,0"}, RTNORM, -1.0}};
+    const std::tuple<std::vector<const char*>, int, double> cases[] = {
+        {{"Value", "2.5"}, RTKWORD, 2.5}, {{"v", "\\esc"}, RTCAN, -1.0},
+        {{"Value", ""}, RTNONE, -1.0},    {{"\\esc"}, RTCAN, -1.0},
+        {{"\\miss"}, RTERROR, -1.0},      {{"4,0"}, RTNORM, -1.0}};
 
     for (const auto& [input, status, expected] : cases) {
         SCOPED_TRACE(input.front());

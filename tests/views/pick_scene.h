@@ -49,13 +49,6 @@ inline KdDbObjectId goToSheet()
     return tests::addEntity(tests::newWindow(2, {100, 100, 0}, 600, 400, 200));
 }
 
-inline PickScene makePickSceneUnderSheet()
-{
-    const PickScene scene = makePickScene();
-    goToSheet();
-    return scene;
-}
-
 inline void moveUcs(double x, double y)
 {
     EXPECT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({x, y, 0})), Kdapi::eOk);
@@ -71,17 +64,3 @@ protected:
 
     PickScene scene_;
 };
-
-/// Runs a scenario with one fallible host call after the other failing, in the end with none, and
-/// each time the check behind it.
-inline void failEachCall(const std::function<void()>& scenario, const std::function<void()>& check)
-{
-    bool delivered = true;
-    for (std::size_t call = 1; delivered; ++call) {
-        platform::failCall(call, platform::Fault::status);
-        scenario();
-        delivered = platform::faultDelivered();
-        platform::releaseCalls();
-        check();
-    }
-}

@@ -4,7 +4,6 @@
 #include "support/resbuf_list.h"
 
 #include <memory>
-#include <utility>
 
 using support::ResbufList;
 
@@ -33,14 +32,11 @@ constexpr double kDirection[3] = {0, 0, 1};
 
 resbuf* description(int method, bool withDirection)
 {
-    resbuf* list =
-        withDirection
-            ? kdutBuildList(RTLB, RTSHORT, method, RTENAME, kName, RTSHORT, 5, RTLB, RTSHORT, 0,
-                            RT3DPOINT, kPoint, RT3DPOINT, kDirection, RTLE, RTLE, 0)
-            : kdutBuildList(RTLB, RTSHORT, method, RTENAME, kName, RTSHORT, 5, RTLB, RTSHORT, 0,
-                            RT3DPOINT, kPoint, RTLE, RTLE, 0);
-    EXPECT_NE(list, nullptr);
-    return list;
+    return withDirection
+               ? kdutBuildList(RTLB, RTSHORT, method, RTENAME, kName, RTSHORT, 5, RTLB, RTSHORT, 0,
+                               RT3DPOINT, kPoint, RT3DPOINT, kDirection, RTLE, RTLE, 0)
+               : kdutBuildList(RTLB, RTSHORT, method, RTENAME, kName, RTSHORT, 5, RTLB, RTSHORT, 0,
+                               RT3DPOINT, kPoint, RTLE, RTLE, 0);
 }
 
 class SubentitiesTest : public PickSceneTest {};
@@ -50,17 +46,16 @@ TEST_F(SubentitiesTest, ADescriptionGivesNameMarkerAndPickPoint)
     for (const int method : {1, 4, 0, 2, 3}) {
         for (const bool withDirection : {true, false}) {
             SCOPED_TRACE(method);
-            const bool byPick = method == 1 || method == 4;
+            Info expected{.method = method, .first = {11, 22}, .second = {11, 22}, .marker = 5};
+            if (method == 1 || method == 4) {
+                expected.point.set(1, 2, 3);
+                if (withDirection)
+                    expected.direction = KdGeVector3d::kZAxis;
+            }
             const ResbufList list(description(method, withDirection));
             Info info;
             EXPECT_EQ(info.read(list.get()), 1);
-            EXPECT_EQ(info.method, method);
-            EXPECT_THAT(info.first, ElementsAre(11, 22));
-            EXPECT_THAT(info.second, ElementsAre(11, 22));
-            EXPECT_EQ(info.marker, 5);
-            EXPECT_EQ(info.point, byPick ? KdGePoint3d(1, 2, 3) : Info().point);
-            EXPECT_EQ(info.direction,
-                      byPick && withDirection ? KdGeVector3d::kZAxis : Info().direction);
+            EXPECT_EQ(info, expected);
         }
     }
 }
@@ -111,16 +106,16 @@ TEST_F(SubentitiesTest, NoIdAndNoSelectionAreNone)
 
 TEST_F(SubentitiesTest, AFailedSilentPickIsCancelled)
 {
-    bool cancelled = false;
-    KdDbEntity* edge = nullptr;
-    int status = RTNORM;
-    const auto pick = [&] { status = GetSubEntByPt(scene_.line, {4, 0, 0}, edge, nullptr); };
-    failEachCall(pick, [&] {
+    KdDbObjectId line;
+    const auto pick = [&] {
+        KdDbEntity* edge = nullptr;
+        const int status = GetSubEntByPt(line, {4, 0, 0}, edge, nullptr);
         EXPECT_FALSE(edge && status != RTNORM);
-        cancelled |= status == RTCAN;
-        delete std::exchange(edge, nullptr);
-    });
-    EXPECT_TRUE(cancelled);
+        delete edge;
+        return status;
+    };
+    EXPECT_THAT(outcomesOfFailures([&] { line = makePickScene().line; }, pick),
+                Contains(std::to_string(RTCAN)));
 }
 
 } // namespace

@@ -16,29 +16,22 @@ frame::ClassEntry derived{[] { return derivedClass; },
                           [] { derivedClass = new KdRxClass(L"ProbeDerived", baseClass); }, false};
 frame::ClassEntry* const classes[] = {&base, nullptr, &derived};
 
-void runCommand()
-{
-    platform::note("command");
-}
+constexpr auto runCommand = [] { platform::note("command"); };
 
 frame::CommandEntry named{L"PROBE", L"PROBEONE", L"ONE", 0, runCommand, nullptr, 0};
 frame::CommandEntry loaded{L"PROBE", L"PROBETWO", nullptr, 0x00200000, runCommand, nullptr, 9001};
 frame::CommandEntry* const commands[] = {&named, nullptr, &loaded};
 
-int runFirst()
+/// A function that notes its name.
+template <char Name>
+int run()
 {
-    platform::note("first function");
+    platform::note(Name == '1' ? "first function" : "second function");
     return 0;
 }
 
-int runSecond()
-{
-    platform::note("second function");
-    return 0;
-}
-
-frame::FunctionEntry first{L"probe-first", runFirst, false, 0};
-frame::FunctionEntry second{nullptr, runSecond, true, 9002};
+frame::FunctionEntry first{L"probe-first", run<'1'>, false, 0};
+frame::FunctionEntry second{nullptr, run<'2'>, true, 9002};
 frame::FunctionEntry* const functions[] = {nullptr, &first, &second};
 
 constexpr platform::StringResource kStrings[] = {{9001, L"two"}, {9002, L"probe-second"}};
