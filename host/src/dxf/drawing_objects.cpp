@@ -139,9 +139,9 @@ std::string DrawingWriter::entityText(KdDbObject& entity)
     }
     const auto end = form_.sequenceEnds.find(entity.objectId());
     if (end != form_.sequenceEnds.end())
-        text += end->second;
+        text += withOwnHandle(end->second);
     else if (needsSequenceEnd(entity))
-        text += tag(0, "SEQEND");
+        text += withOwnHandle(tag(0, "SEQEND"));
     return text;
 }
 
@@ -191,7 +191,7 @@ std::string DrawingWriter::blockText(KdDbBlockTableRecord& block)
         for (const ObjectSlot* slot : entitiesToWrite(block))
             text += entityText(*slot->object);
     }
-    return text + (frame ? frame->end : tag(0, "ENDBLK"));
+    return text + (frame ? frame->end : withOwnHandle(tag(0, "ENDBLK")));
 }
 
 /// The BLOCK has the handle of its record where the table of records does not have the record.
@@ -203,6 +203,8 @@ std::string DrawingWriter::blockBegin(KdDbBlockTableRecord& block,
     std::string begin = frame ? frame->begin : tag(0, "BLOCK") + tag(8, "0");
     if (!writesBlockRecords() || !isWritten(slot))
         begin = given(block.objectId(), begin);
+    else if (!frame)
+        begin = withOwnHandle(begin);
     if (isWhole)
         return begin;
     begin = writer_.fieldsWritten(block, begin, kBlockCodes);

@@ -22,6 +22,21 @@ constexpr std::array<TableKind, kTableKinds> kTableOrder = {
     TableKind::viewport, TableKind::linetype, TableKind::layer,    TableKind::textStyle,
     TableKind::ucs,      TableKind::regApp,   TableKind::dimStyle, TableKind::block};
 
+/// The first handle behind those of the file and of its objects; after the very last one the first.
+std::uint64_t handleBehindAll(const DatabaseContents& contents)
+{
+    std::uint64_t last = contents.form.lastHandle;
+    for (const ObjectSlot* slot : contents.slots)
+        last = std::max(last, slot->erased ? 0 : slot->handle.value());
+    return last < kLastHandle ? last + 1 : 1;
+}
+
+bool isUsed(const DatabaseContents& contents, std::uint64_t handle)
+{
+    const auto slot = contents.byHandle.find(handle);
+    return slot != contents.byHandle.end() && !slot->second->erased;
+}
+
 } // namespace
 
 DrawingWriter::DrawingWriter(const DatabaseContents& contents)
@@ -29,6 +44,7 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
       form_(contents.form),
       lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
       writer_(contents),
+      nextHandle_(handleBehindAll(contents)),
       writesEverything_(!contents.form.isFromFile() || needsObjectsSection())
 {
 }
@@ -152,7 +168,7 @@ DrawingHeader DrawingWriter::headerToWrite() const
         header.setText("$ACADVER", L"AC1021", 1); // the first version whose texts are UTF-8
     if (form_.isFromFile() && !header.has("$HANDSEED"))
         return header;
-    const std::uint64_t seed = std::max(form_.lastHandle, lastHandle_) + 1;
+    const std::uint64_t seed = std::min(std::max(form_.lastHandle, lastHandle_) + 1, kLastHandle);
     const auto there =
         parseHandle(header.encoding().encode(header.text("$HANDSEED", L""))).value_or(0);
     if (there < seed)
@@ -165,6 +181,17 @@ std::string DrawingWriter::given(KdDbObjectId id, std::string_view bytes)
 {
     lastHandle_ = std::max(lastHandle_, id.handle().value());
     return withHandle(bytes, id.handle().value(), lineEnd_);
+}
+
+/// The tags of what frames objects, with a handle where they have none: no object has an id for it.
+std::string DrawingWriter::withOwnHandle(const std::string& frame)
+{
+    if (TagList(frame).handleTag() != TagList::kNone)
+        return frame;
+    while (isUsed(contents_, nextHandle_))
+        ++nextHandle_;
+    lastHandle_ = std::max(lastHandle_, nextHandle_);
+    return withHandle(frame, nextHandle_++, lineEnd_);
 }
 
 std::string DrawingWriter::tables()

@@ -36,6 +36,7 @@ private:
     std::string sectionBody(const std::string& name);
     DrawingHeader headerToWrite() const;
     std::string given(KdDbObjectId id, std::string_view bytes);
+    std::string withOwnHandle(const std::string& frame);
     std::string tables();
     std::string newTableText(TableKind kind);
     std::string tableText(const FileForm::Table& table, TableKind kind);
@@ -69,6 +70,7 @@ private:
     std::string_view lineEnd_;
     TagWriter writer_;
     std::uint64_t lastHandle_ = 0; ///< the greatest that was written
+    std::uint64_t nextHandle_;     ///< for what frames objects and is none itself
     bool writesEverything_;
 };
 

@@ -197,10 +197,10 @@ void FileScanner::readBlocks()
 std::size_t FileScanner::recordOfBlock()
 {
     const std::wstring name = nameOfObject();
-    if (name.empty())
-        fail("a block has no name");
     const auto [place, isNew] = records_.emplace(folded(name), file_.objects.size());
-    if (isNew) {
+    const bool isAnother = name.empty() && definedBlocks_.contains(place->second);
+    if (isNew || isAnother) {
+        place->second = file_.objects.size();
         auto record = std::make_unique<KdDbBlockTableRecord>();
         ObjectAccess::name(*record) = name;
         ReadObject& added = file_.objects.emplace_back();
@@ -306,7 +306,7 @@ std::size_t FileScanner::add(std::unique_ptr<KdDbObject> object, FilePlace place
 std::uint64_t FileScanner::handleHere() const
 {
     const std::size_t index = tags_.handleTag();
-    if (index == TagList::kNone)
+    if (index == TagList::kNone || trimmed(tags_[index].value).empty())
         return 0;
     const auto handle = parseHandle(tags_[index].value);
     if (!handle)
@@ -315,13 +315,12 @@ std::uint64_t FileScanner::handleHere() const
     return *handle;
 }
 
-/// The handle of the current object, 0 where it has none; refuses one that another object has.
+/// The handle of the current object; 0 where it has none of its own.
 std::uint64_t FileScanner::noteHandle()
 {
     const std::uint64_t handle = handleHere();
     if (handle != 0 && !handles_.insert(handle).second)
-        throw DrawingError{object_.line + 2 * tags_.handleTag(),
-                           "the handle " + formatHandle(handle) + " is used twice"};
+        return 0;
     lastHandle_ = std::max(lastHandle_, handle);
     return handle;
 }

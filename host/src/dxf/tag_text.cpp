@@ -27,8 +27,9 @@ std::string withHandle(std::string_view bytes, std::uint64_t handle, std::string
     const std::size_t tag = tags.handleTag();
     if (tag == TagList::kNone)
         return withTag(bytes, tags.handleCode(), formatHandle(handle), lineEnd);
-    const bool isNull = parseHandle(tags[tag].value) == 0u; // as good as none
-    return isNull ? withValue(tags, tag, formatHandle(handle), lineEnd) : std::string(bytes);
+    if (parseHandle(tags[tag].value) == handle)
+        return std::string(bytes);
+    return withValue(tags, tag, formatHandle(handle), lineEnd);
 }
 
 std::string withValue(const TagList& tags, std::size_t tag, std::string_view value,

@@ -85,8 +85,7 @@ std::optional<std::uint64_t> parseHandle(std::string_view text)
 {
     std::errc error{};
     const auto value = parseWholeText<std::uint64_t>(text, error, 16);
-    constexpr std::uint64_t kRoom = std::uint64_t{1} << 63;
-    return error == std::errc{} && value && *value < kRoom ? value : std::nullopt;
+    return error == std::errc{} && value && *value <= kLastHandle ? value : std::nullopt;
 }
 
 std::string formatReal(double value)

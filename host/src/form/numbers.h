@@ -17,7 +17,10 @@ int parseGroupCode(std::string_view text);
 std::optional<double> parseReal(std::string_view text);
 std::optional<long long> parseWhole(std::string_view text);
 
-/// A handle in hexadecimal. Those that leave no room for the next one are refused.
+/// Handles have 63 bits.
+inline constexpr std::uint64_t kLastHandle = (std::uint64_t{1} << 63) - 1;
+
+/// A handle in hexadecimal; nullopt for anything else, or one beyond the last.
 std::optional<std::uint64_t> parseHandle(std::string_view text);
 
 /// The shortest text that reads back as the same number.

@@ -1,5 +1,6 @@
 #include "objects/contents.h"
 
+#include "form/numbers.h"
 #include "kd/db.h"
 #include "objects/object_slots.h"
 #include "objects/transaction.h"
@@ -44,6 +45,13 @@ void DatabaseContents::clear()
     activeViewMade = false;
     header = {};
     form = {};
+}
+
+std::uint64_t DatabaseContents::freeHandle(std::uint64_t from) const
+{
+    while (from == 0 || from > kLastHandle || byHandle.contains(from))
+        from = from > kLastHandle ? 1 : from + 1;
+    return from;
 }
 
 KdDbObjectId DatabaseContents::record(TableKind kind, std::wstring_view name) const

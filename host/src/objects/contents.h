@@ -52,6 +52,9 @@ struct DatabaseContents {
     /// The record of a table by name, erased ones excluded; null when there is none.
     KdDbObjectId record(TableKind kind, std::wstring_view name) const;
 
+    /// The first handle from one on that no object has; behind the last one the search begins anew.
+    std::uint64_t freeHandle(std::uint64_t from) const;
+
     /// The record, or null for an object of another kind.
     KdDbBlockTableRecord* block(std::wstring_view name) const;
 

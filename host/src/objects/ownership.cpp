@@ -82,8 +82,7 @@ std::vector<KdDbObject*> withOwned(KdDbObject& object, Wanted wanted)
 KdDbHandle claimHandle(DatabaseContents& contents, KdDbHandle wanted)
 {
     if (wanted.isNull() || contents.byHandle.contains(wanted.value())) {
-        while (contents.nextHandle == 0 || contents.byHandle.contains(contents.nextHandle))
-            ++contents.nextHandle;
+        contents.nextHandle = contents.freeHandle(contents.nextHandle);
         wanted = KdDbHandle(contents.nextHandle);
     }
     if (wanted.value() >= contents.nextHandle)
