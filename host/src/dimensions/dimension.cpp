@@ -76,7 +76,7 @@ Kdapi::ErrorStatus KdDbDimension::renewGraphics()
     ObjectAccess::noteChange(*this);
     style_ = dimensionStyle();
     korra::DimensionSheet sheet(*this);
-    if (const auto status = makeGraphics(sheet); status != Kdapi::eOk)
+    if (const auto status = makeGraphics(sheet))
         return status;
     auto* record = ObjectAccess::live<KdDbBlockTableRecord>(block_);
     if (!record || blockIsOfSource_) {

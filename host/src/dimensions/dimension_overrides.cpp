@@ -195,7 +195,7 @@ KORRA_DIMENSION_ACCESSORS(DEFINE_OVERRIDE_ACCESSOR)
 
 Kdapi::ErrorStatus KdDbDimension::setOverride(int code, double value)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
+    if (const auto status = beginChange())
         return status;
     const auto index = static_cast<std::size_t>(korra::dimensionVariableIndex(code));
     const korra::DimensionVariable& variable = korra::dimensionVariables()[index];

@@ -119,7 +119,7 @@ Kdapi::ErrorStatus KdDbEntity::getGeomExtents(KdDbExtents& extents) const
 
 Kdapi::ErrorStatus KdDbEntity::beginTransform(const KdGeMatrix3d& matrix, Takes taken)
 {
-    if (const auto status = beginChange(); status != Kdapi::eOk)
+    if (const auto status = beginChange())
         return status;
     if (!matrix.isAffine() || matrix.isSingular())
         return Kdapi::eInvalidInput;

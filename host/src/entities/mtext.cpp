@@ -21,7 +21,7 @@ Kdapi::ErrorStatus KdDbMText::setNormal(const KdGeVector3d& normal)
 {
     return platform::gate("KdDbMText::setNormal", objectId(), normal)
         .guard(Kdapi::eNotOpenForWrite, [&] {
-            if (const auto status = beginChange(); status != Kdapi::eOk)
+            if (const auto status = beginChange())
                 return status;
             if (normal.isZeroLength())
                 return Kdapi::eInvalidInput;

@@ -35,7 +35,7 @@ Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint
 {
     return platform::gate("KdDbPolyline::addVertexAt", objectId(), index, point, bulge)
         .guard(Kdapi::eNotOpenForWrite, [&] {
-            if (const auto status = beginChange(); status != Kdapi::eOk)
+            if (const auto status = beginChange())
                 return status;
             if (index > vertices_.size())
                 return Kdapi::eInvalidIndex;

@@ -118,9 +118,9 @@ Kdapi::ErrorStatus KdDbDimStyleTableRecord::setDimfit(int value)
 {
     return platform::gate("KdDbDimStyleTableRecord::setDimfit", objectId(), value)
         .guard(Kdapi::eNotOpenForWrite, [&] {
-            if (const auto status = beginChange(); status != Kdapi::eOk)
+            if (const auto status = beginChange())
                 return status;
-            if (const auto status = store(values_, kFit, value); status != Kdapi::eOk)
+            if (const auto status = store(values_, kFit, value))
                 return status;
             constexpr int kLastOfPlaces = 3; // the further values say how the text moves
             store(values_, kPlaces, std::min(value, kLastOfPlaces));
