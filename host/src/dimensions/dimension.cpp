@@ -25,7 +25,7 @@ KdDbObjectId makeBlock(KdDbDatabase& database)
     while (!contents.record(korra::TableKind::block, L"*D" + std::to_wstring(number)).isNull())
         ++number;
     auto* const record = new KdDbBlockTableRecord;
-    ObjectAccess::name(*record) = L"*D" + std::to_wstring(number);
+    ObjectAccess::setName(*record, L"*D" + std::to_wstring(number));
     const KdDbObjectId id = ObjectAccess::append(*table, record);
     ObjectAccess::willChange(*record);
     return id;

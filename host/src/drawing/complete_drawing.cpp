@@ -46,7 +46,7 @@ bool completeRecord(DatabaseContents& contents, TableKind kind, const wchar_t* n
     if (!contents.record(kind, name).isNull())
         return false;
     auto* const record = new Record;
-    ObjectAccess::name(*record) = name;
+    ObjectAccess::setName(*record, name);
     dress(*record);
     auto& table = static_cast<KdDbSymbolTable&>(*ObjectAccess::object(contents.table(kind)));
     ObjectAccess::append(table, record);

@@ -27,7 +27,7 @@ KdDbObjectId dictionaryIn(KdDbObjectId dictionary, std::wstring_view name)
 void rename(KdDbBlockTableRecord& block, std::wstring name)
 {
     ObjectAccess::willChange(block);
-    ObjectAccess::name(block) = std::move(name);
+    ObjectAccess::setName(block, std::move(name));
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 
 #include "dxf/header_section.h"
 #include "dxf/object_kinds.h"
-#include "dxf/references.h"
 #include "form/numbers.h"
+#include "objects/record_names.h"
 
 #include <algorithm>
 #include <array>
@@ -166,7 +166,7 @@ std::size_t FileScanner::addTable(TableKind kind)
 void FileScanner::readRecord(TableKind kind, std::size_t table)
 {
     std::unique_ptr<KdDbObject> record = newOfKind(kindOfRecords(kind));
-    ObjectAccess::name(static_cast<KdDbSymbolTableRecord&>(*record)) = nameOfObject();
+    ObjectAccess::setName(static_cast<KdDbSymbolTableRecord&>(*record), nameOfObject());
     add(std::move(record), FilePlace::record, table);
 }
 
@@ -202,7 +202,7 @@ std::size_t FileScanner::recordOfBlock()
     if (isNew || isAnother) {
         place->second = file_.objects.size();
         auto record = std::make_unique<KdDbBlockTableRecord>();
-        ObjectAccess::name(*record) = name;
+        ObjectAccess::setName(*record, name);
         ReadObject& added = file_.objects.emplace_back();
         added.object = std::move(record);
         added.line = object_.line;

@@ -3,17 +3,7 @@
 #include "form/numbers.h"
 #include "objects/kinds.h"
 
-#include "platform/text.h"
-
 namespace korra {
-
-std::wstring folded(std::wstring_view name)
-{
-    std::wstring text(name);
-    for (wchar_t& character : text)
-        character = platform::foldCase(character);
-    return text;
-}
 
 namespace {
 
@@ -40,29 +30,10 @@ std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::st
     return handle || bytes.empty() ? std::optional(KdDbObjectId()) : std::nullopt;
 }
 
-References::References(DatabaseContents& contents) : contents_(contents)
-{
-    for (std::size_t kind = 0; kind < kTableKinds; ++kind) {
-        auto* const owner = ObjectAccess::live<KdDbSymbolTable>(contents.tables[kind]);
-        if (!owner)
-            continue;
-        for (const KdDbSymbolTableRecord* record : ObjectAccess::records(*owner).each())
-            records_[kind].emplace(folded(record->name()), // the first of a name counts
-                                   record->objectId());
-    }
-}
-
 KdDbObjectId References::at(std::uint64_t handle) const
 {
     const auto found = contents_.byHandle.find(handle);
     return found == contents_.byHandle.end() ? KdDbObjectId() : KdDbObjectId(found->second);
-}
-
-KdDbObjectId References::find(TableKind kind, std::wstring_view name) const
-{
-    const auto& records = records_[static_cast<std::size_t>(kind)];
-    const auto found = records.find(folded(name));
-    return found == records.end() ? KdDbObjectId() : found->second;
 }
 
 KdDbObjectId References::named(TableKind kind, std::string_view bytes, NamedBy by)
@@ -71,7 +42,7 @@ KdDbObjectId References::named(TableKind kind, std::string_view bytes, NamedBy b
     if (const auto found = known.find(bytes); found != known.end())
         return found->second;
     const std::wstring name = contents_.header.encoding().decode(bytes);
-    KdDbObjectId id = find(kind, name);
+    KdDbObjectId id = contents_.record(kind, name);
     if (id.isNull())
         id = substitute(kind, name, by);
     if (by != NamedBy::layer)
@@ -94,16 +65,14 @@ KdDbObjectId References::standard(TableKind kind, NamedBy by)
 
 KdDbObjectId References::recordOrNew(TableKind kind, std::wstring_view name)
 {
-    if (const KdDbObjectId existing = find(kind, name); !existing.isNull())
+    if (const KdDbObjectId existing = contents_.record(kind, name); !existing.isNull())
         return existing;
     KdDbSymbolTable& owner = table(kind);
     auto* const record = static_cast<KdDbSymbolTableRecord*>(kindOfRecords(kind).make());
-    ObjectAccess::name(*record) = name;
+    ObjectAccess::setName(*record, std::wstring(name));
     if (auto* const layer = KdDbLayerTableRecord::cast(record))
         layer->setLinetypeObjectId(standard(TableKind::linetype, NamedBy::layer));
-    const KdDbObjectId id = ObjectAccess::append(owner, record);
-    records_[static_cast<std::size_t>(kind)].emplace(folded(name), id);
-    return id;
+    return ObjectAccess::append(owner, record);
 }
 
 KdDbSymbolTable& References::table(TableKind kind)

@@ -30,7 +30,7 @@ std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::st
 /// anything else, is nothing. The name itself stays in the object's tags until the object changes.
 class References {
 public:
-    explicit References(DatabaseContents& contents);
+    explicit References(DatabaseContents& contents) : contents_(contents) {}
 
     /// @param bytes  the name as the file has it
     /// @param by  who asks
@@ -66,15 +66,10 @@ private:
 
     using Known = std::unordered_map<std::string, KdDbObjectId, BytesHash, std::equal_to<>>;
 
-    KdDbObjectId find(TableKind kind, std::wstring_view name) const;
     KdDbObjectId substitute(TableKind kind, std::wstring_view name, NamedBy by);
 
     DatabaseContents& contents_;
-    std::array<std::unordered_map<std::wstring, KdDbObjectId>, kTableKinds> records_; ///< folded
     std::array<Known, kTableKinds> known_; ///< names that were asked for, as the file has them
 };
-
-/// A name without regard to case.
-std::wstring folded(std::wstring_view name);
 
 } // namespace korra

@@ -5,7 +5,7 @@
 #include "objects/object_slots.h"
 #include "objects/transaction.h"
 
-#include "platform/text.h"
+#include <algorithm>
 
 namespace korra {
 namespace {
@@ -40,6 +40,7 @@ void DatabaseContents::clear()
     byHandle.clear();
     nextHandle = 1;
     tables = {};
+    names = {};
     namedObjects = {};
     enteredViewport = {};
     activeViewMade = false;
@@ -67,16 +68,14 @@ KdDbBlockTableRecord* DatabaseContents::block(std::wstring_view name) const
 
 KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, Erased erased)
 {
-    KdDbObjectId lastErased;
-    for (const KdDbSymbolTableRecord* record : ObjectAccess::records(table).each()) {
-        if (record->name().size() != name.size() ||
-            platform::compareNoCase(record->name(), name) != 0)
-            continue;
-        if (!record->isErased())
-            return record->objectId();
-        lastErased = record->objectId();
-    }
-    return erased == Erased::found ? lastErased : KdDbObjectId();
+    RecordNames* const names = table.database()->contents().namesIn(table.objectId());
+    return names ? names->find(table, name, erased) : KdDbObjectId();
+}
+
+RecordNames* DatabaseContents::namesIn(KdDbObjectId table) const
+{
+    const auto place = std::ranges::find(tables, table);
+    return table.isNull() || place == tables.end() ? nullptr : &names[place - tables.begin()];
 }
 
 const std::vector<KdDbDatabase*>& liveDatabases()

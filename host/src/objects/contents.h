@@ -4,6 +4,7 @@
 #include "form/header.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
+#include "objects/record_names.h"
 
 #include <array>
 #include <cstdint>
@@ -36,7 +37,8 @@ struct DatabaseContents {
     std::unordered_map<std::uint64_t, ObjectSlot*> byHandle;
     std::uint64_t nextHandle = 1;
 
-    std::array<KdDbObjectId, kTableKinds> tables; ///< by TableKind
+    std::array<KdDbObjectId, kTableKinds> tables;       ///< by TableKind
+    mutable std::array<RecordNames, kTableKinds> names; ///< of the tables' records
     KdDbObjectId namedObjects;
     bool noDocument = false;
 
@@ -52,6 +54,9 @@ struct DatabaseContents {
     /// The record of a table by name, erased ones excluded; null when there is none.
     KdDbObjectId record(TableKind kind, std::wstring_view name) const;
 
+    /// How the records of a table are found; null for what is no table of the database.
+    RecordNames* namesIn(KdDbObjectId table) const;
+
     /// The first handle from one on that no object has; behind the last one the search begins anew.
     std::uint64_t freeHandle(std::uint64_t from) const;
 
@@ -61,9 +66,6 @@ struct DatabaseContents {
     /// Deletes every object and forgets all that was read: the database is empty.
     void clear();
 };
-
-/// Whether erased objects are looked at, too.
-enum class Erased { passedOver, found };
 
 /// The record of a table by name; null when there is none. One that is not erased goes before one
 /// that is.

@@ -199,7 +199,7 @@ void DeepCopy::needRecord(KdDbObjectId id, TableKind table)
     }
     copy(id, *ObjectAccess::object(target_.contents().table(table)));
     if (auto* const copied = KdDbSymbolTableRecord::cast(ObjectAccess::object(standIn(id))))
-        ObjectAccess::name(*copied) = name;
+        ObjectAccess::setName(*copied, name);
 }
 
 /// Anonymous blocks are no one's by name: "*D3" of one drawing is not "*D3" of another.

@@ -163,7 +163,10 @@ public:
 
     static int& tabOrder(KdDbLayout& layout) { return layout.tabOrder_; }
 
-    static std::wstring& name(KdDbSymbolTableRecord& record) { return record.name_; }
+    static void setName(KdDbSymbolTableRecord& record, std::wstring name);
+
+    /// Has the records of a table, or a record with another name, found as they are now.
+    static void namesMayDiffer(const KdDbObject& object);
 
     static std::vector<KdDbDimensionValue>& values(KdDbDimStyleTableRecord& style)
     {

@@ -204,6 +204,25 @@ OwnedObjects* ObjectAccess::owned(KdDbObject& object)
     return finder.found();
 }
 
+void ObjectAccess::setName(KdDbSymbolTableRecord& record, std::wstring name)
+{
+    record.name_ = std::move(name);
+    namesMayDiffer(record);
+}
+
+void ObjectAccess::namesMayDiffer(const KdDbObject& object)
+{
+    const KdDbDatabase* const database = object.database();
+    if (!database)
+        return;
+    RecordNames* const ofTable = database->contents().namesIn(object.objectId());
+    RecordNames* const ofOwner = database->contents().namesIn(object.ownerId());
+    if (ofTable)
+        ofTable->forget();
+    else if (ofOwner)
+        ofOwner->note(static_cast<const KdDbSymbolTableRecord&>(object));
+}
+
 void ObjectAccess::noteChange(KdDbObject& object)
 {
     ChangeLog* const log = object.slot_ ? runningLog() : nullptr;

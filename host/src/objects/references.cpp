@@ -179,7 +179,7 @@ void registerApplication(KdDbDatabase& database, std::wstring_view application)
         return;
     }
     auto record = std::make_unique<KdDbRegAppTableRecord>();
-    ObjectAccess::name(*record) = application;
+    ObjectAccess::setName(*record, std::wstring(application));
     ObjectAccess::append(*ObjectAccess::object(contents.table(TableKind::regApp)), record.get());
     ObjectAccess::willChange(*record.release());
 }

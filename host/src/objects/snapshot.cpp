@@ -128,6 +128,7 @@ void giveValues(KdDbObject& object, FieldValues values, Extent extent)
     const auto give = [&]<class T>(T& value) { value = std::move(std::get<T>(values[next++])); };
     ValueVisitor visitor(give, extent);
     object.describe(visitor);
+    ObjectAccess::namesMayDiffer(object);
 }
 
 } // namespace korra

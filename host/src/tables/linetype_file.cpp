@@ -112,7 +112,7 @@ Kdapi::ErrorStatus addLinetype(KdDbDatabase& database, const LinetypeDefinition&
     if (!table)
         return table.status();
     auto record = std::make_unique<KdDbLinetypeTableRecord>();
-    ObjectAccess::name(*record) = definition.name;
+    ObjectAccess::setName(*record, definition.name);
     record->setPattern(definition.comments.c_str(), definition.dashes);
     ObjectAccess::append(*table, record.get(), Opening::closed);
     static_cast<void>(record.release());

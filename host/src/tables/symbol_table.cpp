@@ -66,7 +66,7 @@ void rename(KdDbSymbolTableRecord& record, const wchar_t* name)
         korra::willRename(record);
         naming = settingsNaming(record);
     }
-    ObjectAccess::name(record) = name;
+    ObjectAccess::setName(record, name);
     for (const korra::RecordSetting* setting : naming)
         korra::DrawingSettings(*record.database()).set(*setting, record.objectId());
 }
