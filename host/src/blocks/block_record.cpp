@@ -104,8 +104,8 @@ Kdapi::ErrorStatus KdDbBlockTableRecord::appendKdDbEntity(KdDbObjectId& id, KdDb
                 return Kdapi::eSelfReference;
             if (const auto status = beginChange())
                 return status;
-            id = ObjectAccess::append(*this, entity, korra::Opening::forWrite);
             completeProperties(*entity, database()->contents());
+            id = ObjectAccess::append(*this, entity, korra::Opening::forWrite);
             return Kdapi::eOk;
         });
 }
