@@ -64,8 +64,9 @@ TEST_F(TextLayoutTest, ControlCodesBecomeCharacters)
 TEST_F(TextLayoutTest, AlignmentPutsTheSaidPlaceOnThePoint)
 {
     // Horizontal and vertical mode, then the place in parts of width and height.
+    const double below = -korra::fontOfStyle({}).descent();
     const std::tuple<short, short, double, double> cases[] = {
-        {0, 2, 0, 0.5}, {2, 0, 1, 0}, {4, 0, 0.5, 0.5}, {2, 3, 1, 1}, {1, 2, 0.5, 0.5}};
+        {0, 1, 0, below}, {0, 2, 0, 0.5}, {2, 0, 1, 0}, {4, 0, 0.5, 0.5}, {2, 3, 1, 1}};
     for (const auto& [horizontal, vertical, x, y] : cases) {
         KdDbText text({0, 0, 0}, L"Aligned", 2.5, 0.7);
         text.setHorizontalMode(horizontal);
