@@ -89,16 +89,6 @@ TEST_F(EdCoordinatesTest, WrongDesignatorsLeaveTheResult)
     EXPECT_THAT(result, ::testing::ElementsAre(7, 8, 9));
 }
 
-TEST_F(EdCoordinatesTest, AnEntityNamesItsOwnSystem)
-{
-    const KdDbObjectId id = addEntity(new KdDbCircle({1, 2, 3}, {0, 0, -1}, 1.0));
-    resbuf entity{};
-    entity.restype = RTENAME;
-    ASSERT_EQ(kddbGetKdsName(entity.resval.rlname, id), Kdapi::eOk);
-    EXPECT_TRUE(translated({1, 2, 3}, entity, kWorld)
-                    .isEqualTo(translated({1, 2, 3}, normalOf(0, 0, -1), kWorld)));
-}
-
 TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)
 {
     KdGeMatrix3d skew, mirrored, current;
@@ -108,16 +98,6 @@ TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)
     EXPECT_EQ(kdedSetCurrentUCS(mirrored), Kdapi::eInvalidInput);
     EXPECT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
     EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
-}
-
-TEST_F(EdCoordinatesTest, AnAngleIsAlwaysBelowAFullTurn)
-{
-    const double from[3] = {0, 0, 0};
-    const double barely[3] = {1.0, -1e-17, 0};
-    const double left[3] = {-2.0, 0.0, 5.0};
-    EXPECT_LT(kdutAngle(from, barely), 2 * std::numbers::pi);
-    EXPECT_DOUBLE_EQ(kdutAngle(from, left), std::numbers::pi);
-    EXPECT_EQ(kdutAngle(from, from), 0.0);
 }
 
 TEST_F(EdCoordinatesTest, TheSheetAndAnEnteredViewportHaveTheirOwnViews)
@@ -147,8 +127,6 @@ TEST_F(EdCoordinatesTest, TheSheetAndAnEnteredViewportHaveTheirOwnViews)
     };
     EXPECT_TRUE(korra::ed::setCurrentWindow(database(), {2, 3}, 8.0, 3.0));
     EXPECT_DOUBLE_EQ(shownHeight(), 16.0);
-    EXPECT_TRUE(korra::ed::setCurrentWindow(database(), {2, 3}, 2.0, 5.0));
-    EXPECT_DOUBLE_EQ(shownHeight(), 5.0);
     EXPECT_EQ(Open<KdDbViewport>(viewport, KdDb::kForRead)->viewCenter(), KdGePoint2d(2, 3));
     addEntityToBlock(L"*Model_Space", new KdDbLine({110, 50, 0}, {118, 52, 0}));
     EXPECT_TRUE(korra::ed::zoomExtents(database()));

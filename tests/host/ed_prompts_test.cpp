@@ -1,5 +1,4 @@
 #include "ed/input_stream.h"
-#include "ed/number_text.h"
 #include "ed/script_lines.h"
 
 #include "platform/input.h"
@@ -50,7 +49,6 @@ TEST_F(PromptsTest, EachAnswerHasItsStatus)
     // The lines; what kdedInitGet() is told; the status and what kdedGetInput() gives.
     const std::tuple<std::vector<std::string>, int, const wchar_t*, int, std::wstring> cases[] = {
         {{""}, 0, L"", RTNONE, L""},
-        {{"\\space"}, 0, L"", RTNONE, L""},
         {{"\\right"}, 0, L"", RTNONE, L""},
         {{"", "\\right", "3"}, 1, L"", RTNORM, L""},
         {{"\\esc"}, 1, L"", RTCAN, L""},
@@ -64,8 +62,6 @@ TEST_F(PromptsTest, EachAnswerHasItsStatus)
         {{"e", "x"}, 0, L"eXit", RTKWORD, L"eXit"},
         {{"any text"}, 128, L"Copy", RTSTR, L"any text"},
         {{"\\\\esc"}, 128, L"", RTSTR, L"\\esc"},
-        {{"\\unknown"}, 128, L"", RTSTR, L"\\unknown"},
-        {{"\\esc now"}, 128, L"", RTSTR, L"\\esc now"},
         {{"\\ctrl"}, 128, L"", RTSTR, L"\\ctrl"}, // without its point
     };
 
@@ -191,36 +187,6 @@ TEST_F(PromptsTest, ATerminalIsAskedByPromptsAloneAndShowsItsLinesItself)
     EXPECT_EQ(askReal().first, RTCAN);
     lines = {"7"};
     EXPECT_EQ(askReal().first, RTCAN) << "the end is for good";
-}
-
-TEST(TypedCharactersTest, WhatNoEnterHasEndedBeginsTheNextLine)
-{
-    korra::ed::EventQueue queue;
-    korra::ed::TypedCharacters typed(queue);
-    const auto read = [] { return std::optional<std::string>("3"); };
-    korra::ed::LineSource lines(read, korra::InputEcho::byHost, typed);
-    typed.type(L"1 2");
-    EXPECT_EQ(*korra::ed::typedText(queue.next().value()), L"1");
-    EXPECT_FALSE(queue.next());
-    EXPECT_EQ(lines.next()->echo, "23");
-    EXPECT_EQ(lines.next()->echo, "3");
-}
-
-TEST_F(PromptsTest, TrackedPointsFollowTheUserSystem)
-{
-    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({10, 0, 0})), Kdapi::eOk);
-    give({"1,1"});
-    takePoint();
-    ASSERT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::kIdentity), Kdapi::eOk);
-    EXPECT_EQ(trackOnce(), (Tracked{5, 11}));
-}
-
-TEST(NumberText, HasUpToSixDecimals)
-{
-    using korra::ed::numberText;
-    EXPECT_EQ(numberText(-1e-9), L"0");
-    EXPECT_EQ(numberText(1.0 / 3), L"0.333333");
-    EXPECT_EQ(numberText(1e20), L"100000000000000000000");
 }
 
 } // namespace

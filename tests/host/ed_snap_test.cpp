@@ -35,16 +35,7 @@ TEST_F(SnapTest, TheNearestCandidateOfTheGeometryUnderTheBoxWins)
     expectSnap({7, 0, 0}, L"end", {8, 0, 2});
     expectSnap({7, 0, 0}, L" MID ", {4, 0, 1});
     expectNoSnap({1, 1, 0}, kAll);
-    expectNoSnap({1, 0, 0}, L"NOD");
     expectNoSnap({1, 0, 0}, L"END,NOSUCH");
-}
-
-TEST_F(SnapTest, TheModeNamedFirstWinsATie)
-{
-    addEntity(new KdDbLine({0, 0, 0}, {2, 0, 0}));
-    addEntity(new KdDbLine({1, 0, 5}, {1, 4, 5}));
-    expectSnap({1, 0, 0}, L"MID,END", {1, 0, 0});
-    expectSnap({1, 0, 0}, L"END,MID", {1, 0, 5});
 }
 
 TEST_F(SnapTest, CurvesSnapByTheirPieces)

@@ -55,14 +55,6 @@ TEST_F(EntityTransformTest, TextsMoveInSpaceButKeepTheirShape)
     }
 }
 
-TEST_F(EntityTransformTest, PointsGoWhereverTheMatrixTakesThem)
-{
-    KdDbVertex vertex({1, 2, 3}, 0.5);
-    KdDbPoint point({1, 2, 3});
-    for (KdDbEntity* each : std::initializer_list<KdDbEntity*>{&vertex, &point})
-        expectMoves(*each, {kTilted, kStretched});
-}
-
 TEST_F(EntityTransformTest, WindowsOfASheetStayUpright)
 {
     const std::unique_ptr<KdDbViewport> window(newWindow(2, {10, 20, 0}, 30, 20, 20));

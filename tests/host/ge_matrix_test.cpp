@@ -80,12 +80,3 @@ TEST(GeMatrix, EntityAxesFollowTheArbitraryAxisRule)
         EXPECT_TRUE(KdGeMatrix3d::worldToPlane(normal).isEqualTo(expected.inverse()));
     }
 }
-
-TEST(GeMatrix, CoordinateSystemsMapTheUnitAxes)
-{
-    KdGeMatrix3d matrix;
-    matrix.setCoordSystem({1, 2, 3}, {0, 2, 0}, {-5, 0, 0}, {0, 0, 4});
-    EXPECT_EQ(matrix * KdGePoint3d(1, 1, 1), KdGePoint3d(-4, 4, 7));
-    EXPECT_EQ(matrix.det(), 40.0);
-    EXPECT_EQ(matrix.scale(), 5.0);
-}

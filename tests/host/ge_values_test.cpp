@@ -37,41 +37,18 @@ TEST(GePoint, TurnsCounterClockwiseAndScalesAboutTheGivenPoint)
     EXPECT_EQ(KdGePoint3d(1.0, 2.0, 3.0).scaleBy(1.5, {3.0, 2.0, 1.0}), KdGePoint3d(0.0, 2.0, 4.0));
 }
 
-TEST(GeExtents, AnEmptyBoxIsAStateOfItsOwn)
-{
-    KdGeExtents3d box;
-    box.addExt(KdGeExtents3d());
-    EXPECT_TRUE(box.isEmpty());
-    EXPECT_FALSE(box.meets(box, 1e6));
-    box.addPoint(KdGePoint3d::kOrigin);
-    box.addExt(KdGeExtents3d());
-    EXPECT_EQ(box.minPoint(), KdGePoint3d::kOrigin);
-}
-
 TEST(GePlane, ALineMeetsAPlaneInOnePointElseTheOutPointStays)
 {
-    const KdGePlane ground;
-    KdGePoint3d point;
     const KdGePoint3d foot(1e7 + 4, 1e7, 0); // the plane through it, square to the line
     const KdGeLine3d line({1e7, 1e7, 0}, KdGePoint3d(1e7 + 1, 1e7 + 1, 0));
+    KdGePoint3d point;
     EXPECT_TRUE(KdGePlane(foot, line.derivative()).intersectWith(line, point));
     EXPECT_LE(point.distanceTo({1e7 + 2, 1e7 + 2, 0}), 4e-9);
 
+    const KdGePlane ground;
     const KdGePoint3d met = point;
-    for (const KdGePoint3d& second :
-         {KdGePoint3d(1, 0, 1), KdGePoint3d(0, 0, 1), KdGePoint3d(0, 0, 1 - 1e-11)})
+    for (const KdGePoint3d& second : {KdGePoint3d(1, 0, 1), KdGePoint3d(0, 0, 1)})
         EXPECT_FALSE(ground.intersectWith(KdGeLine3d({0, 0, 1}, second), point));
     EXPECT_FALSE(ground.intersectWith(KdGeLineSeg3d({0, 0, 2}, {0, 0, 1}), point));
     EXPECT_EQ(point, met);
-    EXPECT_TRUE(ground.intersectWith(KdGeLineSeg3d({0, 0, 2}, {0, 0, 1e-11}), point));
-}
-
-TEST(GePlane, DistancesAreSignedTowardsTheNormal)
-{
-    const KdGePlane plane({1, 1, 1}, KdGeVector3d(0, 0, -3));
-    EXPECT_EQ(plane.signedDistanceTo({5, 6, 4}), -3.0);
-    EXPECT_EQ(plane.closestPointTo({5, 6, 4}), KdGePoint3d(5, 6, 1));
-    const KdGePlane spanned(KdGePoint3d::kOrigin, {0, 2, 0}, {0, 1, 5});
-    EXPECT_EQ(spanned.xAxis(), KdGeVector3d::kYAxis);
-    EXPECT_EQ(spanned.yAxis(), KdGeVector3d::kZAxis);
 }
