@@ -131,17 +131,6 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
     EXPECT_THAT(updating(KdDbObjectId()), IsEmpty());
 }
 
-TEST_F(ObjectsTest, TheHostRedrawsEntitiesInItsOwnModesAlone)
-{
-    kds_name line{}, none{};
-    kddbGetKdsName(line, addEntity(newLine()));
-    EXPECT_EQ(kddbEntUpd(line), RTNORM);
-    EXPECT_EQ(kddbEntUpd(none), RTERROR);
-    EXPECT_EQ(kdedRedraw(line, 4), RTNORM);
-    for (const auto& [name, mode] : {std::pair(none, 1), {line, 5}, {line, -1}})
-        EXPECT_EQ(kdedRedraw(name, mode), RTERROR) << mode;
-}
-
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
 {
     auto ids = addLines(3);
