@@ -81,7 +81,9 @@ std::string noteOf(const Kind& kind)
         note.append("2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
             .append(kind.type.substr(type.size() + 1))
             .append("; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; 210 0; 220 1; 230 0; ");
-    return note.append(kind.fields).append("; 1001 ACAD; 1070 1\n").append(kind.others);
+    return note.append(kind.fields)
+        .append("; 1001 ACAD; 1000 Ж; 1004 0AFF; 1010 1; 1020 2; 1030 3; 1040 0.5; 1071 -70000\n")
+        .append(kind.others);
 }
 
 /// The text without what a copy has of its own: handles, the block of a dimension's graphics and
@@ -137,7 +139,7 @@ TEST_F(DrawingCopies, OfEntitiesAreWrittenWithAllThatTheirOriginalsSay)
 
 constexpr Kind kRecordKinds[] = {
     {"LTYPE", "70 64; 3 _ _; 72 65; 73 2; 40 0.75; 49 0.5; 49 -0.25"},
-    {"LAYER", "70 5; 62 -3; 6 Dots; 290 0; 370 25",
+    {"LAYER", "70 7; 62 -3; 6 Dots; 290 0; 370 25",
      "0 TABLE; 2 LTYPE; 0 LTYPE; 2 Dots; 0 ENDTAB\n"},
     {"STYLE", "70 4; 40 2; 41 0.8; 50 15; 71 2; 42 3; 3 txt; 4 big"},
     {"UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
