@@ -103,37 +103,17 @@ std::string behind(const std::string& text, const std::string& original)
     return text.substr(start, text.find("  0\nEND", start) - start);
 }
 
-class DrawingCopies : public HostTest {
-protected:
-    void TearDown() override
-    {
-        read_.reset();
-        HostTest::TearDown();
-    }
-
-    /// Reads a drawing, the working one from now on, and gives the object with the handle A0.
-    template <class T>
-    const T& read(const std::string& text)
-    {
-        auto database = readWhole(text);
-        kddbHostApplicationServices()->setWorkingDatabase(database.get());
-        read_ = std::move(database);
-        return *find<T>(*read_, 0xA0);
-    }
-
-    std::string saved() const { return korra::drawingText(*read_); }
-
-private:
-    std::unique_ptr<KdDbDatabase> read_;
-};
+class DrawingCopies : public HostTest {};
 
 TEST_F(DrawingCopies, OfEntitiesAreWrittenWithAllThatTheirOriginalsSay)
 {
     for (const Kind& kind : kKinds) {
         const std::string original = file(noteOf(kind));
-        const auto& entity = read<KdDbEntity>(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
-        addEntity(static_cast<KdDbEntity*>(entity.clone()));
-        EXPECT_EQ(withoutIdentity(behind(saved(), original)), withoutIdentity(original));
+        const auto drawing = readWhole(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
+        kddbHostApplicationServices()->setWorkingDatabase(drawing.get());
+        addEntity(static_cast<KdDbEntity*>(find<KdDbEntity>(*drawing, 0xA0)->clone()));
+        EXPECT_EQ(withoutIdentity(behind(korra::drawingText(*drawing), original)),
+                  withoutIdentity(original));
     }
 }
 
@@ -155,16 +135,17 @@ TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
         const std::string type(kind.type);
         const std::string original =
             file("0 " + type + "; 5 A0; 2 Original; " + std::string(kind.fields) + '\n');
-        const auto& record =
-            read<KdDbSymbolTableRecord>(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
-                                             "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
-                                        original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
+        const auto drawing = readWhole(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
+                                            "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
+                                       original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
+        const auto& record = *find<KdDbSymbolTableRecord>(*drawing, 0xA0);
         auto* copy = static_cast<KdDbSymbolTableRecord*>(record.clone());
         EXPECT_EQ(copy->setName(L"Copy"), Kdapi::eOk);
         KdDbObjectId id;
         EXPECT_EQ(Open<KdDbSymbolTable>(record.ownerId())->add(id, copy), Kdapi::eOk);
         copy->close();
-        EXPECT_EQ(withoutIdentity(replaced(behind(saved(), original), "Copy", "Original")),
+        EXPECT_EQ(withoutIdentity(
+                      replaced(behind(korra::drawingText(*drawing), original), "Copy", "Original")),
                   withoutIdentity(original));
     }
 }
