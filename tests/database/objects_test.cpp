@@ -48,19 +48,18 @@ TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesItInTheGivenDatabase)
 {
     KdDbDatabase other;
     for (KdDbDatabase* target : {&database(), &other}) {
-        KdDbObjectId id;
-        KdDbLine* lines[] = {newLine(), newLine(), newLine()};
-        EXPECT_EQ(addToDb(lines[0], id, target), Kdapi::eOk);
-        EXPECT_EQ(lines[0]->objectId(), id);
-        EXPECT_TRUE(lines[0]->isWriteEnabled());
-        lines[0]->close();
+        KdDbObjectId added, posted;
+        KdDbLine* lines[] = {newLine(), newLine(), newLine(), newLine()};
+        EXPECT_EQ(addToDb(lines[0], added, target), Kdapi::eOk);
         EXPECT_EQ(addToDb(lines[1], target), Kdapi::eOk);
-        lines[1]->close();
         EXPECT_EQ(postToDb(lines[2], target), Kdapi::eOk);
+        EXPECT_EQ(postToDb(lines[3], posted, target), Kdapi::eOk);
+        EXPECT_EQ(lines[0]->objectId(), added);
+        EXPECT_EQ(lines[3]->objectId(), posted);
+        for (KdDbLine* line : {lines[0], lines[1]})
+            EXPECT_EQ(line->close(), Kdapi::eOk);
         for (const KdDbLine* line : lines)
             EXPECT_EQ(line->ownerId(), target->currentSpaceId());
-        EXPECT_EQ(postToDb(newLine(), id, target), Kdapi::eOk);
-        EXPECT_EQ(Open<KdDbLine>(id)->ownerId(), target->currentSpaceId());
     }
 }
 
@@ -135,15 +134,11 @@ TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
 {
     auto ids = addLines(3);
     EraseObject(ids[1]);
-    EXPECT_TRUE(IsValidId(ids[0]));
-    EXPECT_FALSE(IsValidId(ids[1]));
-    EXPECT_FALSE(IsValidId(KdDbObjectId()));
-    EXPECT_FALSE(IsValidId(database().clayer()));
     const Open<KdDbEntity> writer(ids[2]);
-    EXPECT_FALSE(IsValidId(ids[2]));
-
-    const KdDbObjectId gone = KdDbDatabase().clayer();
-    EXPECT_FALSE(IsValidId(gone));
+    EXPECT_TRUE(IsValidId(ids[0]));
+    for (KdDbObjectId id : {ids[1], ids[2], KdDbObjectId(), database().clayer(),
+                            KdDbDatabase().clayer()}) // of a drawing that is gone
+        EXPECT_FALSE(IsValidId(id));
 }
 
 TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
@@ -151,11 +146,9 @@ TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
     KdDbDatabase other;
     KdDbObjectId here = addEntity(newLine()), there, nested = addEntityToBlock(L"B", newLine());
     postToDb(newLine(), there, &other);
-    EXPECT_EQ(isEntityInCurrentSpaceId(here), 1);
-    EXPECT_EQ(isEntityInCurrentSpaceId(there), 1);
-    EXPECT_EQ(isEntityInCurrentSpaceId(nested), 0);
     KdDbObjectId layer = database().clayer();
-    EXPECT_EQ(isEntityInCurrentSpaceId(layer), 0);
+    for (auto [id, isInSpace] : {std::pair(here, 1), {there, 1}, {nested, 0}, {layer, 0}})
+        EXPECT_EQ(isEntityInCurrentSpaceId(id), isInSpace);
     const Open<KdDbEntity> line(nested, KdDb::kForRead);
     EXPECT_EQ(isEntityInCurrentSpaceId(line.get()), 0);
 }
