@@ -128,6 +128,8 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
                              static_cast<KdDbObject*>(nullptr)})
         EXPECT_THAT(updating(none), IsEmpty());
     EXPECT_THAT(updating(KdDbObjectId()), IsEmpty());
+    const kds_name unknown{};
+    EXPECT_EQ(kddbEntUpd(unknown), RTERROR);
 }
 
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)

@@ -37,7 +37,6 @@ TEST_F(DraftingTest, DimsetTakesEachFormOfValueAndPrintsWhatHolds)
         EXPECT_EQ(last("DIMSET", {"20,10", name, value}),
                   "dimset " + handle + ' ' + name + ' ' + holds);
     }
-    EXPECT_EQ(variable(L"CMDECHO"), "1");
 }
 
 TEST_F(DraftingTest, DimsetTellsWhyItCameToNothingAndPutsTheCommandEchoBack)

@@ -1,5 +1,5 @@
-// Current layer, styles, colour, line weight and dimension variables; records of layers and styles
-// in files.
+// Current layer, styles, colour, line weight and dimension variables; fonts of text styles in
+// files.
 
 #include "dxf_samples.h"
 
@@ -26,9 +26,8 @@ protected:
     std::unique_ptr<KdDbDatabase> reread() { return dxf::readWhole(drawingText(database())); }
 };
 
-TEST_F(CurrentSettings, OfNewEntitiesSurviveAFile)
+TEST_F(CurrentSettings, SurviveAFile)
 {
-    EXPECT_EQ(database().cecolor(), KdCmColor());
     EXPECT_EQ(database().celweight(), KdDb::kLnWtByLayer);
     const KdDbObjectId layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Стены");
     const KdDbObjectId text = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
@@ -37,6 +36,7 @@ TEST_F(CurrentSettings, OfNewEntitiesSurviveAFile)
     EXPECT_EQ(database().setTextstyle(text), Kdapi::eOk);
     EXPECT_EQ(database().setDimstyle(dimension), Kdapi::eOk);
     EXPECT_EQ(database().setCecolor(colorOf(3)), Kdapi::eOk);
+    EXPECT_TRUE(korra::setVariable("MEASUREMENT", "1"));
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(35)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(36)), Kdapi::eInvalidInput);
 
@@ -45,6 +45,7 @@ TEST_F(CurrentSettings, OfNewEntitiesSurviveAFile)
     EXPECT_EQ(again->textstyle().handle(), text.handle());
     EXPECT_EQ(again->dimstyle().handle(), dimension.handle());
     EXPECT_EQ(again->cecolor(), colorOf(3));
+    EXPECT_EQ(again->measurement(), KdDb::kMetric);
     EXPECT_EQ(again->celweight(), 35);
 }
 

@@ -74,7 +74,6 @@ TEST_F(ObjectTest, ReadersCannotChangeAnything)
     EXPECT_EQ(line->setEndPoint({1, 1, 1}), Kdapi::eNotOpenForWrite);
     EXPECT_EQ(line->copyFrom(&other), Kdapi::eNotOpenForWrite);
     EXPECT_EQ(line->erase(), Kdapi::eNotOpenForWrite);
-    EXPECT_EQ(line->createExtensionDictionary(), Kdapi::eNotOpenForWrite);
     EXPECT_EQ(line->endPoint(), KdGePoint3d(10, 0, 0));
     EXPECT_EQ(other.upgradeOpen(), Kdapi::eOk) << "what is in no drawing can always be changed";
     EXPECT_EQ(other.close(), Kdapi::eNotInDatabase);
