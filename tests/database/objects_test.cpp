@@ -48,19 +48,18 @@ TEST_F(ObjectsTest, AddLeavesTheEntityOpenAndPostClosesItInTheGivenDatabase)
 {
     KdDbDatabase other;
     for (KdDbDatabase* target : {&database(), &other}) {
-        KdDbObjectId id;
-        KdDbLine* lines[] = {newLine(), newLine(), newLine()};
-        EXPECT_EQ(addToDb(lines[0], id, target), Kdapi::eOk);
-        EXPECT_EQ(lines[0]->objectId(), id);
-        EXPECT_TRUE(lines[0]->isWriteEnabled());
-        lines[0]->close();
+        KdDbObjectId added, posted;
+        KdDbLine* lines[] = {newLine(), newLine(), newLine(), newLine()};
+        EXPECT_EQ(addToDb(lines[0], added, target), Kdapi::eOk);
         EXPECT_EQ(addToDb(lines[1], target), Kdapi::eOk);
-        lines[1]->close();
         EXPECT_EQ(postToDb(lines[2], target), Kdapi::eOk);
+        EXPECT_EQ(postToDb(lines[3], posted, target), Kdapi::eOk);
+        EXPECT_EQ(lines[0]->objectId(), added);
+        EXPECT_EQ(lines[3]->objectId(), posted);
+        for (KdDbLine* line : {lines[0], lines[1]})
+            EXPECT_EQ(line->close(), Kdapi::eOk);
         for (const KdDbLine* line : lines)
             EXPECT_EQ(line->ownerId(), target->currentSpaceId());
-        EXPECT_EQ(postToDb(newLine(), id, target), Kdapi::eOk);
-        EXPECT_EQ(Open<KdDbLine>(id)->ownerId(), target->currentSpaceId());
     }
 }
 
@@ -129,32 +128,19 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
                              static_cast<KdDbObject*>(nullptr)})
         EXPECT_THAT(updating(none), IsEmpty());
     EXPECT_THAT(updating(KdDbObjectId()), IsEmpty());
-}
-
-TEST_F(ObjectsTest, TheHostRedrawsEntitiesInItsOwnModesAlone)
-{
-    kds_name line{}, none{};
-    kddbGetKdsName(line, addEntity(newLine()));
-    EXPECT_EQ(kddbEntUpd(line), RTNORM);
-    EXPECT_EQ(kddbEntUpd(none), RTERROR);
-    EXPECT_EQ(kdedRedraw(line, 4), RTNORM);
-    for (const auto& [name, mode] : {std::pair(none, 1), {line, 5}, {line, -1}})
-        EXPECT_EQ(kdedRedraw(name, mode), RTERROR) << mode;
+    const kds_name unknown{};
+    EXPECT_EQ(kddbEntUpd(unknown), RTERROR);
 }
 
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)
 {
     auto ids = addLines(3);
     EraseObject(ids[1]);
-    EXPECT_TRUE(IsValidId(ids[0]));
-    EXPECT_FALSE(IsValidId(ids[1]));
-    EXPECT_FALSE(IsValidId(KdDbObjectId()));
-    EXPECT_FALSE(IsValidId(database().clayer()));
     const Open<KdDbEntity> writer(ids[2]);
-    EXPECT_FALSE(IsValidId(ids[2]));
-
-    const KdDbObjectId gone = KdDbDatabase().clayer();
-    EXPECT_FALSE(IsValidId(gone));
+    EXPECT_TRUE(IsValidId(ids[0]));
+    for (KdDbObjectId id : {ids[1], ids[2], KdDbObjectId(), database().clayer(),
+                            KdDbDatabase().clayer()}) // of a drawing that is gone
+        EXPECT_FALSE(IsValidId(id));
 }
 
 TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
@@ -162,11 +148,9 @@ TEST_F(ObjectsTest, CurrentSpaceIsThatOfTheEntitysOwnDatabase)
     KdDbDatabase other;
     KdDbObjectId here = addEntity(newLine()), there, nested = addEntityToBlock(L"B", newLine());
     postToDb(newLine(), there, &other);
-    EXPECT_EQ(isEntityInCurrentSpaceId(here), 1);
-    EXPECT_EQ(isEntityInCurrentSpaceId(there), 1);
-    EXPECT_EQ(isEntityInCurrentSpaceId(nested), 0);
     KdDbObjectId layer = database().clayer();
-    EXPECT_EQ(isEntityInCurrentSpaceId(layer), 0);
+    for (auto [id, isInSpace] : {std::pair(here, 1), {there, 1}, {nested, 0}, {layer, 0}})
+        EXPECT_EQ(isEntityInCurrentSpaceId(id), isInSpace);
     const Open<KdDbEntity> line(nested, KdDb::kForRead);
     EXPECT_EQ(isEntityInCurrentSpaceId(line.get()), 0);
 }

@@ -16,15 +16,13 @@ constexpr int kRecords = 300;
 /// A script in a code page: the same word in the file's bytes and in UTF-8.
 struct Script {
     const char* codePage;
-    const char* version;
     const char* bytes;
     std::string word;
 };
 
 const Script kScripts[] = {
-    {"ANSI_1251", "AC1015", "\xD1\xF2\xE5\xED\xE0", "Стена"},
-    {"ANSI_936", "AC1015", "\xC7\xBD\x81\x5C", "墙乗"}, // the last byte is a backslash
-    {"ANSI_1252", "AC1032", "Größe 墙", "Größe 墙"},    // from 2007 on the texts are UTF-8
+    {"ANSI_1251", "\xD1\xF2\xE5\xED\xE0", "Стена"},
+    {"ANSI_936", "\xC7\xBD\x81\x5C", "墙乗"}, // the last byte is a backslash
 };
 
 constexpr char kPlainLayer[] = "62      3; 6 CONTINUOUS; 370     -3";
@@ -35,8 +33,8 @@ std::string drawingWith(const Script& script, const std::string& layer)
 {
     int handle = 10000;
     std::ostringstream notes;
-    notes << "0 SECTION; 2 HEADER; 9 $ACADVER; 1 " << script.version << "; 9 $DWGCODEPAGE; 3 "
-          << script.codePage << "; 9 $HANDSEED; 5 FFFFF; 0 ENDSEC; 0 SECTION; 2 TABLES";
+    notes << "0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1015; 9 $DWGCODEPAGE; 3 " << script.codePage
+          << "; 9 $HANDSEED; 5 FFFFF; 0 ENDSEC; 0 SECTION; 2 TABLES";
     for (const auto& [table, handleCode, rest] :
          {std::tuple("LTYPE", 5, std::string("3; 72     65; 73      0; 40 0.0")),
           {"LAYER", 5, kPlainLayer},

@@ -20,7 +20,6 @@ TEST_F(DraftingTest, EachCommandPrintsNameAndResult)
         {"LAYSET", {"My Walls", "-3", "", "7"}, "layer My Walls 1"},
         {"LAYSET", {"Lost", "5", "", "25"}, "layer Lost -1"},
         {"LAYMAKE", {"Lost", "5.5"}, "layer none -5001"},
-        {"LAYMAKE", {""}, "layer none 5000"},
         {"LTLOAD", {" center "}, "linetype  center  1"},
         {"LTLOAD", {"Zigzag"}, "linetype Zigzag 0"},
         {"TSMAKE", {"Notes", "DejaVu Sans", "", "0.7", "15"}, "textstyle Notes 1"},
@@ -28,7 +27,6 @@ TEST_F(DraftingTest, EachCommandPrintsNameAndResult)
         {"TSSET", {"Notes", "DejaVu Serif", "", "1", "0"}, "textstyle Notes 1"},
         {"TSSET", {"Notes", "DejaVu Serif", "", ""}, "textstyle none 5000"},
         {"DSMAKE", {"House", "Notes", "0", "3"}, "dimstyle House 1"},
-        {"DSMAKE", {"House", "", "0", "0"}, "dimstyle House 0"},
         {"DSSET", {"House", "", "4", "0"}, "dimstyle House 1"},
         {"DSSET", {"\\esc"}, "dimstyle none -5002"},
     };

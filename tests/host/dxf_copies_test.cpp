@@ -81,7 +81,9 @@ std::string noteOf(const Kind& kind)
         note.append("2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
             .append(kind.type.substr(type.size() + 1))
             .append("; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; 210 0; 220 1; 230 0; ");
-    return note.append(kind.fields).append("; 1001 ACAD; 1070 1\n").append(kind.others);
+    return note.append(kind.fields)
+        .append("; 1001 ACAD; 1000 Ж; 1004 0AFF; 1010 1; 1020 2; 1030 3; 1040 0.5; 1071 -70000\n")
+        .append(kind.others);
 }
 
 /// The text without what a copy has of its own: handles, the block of a dimension's graphics and
@@ -101,43 +103,23 @@ std::string behind(const std::string& text, const std::string& original)
     return text.substr(start, text.find("  0\nEND", start) - start);
 }
 
-class DrawingCopies : public HostTest {
-protected:
-    void TearDown() override
-    {
-        read_.reset();
-        HostTest::TearDown();
-    }
-
-    /// Reads a drawing, the working one from now on, and gives the object with the handle A0.
-    template <class T>
-    const T& read(const std::string& text)
-    {
-        auto database = readWhole(text);
-        kddbHostApplicationServices()->setWorkingDatabase(database.get());
-        read_ = std::move(database);
-        return *find<T>(*read_, 0xA0);
-    }
-
-    std::string saved() const { return korra::drawingText(*read_); }
-
-private:
-    std::unique_ptr<KdDbDatabase> read_;
-};
+class DrawingCopies : public HostTest {};
 
 TEST_F(DrawingCopies, OfEntitiesAreWrittenWithAllThatTheirOriginalsSay)
 {
     for (const Kind& kind : kKinds) {
         const std::string original = file(noteOf(kind));
-        const auto& entity = read<KdDbEntity>(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
-        addEntity(static_cast<KdDbEntity*>(entity.clone()));
-        EXPECT_EQ(withoutIdentity(behind(saved(), original)), withoutIdentity(original));
+        const auto drawing = readWhole(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
+        kddbHostApplicationServices()->setWorkingDatabase(drawing.get());
+        addEntity(static_cast<KdDbEntity*>(find<KdDbEntity>(*drawing, 0xA0)->clone()));
+        EXPECT_EQ(withoutIdentity(behind(korra::drawingText(*drawing), original)),
+                  withoutIdentity(original));
     }
 }
 
 constexpr Kind kRecordKinds[] = {
     {"LTYPE", "70 64; 3 _ _; 72 65; 73 2; 40 0.75; 49 0.5; 49 -0.25"},
-    {"LAYER", "70 5; 62 -3; 6 Dots; 290 0; 370 25",
+    {"LAYER", "70 7; 62 -3; 6 Dots; 290 0; 370 25",
      "0 TABLE; 2 LTYPE; 0 LTYPE; 2 Dots; 0 ENDTAB\n"},
     {"STYLE", "70 4; 40 2; 41 0.8; 50 15; 71 2; 42 3; 3 txt; 4 big"},
     {"UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
@@ -153,16 +135,17 @@ TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
         const std::string type(kind.type);
         const std::string original =
             file("0 " + type + "; 5 A0; 2 Original; " + std::string(kind.fields) + '\n');
-        const auto& record =
-            read<KdDbSymbolTableRecord>(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
-                                             "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
-                                        original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
+        const auto drawing = readWhole(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
+                                            "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
+                                       original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
+        const auto& record = *find<KdDbSymbolTableRecord>(*drawing, 0xA0);
         auto* copy = static_cast<KdDbSymbolTableRecord*>(record.clone());
         EXPECT_EQ(copy->setName(L"Copy"), Kdapi::eOk);
         KdDbObjectId id;
         EXPECT_EQ(Open<KdDbSymbolTable>(record.ownerId())->add(id, copy), Kdapi::eOk);
         copy->close();
-        EXPECT_EQ(withoutIdentity(replaced(behind(saved(), original), "Copy", "Original")),
+        EXPECT_EQ(withoutIdentity(
+                      replaced(behind(korra::drawingText(*drawing), original), "Copy", "Original")),
                   withoutIdentity(original));
     }
 }

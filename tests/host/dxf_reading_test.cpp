@@ -44,9 +44,7 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
                      "0 LWPOLYLINE; 5 A2; 90 2147483647; 70 1; 38 7\n"
                      "10 0; 20 0; 42 1; 10 4; 20 0; 40 .5\n"
                      "0 POLYLINE; 5 A3; 66 1; 70 8; 10 0; 20 0; 30 0\n"
-                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32; 0 SEQEND\n"
-                     "0 POLYLINE; 5 A4; 66 1; 70 1; 10 0; 20 0; 30 4\n"
-                     "0 VERTEX; 10 1; 20 1; 42 -1; 0 SEQEND"));
+                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32; 0 SEQEND"));
 
     const auto& arc = *find<KdDbArc>(*database, 0xA1);
     EXPECT_DOUBLE_EQ(arc.startAngle(), std::numbers::pi / 2);
@@ -63,10 +61,6 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_EQ(bulge, 1.0);
     const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA3);
     EXPECT_EQ(spatial.vertices()[0]->position(), KdGePoint3d(2, 2, 8));
-    EXPECT_EQ(spatial.vertices()[0]->ownerId(), spatial.objectId());
-    const auto& flat = *find<KdDb2dPolyline>(*database, 0xA4);
-    EXPECT_TRUE(flat.isClosed());
-    EXPECT_EQ(flat.vertices()[0]->bulge(), -1.0);
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
@@ -75,11 +69,11 @@ TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
     const auto& text = *find<KdDbMText>(*database, 0x56);
     EXPECT_STREQ(text.contents(), L"первая вторая\\Pстрока");
     EXPECT_EQ(text.location(), KdGePoint3d(1, 1, 0)); // not the embedded
-    EXPECT_THAT(handlesOf({find<KdDbBlockReference>(*database, 0x58)->blockTableRecord(),
+    const auto& reference = *find<KdDbBlockReference>(*database, 0x58);
+    EXPECT_THAT(handlesOf({reference.blockTableRecord(), reference.extensionDictionary(),
                            find<KdDbAttribute>(*database, 0x59)->ownerId()}),
-                ElementsAre(0x22, 0x58));
+                ElementsAre(0x22, 0x60, 0x58));
     EXPECT_EQ(find<KdDbBlockTableRecord>(*database, 0x22)->origin(), KdGePoint3d(1, 0, 0));
-    EXPECT_DOUBLE_EQ(find<KdDbViewport>(*database, 0x57)->twistAngle(), std::numbers::pi / 4);
 }
 
 TEST_F(DrawingReading, DimensionsHaveTheStyleThatIsThereAndAreOfAKindThatIsKnown)
@@ -103,7 +97,6 @@ TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
     } const cases[] = {
         {kEighth, "16 2; 26 1", std::atan(1)},
         {kEighth, "16 0; 26 3", 3 * std::atan(1)},
-        {kEighth, "16 -3; 26 -1", std::atan(1)},
         {"13 0; 23 0; 14 1; 24 0; 15 0; 25 1; 10 1; 20 1", "16 1; 26 2", 0.0}, // parallel
         // Upright: in the plane of the normal x is -x and y is z; the arc's point lies in it.
         {"13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 10 1; 20 2; 30 3",
@@ -126,7 +119,6 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
     EXPECT_THAT(handlesOf(korra::drawOrder(*database->contents().block(L"*Model_Space"))),
                 ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58)); // as the sort handles say
     EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ElementsAre(0x57));
-    EXPECT_THAT(entitiesOf(*database, L"винт"), ElementsAre(0x46));
 
     const auto early = readWhole(withEntities("0 LINE; 5 A; 330 9\n0 LINE; 5 B; 67 1"));
     EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ElementsAre(0xA));
@@ -136,29 +128,15 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
 {
     const auto database = readWhole(file(kModernSample));
-    EXPECT_THAT(handlesOf({database->namedObjectsDictionaryId(), database->layoutDictionaryId(),
-                           find<KdDbBlockTableRecord>(*database, 0x21)->getLayoutId(),
-                           find<KdDbBlockReference>(*database, 0x58)->extensionDictionary()}),
-                ElementsAre(0xC, 0x1A, 0x31, 0x60));
     const auto layouts = korra::layoutsOf(database->contents());
     ASSERT_EQ(layouts.size(), 2u);
     EXPECT_STREQ(layouts[1]->getLayoutName(), L"Blatt 1");
-    EXPECT_EQ(layouts[1]->getBlockTableRecordId().handle(), KdDbHandle(0x21));
+    EXPECT_THAT(handlesOf({database->namedObjectsDictionaryId(), database->layoutDictionaryId(),
+                           find<KdDbBlockTableRecord>(*database, 0x21)->getLayoutId(),
+                           layouts[1]->getBlockTableRecordId()}),
+                ElementsAre(0xC, 0x1A, 0x31, 0x21));
     KdDbObjectId id;
     EXPECT_EQ(find<KdDbDictionary>(*database, 0x60)->getAt(L"note", id), Kdapi::eOk);
-}
-
-TEST_F(DrawingReading, ExtendedDataHasItsTypes)
-{
-    const auto database = readWhole(file(kModernSample));
-    const auto& data = ObjectAccess::extras(*find<KdDbLine>(*database, 0x50)).xData;
-    for (const korra::TypedValue& value : {korra::TypedValue{1001, std::wstring(L"ACAD")},
-                                           {1070, short{147}},
-                                           {1040, 0.625},
-                                           {1010, KdGePoint3d(1, 2, 3)},
-                                           {1004, std::string("\x0A\xFF")},
-                                           {1071, std::int32_t{-70000}}})
-        EXPECT_THAT(data, ::testing::Contains(value)) << value.code;
 }
 
 TEST_F(DrawingReading, ReferencesMayStandBeforeWhatTheyName)
@@ -202,21 +180,17 @@ TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)
         const char* header;
         const char* bytes;
         const wchar_t* text;
-        const char* opening = "";
     } cases[] = {
         {"9 $ACADVER; 1 AC1018; 9 $DWGCODEPAGE; 3 ANSI_1251", "\xC4\xE0", L"Да"},
         {"9 $ACADVER; 1 AC1021; 9 $DWGCODEPAGE; 3 ANSI_1251", "\xC3\xA4", L"ä"},
-        {"9 $ACADVER; 1 AC1015", "\xE4", L"ä"},
-        {"9 $ACADVER; 1 AC1015", "\xC3\xA4", L"ä", "\xEF\xBB\xBF"},
         {"9 $OTHER; 70 1", "\xC3\xA4", L"ä"},
         {"9 $ACADVER; 1 AC1021", "a\\U+00E4 \\M+5D6D0", L"aä 中"},
     };
 
-    for (const auto& [header, bytes, text, opening] : cases) {
-        const auto database =
-            readWhole(opening + file("0 SECTION; 2 HEADER; " + std::string(header) +
-                                     "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 TEXT; 5 A; 1 " + bytes +
-                                     "; 0 ENDSEC; 0 EOF"));
+    for (const auto& [header, bytes, text] : cases) {
+        const auto database = readWhole(file("0 SECTION; 2 HEADER; " + std::string(header) +
+                                             "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 TEXT; 5 A; 1 " +
+                                             bytes + "; 0 ENDSEC; 0 EOF"));
         EXPECT_STREQ(find<KdDbText>(*database, 0xA)->textString(), text) << header;
     }
 }

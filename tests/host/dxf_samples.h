@@ -21,6 +21,7 @@ inline constexpr std::string_view kEarlySample = R"(999 made by hand
 999 about the version
 9 $ACADVER; 1 AC1009
 9 $DWGCODEPAGE; 3 ANSI_1251
+9 $LTSCALE; 40   2.50 
 9 $EXTMIN; 10 0.000000; 20 -1.50; 0 ENDSEC
 0 SECTION; 2 TABLES; 0 TABLE; 2 LTYPE; 70      1
 0 LTYPE; 2 DASHED; 70      0; 3 _ _ _; 72     65; 73      2; 40 0.75; 49 0.50

@@ -10,7 +10,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 namespace tests::dxf {
@@ -21,12 +20,6 @@ namespace fs = std::filesystem;
 class DrawingSaving : public HostTest {
 protected:
     std::string path(const char* name) const { return folder_.pathOf(name); }
-
-    std::string contents(const char* name) const
-    {
-        std::ifstream file(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 
     std::ptrdiff_t filesInFolder() const
     {
@@ -47,8 +40,8 @@ TEST_F(DrawingSaving, MakesAFileOrReplacesTheOneBehindALinkAndKeepsItsPermission
     EXPECT_TRUE(korra::writeDrawing(*database, path("new.dxf")).done);
     EXPECT_TRUE(fs::is_symlink(path("link.dxf")));
     EXPECT_EQ(static_cast<unsigned>(fs::status(path("real.dxf")).permissions()), 0640u);
-    EXPECT_EQ(contents("real.dxf"), text_);
-    EXPECT_EQ(contents("new.dxf"), text_);
+    EXPECT_EQ(folder_.contentsOf("real.dxf"), text_);
+    EXPECT_EQ(folder_.contentsOf("new.dxf"), text_);
     EXPECT_EQ(filesInFolder(), 3);
     KdDbDatabase again(false);
     EXPECT_TRUE(korra::readDrawing(again, path("link.dxf")).done);
@@ -71,7 +64,7 @@ TEST_F(DrawingSaving, AFailureLeavesTheOldFileAndNothingElse)
 
     EXPECT_FALSE(outcome.done);
     EXPECT_EQ(outcome.message.find(path("old.dxf") + ": cannot be written: "), 0u);
-    EXPECT_EQ(contents("old.dxf"), "old");
+    EXPECT_EQ(folder_.contentsOf("old.dxf"), "old");
     EXPECT_EQ(filesInFolder(), 1);
 }
 

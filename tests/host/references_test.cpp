@@ -7,7 +7,6 @@
 #include "objects/contents.h"
 #include "objects/deep_copy.h"
 #include "objects/references.h"
-#include "platform/text.h"
 
 #include <memory>
 
@@ -61,6 +60,7 @@ TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)
         {"of a layer", [&](auto id) { return layer->setLinetypeObjectId(id); },
          &KdDbDatabase::celtype},
         {"of a style", [&](auto id) { return style->setDimtxsty(id); }, &KdDbDatabase::textstyle},
+        {"current", [&](auto id) { return database().setClayer(id); }, &KdDbDatabase::clayer},
     };
 
     for (const auto& [name, set, own] : setters) {
@@ -83,7 +83,7 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
     auto vertex = std::make_unique<KdDbVertex>();
     vertex->setLayer(other_->clayer());
     foreignPart.appendVertex(vertex.release());
-    KdDbBlockReference foreignBlock({0, 0, 0}, block), noBlock({0, 0, 0}, database().clayer());
+    KdDbBlockReference foreignBlock({0, 0, 0}, block);
 
     const auto append = [&](KdDbEntity& entity) {
         return Open<KdDbBlockTableRecord>(database().currentSpaceId())->appendKdDbEntity(&entity);
@@ -92,7 +92,6 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
     EXPECT_EQ(append(foreignPart), Kdapi::eWrongDatabase);
     EXPECT_EQ(append(foreignBlock), Kdapi::eWrongDatabase);
     EXPECT_EQ(append(wrongKind), Kdapi::eNotThatKindOfClass);
-    EXPECT_EQ(append(noBlock), Kdapi::eNotThatKindOfClass);
 
     KdDbLayerTableRecord layer;
     layer.setName(L"Walls");
@@ -123,9 +122,6 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
     EXPECT_EQ(resident->layerId(), ownWalls);
     EXPECT_EQ(resident->textStyle(), database().textstyle());
     EXPECT_EQ(resident->linetypeId(), database().celtype());
-    resident->setLayer(database().clayer());
-    EXPECT_EQ(resident->copyFrom(&text), Kdapi::eOk);
-    EXPECT_EQ(resident->layerId(), ownWalls);
 
     KdDb3dPolyline polyline;
     auto* const vertex = new KdDbVertex;
@@ -135,64 +131,28 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
     EXPECT_EQ(copied->vertices()[0]->layerId(), ownWalls);
 }
 
-/// The only entity of a block that is of the class.
-template <class T>
-T* onlyIn(KdDbObjectId block)
-{
-    std::vector<T*> found;
-    for (KdDbEntity* entity : ObjectAccess::entities(*Open<KdDbBlockTableRecord>(block)).each()) {
-        if (auto* const wanted = T::cast(entity))
-            found.push_back(wanted);
-    }
-    EXPECT_EQ(found.size(), 1u);
-    return found.empty() ? nullptr : found.front();
-}
-
 TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
 {
-    // A block with a line, a dimension and a nested block; the drawing has a block of one's name.
     const auto walls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
-    addRecord<KdDbRegAppTable, KdDbRegAppTableRecord>(L"SHAPES");
-    addEntityToBlock(L"Inner", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
-    addEntityToBlock(L"Outer", new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
+    const auto circle =
+        addEntityToBlock(L"Inner", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
     addEntityToBlock(L"Outer", new KdDbBlockReference(KdGePoint3d(1, 2, 3), blockId(L"Inner")));
-    {
-        const Open<KdDbLine> line(addEntityToBlock(L"Outer", new KdDbLine));
-        line->setLayer(walls);
-        resbuf* const pointing =
-            kdutBuildList(1001, L"SHAPES", 1005, platform::fromUtf8(traceForm(walls)).c_str(), 0);
-        EXPECT_EQ(line->setXData(pointing), Kdapi::eOk);
-        kdutRelRb(pointing);
-        line->createExtensionDictionary();
-    }
-    addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1");
+    const auto dimension =
+        addEntityToBlock(L"Outer", new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
+    Open<KdDbLine>(addEntityToBlock(L"Outer", new KdDbLine))->setLayer(walls);
+    addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1"); // as the dimension's graphics here
     const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
-    KdDbDatabase& target = *other_;
 
     korra::IdMap map;
-    korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(target.blockTableId()), map);
-
-    const KdDbObjectId outer = target.contents().record(korra::TableKind::block, L"Outer");
-    EXPECT_EQ(map.at(blockId(L"Outer")), outer);
-    const auto* const line = onlyIn<KdDbLine>(outer);
-    EXPECT_EQ(line->layerId(), theirs);
-    EXPECT_EQ(line->extensionDictionary().database(), &target);
-    EXPECT_EQ(std::get<std::wstring>(ObjectAccess::extras(*line)->xData.at(1).value),
-              platform::fromUtf8(traceForm(theirs)));
-    const auto* const dimension = onlyIn<KdDbDimension>(outer);
-    EXPECT_NE(ObjectAccess::live<KdDbBlockTableRecord>(dimension->dimBlockId())->name(), L"*D1");
-    EXPECT_EQ(dimension->dimensionStyle(), target.dimstyle());
-    EXPECT_EQ(onlyIn<KdDbCircle>(onlyIn<KdDbBlockReference>(outer)->blockTableRecord())->radius(),
-              1.0);
+    korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(other_->blockTableId()), map);
+    EXPECT_EQ(map.at(walls), theirs);
+    EXPECT_EQ(map.at(circle).database(), other_.get());
+    const auto graphics = ObjectAccess::live<KdDbDimension>(map.at(dimension))->dimBlockId();
+    EXPECT_NE(ObjectAccess::live<KdDbBlockTableRecord>(graphics)->name(), L"*D1");
     for (const auto& [source, copy] : map)
         EXPECT_EQ(
-            checkReferences(*ObjectAccess::object(copy), target, korra::ForeignNames::refused),
+            checkReferences(*ObjectAccess::object(copy), *other_, korra::ForeignNames::refused),
             Kdapi::eOk);
-
-    KdDbDatabase again(false, true); // what was copied is whole in its file, too
-    EXPECT_TRUE(korra::readDrawingText(again, korra::drawingText(target), "copied").done);
-    EXPECT_NE(onlyIn<KdDbCircle>(again.contents().record(korra::TableKind::block, L"Inner")),
-              nullptr);
 }
 
 TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)
@@ -200,11 +160,10 @@ TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)
     const std::wstring longest(255, L'n');
     for (const std::wstring& name : {std::wstring(L"Walls 1"), std::wstring(L"*U7"), longest})
         EXPECT_EQ(KdDbLayerTableRecord().setName(name.c_str()), Kdapi::eOk) << name.size();
-    std::vector<std::wstring> refused = {L"", longest + L"n", L"a*", L"**"};
-    for (const wchar_t character : std::wstring(L"<>/\\\":;?|,=`"))
-        refused.push_back(std::wstring(L"a") + character);
-    for (const std::wstring& name : refused)
-        EXPECT_EQ(KdDbLayerTableRecord().setName(name.c_str()), Kdapi::eInvalidKey) << name.size();
+    EXPECT_EQ(KdDbLayerTableRecord().setName((longest + L"n").c_str()), Kdapi::eInvalidKey);
+    for (const wchar_t character : std::wstring(L"<>/\\\":;?|,=`*"))
+        EXPECT_EQ(KdDbLayerTableRecord().setName((std::wstring(L"a") + character).c_str()),
+                  Kdapi::eInvalidKey);
 }
 
 } // namespace

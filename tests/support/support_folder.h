@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace tests {
@@ -24,6 +25,12 @@ public:
     void write(const std::string& name, const std::string& content) const
     {
         std::ofstream(path_ / name, std::ios::binary) << content;
+    }
+
+    std::string contentsOf(const std::string& name) const
+    {
+        std::ifstream file(path_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     std::string pathOf(const std::string& name) const { return path_ / name; }
