@@ -80,24 +80,6 @@ TEST(Gate, ThrowsOnlyWhereTheOperationCan)
     releaseCalls();
 }
 
-TEST(Gate, WhatIsCalledBackCountsAgain)
-{
-    const auto tell = [] {
-        const TurnOf moduleAgain(Party::module);
-        return ask("from within");
-    };
-    const auto calls = tests::tracedCalls([&] {
-        failCall(2, Fault::status);
-        EXPECT_EQ(gate("outer").guard(-3, tell), -1);
-        {
-            const TurnOf controlSide(Party::host);
-            EXPECT_EQ(gate("outer").guard(-3, tell), 1);
-        }
-        releaseCalls();
-    });
-    EXPECT_THAT(calls, ElementsAre("outer() = -1", "from within() = -1", "from within() = 1"));
-}
-
 TEST(Gate, TraceKeepsCallsWithTheirArgumentsAndResults)
 {
     const auto calls = tests::tracedCalls([this] {
