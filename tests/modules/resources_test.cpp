@@ -103,21 +103,17 @@ TEST(ResourceChain, AsksTheNewestExtensionModuleFirst)
 
     CString text;
     EXPECT_TRUE(text.LoadString(101));
-    EXPECT_EQ(text, L"\nSpecify target position:");
     EXPECT_FALSE(text.LoadString(9000));
     EXPECT_EQ(text, L"\nSpecify target position:") << "unchanged";
     {
         const Library probe(L"probe.krx"); // puts itself into the chain
         EXPECT_TRUE(text.LoadString(101));
         EXPECT_EQ(text, L"probe's own 101");
-        EXPECT_TRUE(text.LoadString(9000));
         EXPECT_TRUE(text.LoadString(language.handle, 101)) << "by module";
         EXPECT_EQ(text, L"\nSpecify target position:");
     }
-    EXPECT_FALSE(text.LoadString(9000));
     AfxTermExtensionModule(record);
     EXPECT_FALSE(text.LoadString(101));
-    EXPECT_FALSE(AfxInitExtensionModule(record, nullptr));
 }
 
 TEST(LocalisedTexts, ComeFromTheLanguageLibraryElseTheChainElseTheProgram)

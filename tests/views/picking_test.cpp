@@ -31,14 +31,6 @@ Picked pickBoth(const std::vector<std::string>& lines, decltype(EntSelEx)* entSe
     return picked;
 }
 
-Picked pickSilently(const KdGePoint3d& point)
-{
-    Picked picked;
-    picked.point = point;
-    picked.status = NEntSelP(L"", picked.id, picked.viewport, picked.point, 1, picked.transform);
-    return picked;
-}
-
 class PickingTest : public PickSceneTest {
 protected:
     void TearDown() override
@@ -80,7 +72,9 @@ TEST_F(PickingTest, PointsAreInTheWorldWhateverTheUcs)
     moveUcs(3, 0);
     EXPECT_EQ(pickBoth({"1,0"}).point, KdGePoint3d(4, 0, 0));
     EXPECT_THAT(printed(), HasSubstr("Select object: ")) << "the host's prompt for an empty one";
-    const Picked silent = pickSilently({5, 0, 0});
+    Picked silent;
+    silent.point.set(5, 0, 0);
+    EXPECT_EQ(NEntSelP(L"", silent.id, silent.viewport, silent.point, 1, silent.transform), RTNORM);
     EXPECT_EQ(silent.id, scene_.line);
     EXPECT_EQ(silent.point, KdGePoint3d(5, 0, 0));
 
