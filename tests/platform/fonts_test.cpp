@@ -48,8 +48,10 @@ TEST(Fonts, EachFamilyIsToldOfOnceAndTellsItsStylesWhenNamed)
 
 TEST(Fonts, CodePagesDeclareTheCharacterSet)
 {
-    const std::pair<std::uint32_t, int> cases[] = {
-        {0, ANSI_CHARSET}, {0x0000000F, ANSI_CHARSET}, {0x00040001, GB2312_CHARSET}};
+    const std::pair<std::uint32_t, int> cases[] = {{0, ANSI_CHARSET},
+                                                   {0x0000000F, ANSI_CHARSET},
+                                                   {0x00040001, GB2312_CHARSET},
+                                                   {0x00080000, HANGUL_CHARSET}};
     for (const auto& [codePages, characterSet] : cases)
         EXPECT_EQ(platform::characterSetOf(codePages), characterSet) << codePages;
 }

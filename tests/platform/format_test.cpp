@@ -35,6 +35,7 @@ TEST(Format, IntegersHaveTheSizesOfWindows)
               L"30064771077 30064771077 30064771077 30064771077");
     EXPECT_EQ(format(L"%hd %hu %I32d", 70000, 70000, -1), L"4464 4464 -1");
     EXPECT_EQ(format(L"%x %X %#o %I64x", 255, 255, 8, LLONG_MIN), L"ff FF 010 8000000000000000");
+    EXPECT_EQ(format(L"%p", reinterpret_cast<void*>(0xABC)), L"0000000000000ABC");
     EXPECT_EQ(format(L"[%+05d][%-6d][% d][%.3d]", 42, 42, 42, 7), L"[+0042][42    ][ 42][007]");
 }
 

@@ -177,10 +177,13 @@ TEST_F(LayersTest, EachPropertyTellsInItsOwnWayWhatCannotBeRead)
     make(off);
     const KdDbObjectId walls = makeLayer(L"Walls");
 
-    EXPECT_EQ(properties(L"Walls"), "1 3, 1 Continuous, 1 25, 1; 3 25");
-    EXPECT_EQ(properties(L"Off"), "1 1, 1 Continuous, 1 60, 0; 1 -3");
-    EXPECT_EQ(properties(L"Doors"), "0 1, 0 kept, 1 60, -1; 5 50");
-    EXPECT_EQ(properties(nullptr), "0 1, -1 kept, 0 60, -1; 5 50");
+    {
+        const Open<KdDbObject> othersMayRead(drawing()->layerTableId(), KdDb::kForRead);
+        EXPECT_EQ(properties(L"Walls"), "1 3, 1 Continuous, 1 25, 1; 3 25");
+        EXPECT_EQ(properties(L"Off"), "1 1, 1 Continuous, 1 60, 0; 1 -3");
+        EXPECT_EQ(properties(L"Doors"), "0 1, 0 kept, 1 60, -1; 5 50");
+        EXPECT_EQ(properties(nullptr), "0 1, -1 kept, 0 60, -1; 5 50");
+    }
     EXPECT_EQ(propertiesWithout(walls, L"Walls"), "0 1, 0 kept, 0 99, 0; 256 -3");
     EXPECT_EQ(propertiesWithout(drawing()->continuousLinetype(), L"Walls"),
               "1 3, 0 kept, 1 25, 1; 3 25");
