@@ -1,11 +1,9 @@
 #include "kd/ap.h"
 #include "kd/rx.h"
 #include "korra/modules.h"
+#include "platform/text.h"
 #include "support/library_test.h"
 #include "support/support_folder.h"
-
-#include <afxwin.h>
-#include <dlfcn.h>
 
 #include <filesystem>
 
@@ -42,48 +40,14 @@ TEST_F(OrvexbaseTest, LoadsItsLanguageAndDeclaresItselfAndTakesAllOfItBack)
     EXPECT_FALSE(isMapped("Orvexbase.krx") || isMapped("OrvexbaseRes.dll"));
 }
 
-TEST_F(OrvexbaseTest, AnswersTheVersionAndUnknownMessages)
-{
-    load();
-    void* const library = dlopen(ORVEX_BIN_DIR "/Orvexbase.krx", RTLD_NOW | RTLD_NOLOAD);
-    const auto version = reinterpret_cast<unsigned (*)()>(dlsym(library, "kdrxGetApiVersion"));
-    const auto entry =
-        reinterpret_cast<int (*)(std::uint32_t, void*)>(dlsym(library, "kdrxEntryPoint"));
-    ASSERT_TRUE(version && entry);
-    EXPECT_EQ(version(), 132710400u);
-
-    int packet = 0;
-    const auto calls = tracedCalls([&] {
-        for (const std::uint32_t code :
-             {0u, 3u, 4u, 5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u, 14u, 15u, 16u, 17u, 0xFFFFFFFFu})
-            EXPECT_EQ(entry(code, &packet), 0) << code;
-    });
-    EXPECT_THAT(calls, ElementsAre("kdedGetFunCode() = -1")) << "that of code 5";
-    dlclose(library);
-}
-
-TEST_F(OrvexbaseTest, FreesItsLanguageAlsoWhenTheFrameworkRefusedIt)
-{
-    // Calls in order: load, file name, language library, framework.
-    platform::failCall(4, platform::Fault::status);
-    load();
-    EXPECT_TRUE(platform::faultDelivered());
-    platform::releaseCalls();
-    EXPECT_TRUE(isMapped("OrvexbaseRes.dll"));
-    CString text;
-    EXPECT_FALSE(text.LoadString(101)) << "not in the resource chain";
-
-    const auto calls = tracedCalls([] { EXPECT_TRUE(unload()); });
-    EXPECT_THAT(only(calls, {"AfxTermExtensionModule"}), IsEmpty());
-    EXPECT_FALSE(isMapped("OrvexbaseRes.dll"));
-}
-
 TEST_F(OrvexbaseTest, StopsTheHostWithoutItsLanguage)
 {
     const SupportFolder folder;
     std::filesystem::copy_file(ORVEX_BIN_DIR "/Orvexbase.krx", folder.pathOf("Orvexbase.krx"));
     EXPECT_TRUE(korra::loadModule(folder.pathOf("Orvexbase.krx")).done);
-    EXPECT_THAT(korra::fatalStops(), ElementsAre(HasSubstr(L"can not load language file")));
+    const std::string tried = folder.pathOf("OrvexbaseRes.dll");
+    EXPECT_THAT(korra::fatalStops(), ElementsAre(L"can not load language file  \"" +
+                                                 platform::fromUtf8(tried) + L"\" !"));
     EXPECT_TRUE(unload());
 }
 

@@ -42,7 +42,6 @@ TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
     korra::newDocument();
     EXPECT_FALSE(korra::runCommand("PROBEONE"));
     EXPECT_EQ(commandStack().removeCmd(L"PROBE", L"PROBEONE"), Kdapi::eKeyNotFound);
-    EXPECT_EQ(commandStack().addCommand(L"GROUP", L"", nullptr, 0, [] {}), Kdapi::eInvalidInput);
 }
 
 TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
@@ -69,14 +68,6 @@ TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
     EXPECT_THAT(only(closing, operations), ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
                                                        "kdedUndef(\"probe-second\", 1) = 5100"));
     EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
-}
-
-TEST_F(RegistrationTest, TheRegistryKnowsItsServicesOnly)
-{
-    EXPECT_TRUE(KdRxDynamicLinker::cast(kdrxSysRegistry()->at(L"DynamicLinker")));
-    EXPECT_FALSE(KdEdCommandStack::cast(kdrxSysRegistry()->at(L"DynamicLinker")));
-    EXPECT_FALSE(kdrxSysRegistry()->at(L"dynamiclinker"));
-    EXPECT_FALSE(kdrxSysRegistry()->at(nullptr));
 }
 
 } // namespace

@@ -37,12 +37,6 @@ TEST_F(ColorsTest, EveryPaletteColorLeadsBackToAnIndexOfTheSameColor)
     }
 }
 
-TEST_F(ColorsTest, AnIndexIsPassedAs16Bits)
-{
-    EXPECT_EQ(Orvex::GetAcCmColorFormColorIndex(-3).colorIndex(), 65533);
-    EXPECT_EQ(Orvex::GetAcCmColorFormColorIndex(65536 + 7).colorIndex(), 7);
-}
-
 TEST_F(ColorsTest, TheBackgroundIsThatOfTheCurrentView)
 {
     KdColorSettings settings{};

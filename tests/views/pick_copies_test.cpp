@@ -116,17 +116,6 @@ TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcsAndDoNotSnap)
     EXPECT_EQ(copyAt("\\ctrl 6.99,0").point, KdGePoint3d(9.99, 0, 0));
 }
 
-TEST_F(PickCopiesTest, TheIdFormKeepsNoCopy)
-{
-    korra::queueInput("109,0");
-    KdDbObjectId id;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    EXPECT_EQ(rx_entsel(nullptr, id, point, &transform), RTNORM);
-    EXPECT_EQ(id, scene_.nestedLine);
-    EXPECT_TRUE(transform.isEqualTo(KdGeMatrix3d::translation({105, 0, 0})));
-}
-
 TEST_F(PickCopiesTest, AKeywordAsksForANumber)
 {
     const std::tuple<std::vector<const char*>, int, double> cases[] = {

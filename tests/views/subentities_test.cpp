@@ -80,42 +80,22 @@ std::unique_ptr<KdDbLine> edgeAt(KdDbObjectId id, const KdGePoint3d& point, int 
     return std::unique_ptr<KdDbLine>(static_cast<KdDbLine*>(edge));
 }
 
-TEST_F(SubentitiesTest, TheEdgeUnderAPointIsCopied)
+TEST_F(SubentitiesTest, TheEdgeOfWhateverIsAtThePointIsCopied)
 {
     const auto edge = edgeAt(scene_.polyline, {4, 50, 0}, RTNORM);
     ASSERT_TRUE(edge);
     EXPECT_TRUE(edge->startPoint().isEqualTo({0, 50, 0}));
     EXPECT_TRUE(edge->endPoint().isEqualTo({10, 50, 0}));
-}
 
-TEST_F(SubentitiesTest, TheEntityExaminedIsTheOneAtThePoint)
-{
     moveUcs(100, 0);
     KdGeMatrix3d transform;
-    const auto edge = edgeAt(scene_.line, {9, 0, 0}, RTNORM, &transform); // world (109,0)
-    ASSERT_TRUE(edge);
-    EXPECT_TRUE(edge->startPoint().isEqualTo({105, 0, 0}));
+    const auto nested = edgeAt(scene_.line, {9, 0, 0}, RTNORM, &transform); // world (109,0)
+    ASSERT_TRUE(nested);
+    EXPECT_TRUE(nested->startPoint().isEqualTo({105, 0, 0}));
     EXPECT_TRUE(transform.isEqualTo(KdGeMatrix3d::translation({105, 0, 0})));
-}
 
-TEST_F(SubentitiesTest, NoIdAndNoSelectionAreNone)
-{
-    EXPECT_EQ(edgeAt({}, {4, 0, 0}, RTNONE), nullptr);
+    EXPECT_EQ(edgeAt({}, {9, 0, 0}, RTNONE), nullptr);
     EXPECT_EQ(edgeAt(scene_.line, {500, 500, 0}, RTNONE), nullptr);
-}
-
-TEST_F(SubentitiesTest, AFailedSilentPickIsCancelled)
-{
-    KdDbObjectId line;
-    const auto pick = [&] {
-        KdDbEntity* edge = nullptr;
-        const int status = GetSubEntByPt(line, {4, 0, 0}, edge, nullptr);
-        EXPECT_FALSE(edge && status != RTNORM);
-        delete edge;
-        return status;
-    };
-    EXPECT_THAT(outcomesOfFailures([&] { line = makePickScene().line; }, pick),
-                Contains(std::to_string(RTCAN)));
 }
 
 } // namespace
