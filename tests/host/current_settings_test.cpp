@@ -98,7 +98,7 @@ using Font = std::tuple<std::wstring, bool, bool, int, int, int>;
 
 Font fontOf(const KdDbTextStyleTableRecord& style)
 {
-    Font font;
+    Font font{L"before", true, true, 1, 1, 1};
     auto& [typeface, bold, italic, characterSet, pitch, family] = font;
     style.font(typeface, bold, italic, characterSet, pitch, family);
     return font;

@@ -145,6 +145,7 @@ TEST_F(DimensionGraphicsTest, TextIsHorizontalOrAlongTheLine)
         restyle({});
     }
     measure(new KdDbRotatedDimension(kPi / 2, {0, 0, 0}, {0, 0.3, 0}, {10, 0, 0}));
+    restyle({{L"dimtih", 0}});
     EXPECT_NEAR(shown().textAngle(), 0.0, 1e-12) << "outside";
     restyle({{L"dimtoh", 0}});
     EXPECT_NEAR(shown().textAngle(), kPi / 2, 1e-9) << "outside";

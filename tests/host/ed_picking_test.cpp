@@ -133,6 +133,7 @@ TEST_F(EdPickingTest, ASelectionSetTellsHowItWasPicked)
     kds_name set{};
     EXPECT_EQ(kdedSSGet(nullptr, beside, nullptr, nullptr, set), RTERROR);
     EXPECT_EQ(kdedSSGet(L"X", nullptr, nullptr, nullptr, set), RTERROR);
+    EXPECT_EQ(kdedSSGet(nullptr, point, nullptr, nullptr, nullptr), RTERROR);
     ASSERT_EQ(kdedSSGet(nullptr, point, nullptr, nullptr, set), RTNORM);
     EXPECT_THAT(korra::audit(), ElementsAre("1 selection set"));
 

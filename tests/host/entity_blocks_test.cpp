@@ -3,6 +3,7 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
+#include "blocks/draw_block.h"
 #include "objects/contents.h"
 
 #include <cmath>
@@ -86,6 +87,11 @@ TEST_F(EntityBlocksTest, WhatIsErasedInvisibleOrOnHiddenLayersIsNotDrawn)
     EXPECT_EQ(linesShown(), 2u); // what is on "0" inside follows the reference, "Own" does not
     Layer(references)->setIsFrozen(true);
     EXPECT_EQ(linesShown(), 1u);
+    const auto dashed = addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
+    Layer(zero)->setLinetypeObjectId(dashed);
+    RecordingSink shown;
+    korra::drawEntity(*Open<KdDbEntity>(line), shown);
+    EXPECT_EQ(shown.segments.at(0).traits.linetype, dashed);
     Open<KdDbEntity>(line)->setVisibility(KdDb::kInvisible);
     EXPECT_EQ(linesShown(), 0u);
     Open<KdDbEntity>(line)->setVisibility(KdDb::kVisible);

@@ -22,6 +22,10 @@ TEST(GeMatrix, AReflectionIsItsOwnInverseAndChangesSides)
     const KdGePoint3d point(7, 8, 9);
     EXPECT_TRUE((mirror * mirror).isEqualTo(KdGeMatrix3d::kIdentity));
     EXPECT_NEAR(plane.signedDistanceTo(mirror * point), -plane.signedDistanceTo(point), 1e-14);
+    KdGePoint3d origin;
+    KdGeVector3d x, y;
+    plane.getCoordSystem(origin, x, y);
+    EXPECT_EQ(origin, KdGePoint3d(1, 2, 3));
 }
 
 TEST(GeMatrix, TheInverseUndoesAnyRegularMatrix)

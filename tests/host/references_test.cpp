@@ -70,6 +70,9 @@ TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)
         EXPECT_EQ(set({}), Kdapi::eNullObjectId) << name;
     }
     EXPECT_EQ(line->layerId(), database().clayer());
+    const Open<KdDbViewportTableRecord> tile(
+        database().contents().record(korra::TableKind::viewport, L"*Active"));
+    EXPECT_EQ(tile->setUcs(other_->clayer()), Kdapi::eWrongDatabase);
     EXPECT_EQ(KdDbLine().setLayer(other_->clayer()), Kdapi::eOk);
 }
 

@@ -143,4 +143,17 @@ TEST_F(TableSaversTest, VariablesThatCouldNotBeReadAreNotWrittenBack)
     EXPECT_DOUBLE_EQ(currentDimensionTextHeight(), 1) << "the style's own";
 }
 
+TEST_F(TableSaversTest, DimensionStylesAreKeptAndRestoredInOneOrder)
+{
+    std::vector<std::string> steps =
+        tracedOperations([] { const CQM_DimStyleServer saver(L"Second"); });
+    std::erase_if(steps, [](const std::string& step) {
+        return step.find("Dimstyle") == step.npos && !step.ends_with("::getName");
+    });
+    const std::string set = "KdDbDatabase::setDimstyle", setData = "KdDbDatabase::setDimstyleData";
+    EXPECT_THAT(steps,
+                ElementsAre("KdDbDatabase::getDimstyleData", "KdDbSymbolTableRecord::getName", set,
+                            setData, set, setData, setData));
+}
+
 } // namespace

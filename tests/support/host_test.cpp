@@ -90,4 +90,19 @@ void failEachCall(const std::function<void()>& prepare, const std::function<void
     }
 }
 
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario)
+{
+    std::vector<std::string> outcomes;
+    const auto prepareFresh = [&] {
+        startFreshHost();
+        prepare();
+        korra::takePrintedText();
+    };
+    failEachCall(
+        prepareFresh, [&] { outcomes.push_back(std::to_string(scenario())); },
+        [&] { outcomes.back() += korra::takePrintedText(); });
+    return outcomes;
+}
+
 } // namespace tests

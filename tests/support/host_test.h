@@ -50,4 +50,9 @@ std::vector<std::string> tracedOperations(const std::function<void()>& scenario)
 void failEachCall(const std::function<void()>& prepare, const std::function<void()>& scenario,
                   const std::function<void()>& check);
 
+/// Result and printed text of a scenario, once for each of its host calls with that call failing.
+/// Each run has a fresh host; `prepare` runs unharmed.
+std::vector<std::string> outcomesOfFailures(const std::function<void()>& prepare,
+                                            const std::function<int()>& scenario);
+
 } // namespace tests

@@ -7,6 +7,10 @@
 #include "support/support_folder.h"
 #include "views/pick_scene.h"
 
+#include <algorithm>
+#include <ranges>
+#include <string_view>
+
 using support::Opened;
 
 namespace {
@@ -342,6 +346,30 @@ TEST_P(ExportTest, LeavesNothingBehindWhateverFails)
 {
     const Export& swept = GetParam();
     sweepFaults<Ids>(swept.prepare, swept.call, nullptr, swept.faults);
+}
+
+TEST(ReadingExports, OpenNothingForWriting)
+{
+    const auto reads = [](const Export& each) {
+        return std::ranges::any_of(
+            std::initializer_list<std::string_view>{"Get", "Is", "Pick", "CopyOf", "CopyThrough",
+                                                    "LayerIsLocked", "Ms2Ps", "Ps2Ms"},
+            [&](std::string_view begin) { return std::string_view(each.name).starts_with(begin); });
+    };
+    for (const Export& each : kExports | std::views::filter(reads)) {
+        if (each.name == std::string_view("GetLayerInfo"))
+            continue; // it opens the layer for writing
+        startFreshHost();
+        const Ids ids = each.prepare();
+        platform::startTrace();
+        each.call(ids);
+        for (const platform::TracedCall& call : platform::stopTrace()) {
+            const bool opens = call.operation == "kddbOpenObject" ||
+                               call.operation.ends_with("::getSymbolTable") ||
+                               call.operation.ends_with("::getObject");
+            EXPECT_FALSE(opens && call.arguments.ends_with(", 1")) << each.name << toText(call);
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ExportTest, ValuesIn(kExports),

@@ -230,6 +230,30 @@ TEST_F(DimStylesTest, SingleValuesHaveDefaultsOfTheirOwn)
 
 // The overall scale -------------------------------------------------------------------------------
 
+TEST_F(DimStylesTest, TheScaleIsReadAndSetInATransaction)
+{
+    const auto steps = [](const std::function<void()>& scenario) {
+        std::vector<std::string> operations = tracedOperations(scenario);
+        std::erase_if(operations, [](const std::string& each) {
+            return each.find("Transaction") == each.npos && each != "KdDbSymbolTable::getAt" &&
+                   each != "KdDbObject::close";
+        });
+        return operations;
+    };
+    const std::string find = "KdDbSymbolTable::getAt", close = "KdDbObject::close";
+    const std::string manager = "KdDbTransactionManager::", start = manager + "startTransaction",
+                      open = manager + "getObject", end = manager + "endTransaction";
+    make({});
+    EXPECT_THAT(steps([] { DimStyleMgr::SetDimScale(L"House", 2.5, drawing()); }),
+                ElementsAre(find, close, start, open, close, end));
+    EXPECT_THAT(steps([] { DimStyleMgr::GetDimStyleDimScale(L"House", drawing()); }),
+                ElementsAre(start, find, close, open, close, end));
+    EXPECT_THAT(steps([] { DimStyleMgr::GetDimStyleDimScale(L"Lost", drawing()); }),
+                ElementsAre(start, find, close, end));
+    EXPECT_THAT(steps([] { DimStyleMgr::SetDimScale(L"Lost", 2.5, drawing()); }),
+                ElementsAre(find, close));
+}
+
 TEST_F(DimStylesTest, AScaleThatCannotBeReachedStopsTheHost)
 {
     make({});

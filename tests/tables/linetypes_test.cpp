@@ -4,6 +4,8 @@
 #include "tables/linetype_files_test.h"
 #include "tables/messages.h"
 
+#include <dlfcn.h>
+
 namespace {
 
 /// The length of a linetype's pattern; -1 when the drawing lacks it.
@@ -14,6 +16,16 @@ double patternLength(const wchar_t* name)
         return -1;
     return Open<KdDbLinetypeTableRecord>(id, KdDb::kForRead)->patternLength();
 }
+
+/// An operation of the host that one of this program stands before.
+template <class Operation>
+Operation* hostsOwn(const char* symbol)
+{
+    return reinterpret_cast<Operation*>(dlsym(RTLD_NEXT, symbol));
+}
+
+/// "FILEDIA" while a test makes a text of it; else null, and the variable is the host's.
+std::wstring* fileDialogsText = nullptr;
 
 int fileDialogs()
 {
@@ -112,6 +124,15 @@ TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
     EXPECT_EQ(printed(), noMetricFile + missingLinetype("Zigzag", alone.pathOf("korra.lin"), ""));
 }
 
+TEST_F(LinetypesTest, FileDialogsThatAreATextComeBackAsText)
+{
+    std::wstring text = L"on";
+    fileDialogsText = &text;
+    EXPECT_EQ(load(L"A", KdDb::kMetric), 1);
+    fileDialogsText = nullptr;
+    EXPECT_EQ(text, L"on, written");
+}
+
 TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
 {
     std::vector<int> found;
@@ -124,3 +145,23 @@ TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
 }
 
 } // namespace
+
+// These two stand before the host's in this program.
+
+int kdedGetVar(const wchar_t* name, resbuf* result)
+{
+    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA")
+        return hostsOwn<decltype(kdedGetVar)>("_Z10kdedGetVarPKwP6resbuf")(name, result);
+    result->restype = RTSTR;
+    result->resval.rstring = kdapi_copyString(fileDialogsText->c_str());
+    return RTNORM;
+}
+
+int kdedSetVar(const wchar_t* name, const resbuf* value)
+{
+    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA")
+        return hostsOwn<decltype(kdedSetVar)>("_Z10kdedSetVarPKwPK6resbuf")(name, value);
+    EXPECT_EQ(value->restype, RTSTR);
+    *fileDialogsText = value->resval.rstring + std::wstring(L", written");
+    return RTNORM;
+}

@@ -31,6 +31,14 @@ Picked pickBoth(const std::vector<std::string>& lines, decltype(EntSelEx)* entSe
     return picked;
 }
 
+Picked pickSilently(const KdGePoint3d& point)
+{
+    Picked picked;
+    picked.point = point;
+    picked.status = NEntSelP(L"", picked.id, picked.viewport, picked.point, 1, picked.transform);
+    return picked;
+}
+
 class PickingTest : public PickSceneTest {
 protected:
     void TearDown() override
@@ -72,9 +80,8 @@ TEST_F(PickingTest, PointsAreInTheWorldWhateverTheUcs)
     moveUcs(3, 0);
     EXPECT_EQ(pickBoth({"1,0"}).point, KdGePoint3d(4, 0, 0));
     EXPECT_THAT(printed(), HasSubstr("Select object: ")) << "the host's prompt for an empty one";
-    Picked silent;
-    silent.point.set(5, 0, 0);
-    EXPECT_EQ(NEntSelP(L"", silent.id, silent.viewport, silent.point, 1, silent.transform), RTNORM);
+    const Picked silent = pickSilently({5, 0, 0});
+    EXPECT_EQ(silent.status, RTNORM);
     EXPECT_EQ(silent.id, scene_.line);
     EXPECT_EQ(silent.point, KdGePoint3d(5, 0, 0));
 
@@ -98,6 +105,18 @@ TEST_F(PickingTest, ThroughAViewportTheTopIsTheModelsEntityAndTheTransformEndsOn
     const KdDbObjectId viewport = goToSheet();
     pickLine("108,100", scene_.line, scene_.line, viewport, {108, 100, 0});
     pickLine("318,100", scene_.reference, scene_.nestedLine, viewport, {318, 100, 0});
+}
+
+TEST_F(PickingTest, AViewportThatCannotBeOpenedIsNotTheResult)
+{
+    const Open<KdDbViewport> writer(goToSheet());
+    for (const auto& [input, entity] :
+         {std::pair("108,100", scene_.line), std::pair("318,100", scene_.nestedLine)}) {
+        const Picked picked = pickBoth({input});
+        EXPECT_EQ(picked.status, RTNORM);
+        EXPECT_TRUE(picked.id == entity && picked.nested == entity) << "as the host gave it";
+        EXPECT_TRUE(picked.viewport.isNull());
+    }
 }
 
 TEST_F(PickingTest, APerspectiveIsFollowed)
@@ -190,6 +209,32 @@ TEST_F(PickingTest, TheCallerOwnsTheChainOfContainers)
     KdDbObjectId outer;
     EXPECT_EQ(kddbGetObjectId(outer, chain.get()->rbnext->resval.rlname), Kdapi::eOk);
     EXPECT_EQ(outer, scene_.reference);
+}
+
+TEST_F(PickingTest, ANameWithoutAnIdPrintsAndLeavesTheOutputs)
+{
+    const auto pick = [] {
+        const Picked picked = pickSilently({4, 0, 0});
+        const bool untouched = picked.id.isNull() && picked.point == KdGePoint3d(4, 0, 0);
+        return untouched && picked.status == RTNORM;
+    };
+    EXPECT_THAT(outcomesOfFailures(makePickScene, pick),
+                Contains(StartsWith("1\nFailure: ")).Times(1));
+}
+
+TEST_F(PickingTest, AFailedSecondPickKeepsTheFirst)
+{
+    enum { other, firstStandsIn, firstIsLost };
+
+    const auto pick = [] {
+        const Picked picked = pickBoth({"4,0"});
+        if (picked.status == RTNORM || picked.id.isNull())
+            return other;
+        return picked.nested == picked.id ? firstStandsIn : firstIsLost;
+    };
+    EXPECT_THAT(outcomesOfFailures(makePickScene, pick),
+                AllOf(Contains(StartsWith(std::to_string(firstStandsIn))),
+                      Not(Contains(StartsWith(std::to_string(firstIsLost))))));
 }
 
 } // namespace

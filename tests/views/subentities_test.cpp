@@ -82,8 +82,10 @@ std::unique_ptr<KdDbLine> edgeAt(KdDbObjectId id, const KdGePoint3d& point, int 
 
 TEST_F(SubentitiesTest, TheEdgeOfWhateverIsAtThePointIsCopied)
 {
+    Open<KdDbPolyline>(scene_.polyline)->setColor(colorOf(3));
     const auto edge = edgeAt(scene_.polyline, {4, 50, 0}, RTNORM);
     ASSERT_TRUE(edge);
+    EXPECT_EQ(edge->color(), colorOf(3));
     EXPECT_TRUE(edge->startPoint().isEqualTo({0, 50, 0}));
     EXPECT_TRUE(edge->endPoint().isEqualTo({10, 50, 0}));
 
