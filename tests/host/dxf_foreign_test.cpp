@@ -27,12 +27,13 @@ protected:
     }
 };
 
-std::string withStyle(const std::string& textStyle)
+std::string withStyle(const char* textStyle)
 {
-    return file("0 SECTION; 2 TABLES; 0 TABLE; 2 STYLE; 5 1; 70 1\n"
-                "0 STYLE; 5 A; 2 Standard; 0 STYLE; 5 B; 2 Add; 0 ENDTAB\n"
-                "0 TABLE; 2 DIMSTYLE; 5 2; 70 9; 0 DIMSTYLE; 105 C; 2 Mine; 70 0; 340 " +
-                textStyle + "\n341 ; 40 2.0; 0 ENDTAB; 0 ENDSEC; 0 EOF\n");
+    return replaced(file("0 SECTION; 2 TABLES; 0 TABLE; 2 STYLE; 5 1; 70 1\n"
+                         "0 STYLE; 5 A; 2 Standard; 0 STYLE; 5 B; 2 Add; 0 ENDTAB\n"
+                         "0 TABLE; 2 DIMSTYLE; 5 2; 70 9; 0 DIMSTYLE; 105 C; 2 Mine; 70 0\n"
+                         "340 IT; 341 ; 40 2.0; 0 ENDTAB; 0 ENDSEC; 0 EOF\n"),
+                    "IT\n", std::string(textStyle) += '\n');
 }
 
 TEST_F(ForeignDrawing, NamesARecordInThePlaceOfItsHandle)
