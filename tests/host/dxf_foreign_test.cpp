@@ -14,16 +14,14 @@ namespace {
 
 class ForeignDrawing : public HostTest {
 protected:
-    static KdDbObjectId addLine(KdDbDatabase& database)
+    /// Adds to another drawing what goes to the working one.
+    KdDbObjectId addTo(KdDbDatabase& other, KdDbObjectId (*add)()) const
     {
-        kddbHostApplicationServices()->setWorkingDatabase(&database);
-        return addEntity(new KdDbLine);
-    }
-
-    void TearDown() override
-    {
-        kddbHostApplicationServices()->setWorkingDatabase(&database());
-        HostTest::TearDown();
+        KdDbDatabase& here = database();
+        kddbHostApplicationServices()->setWorkingDatabase(&other);
+        const KdDbObjectId id = add();
+        kddbHostApplicationServices()->setWorkingDatabase(&here);
+        return id;
     }
 };
 
@@ -56,7 +54,7 @@ TEST_F(ForeignDrawing, GivesAnObjectOfItsOwnAHandleOfItsOwn)
     const auto database = readWhole(withEntities(
         "0 LINE; 5 1A; 0 LINE; 5 1a; 0 LINE; 5 ; 0 LINE; 8 0; 0 LINE; 5 7FFFFFFFFFFFFFFF\n"
         "0 POLYLINE; 5 1B; 66 1; 70 8; 0 VERTEX; 5 1C; 0 SEQEND"));
-    const KdDbObjectId added = addLine(*database);
+    const KdDbObjectId added = addTo(*database, [] { return addEntity(new KdDbLine); });
 
     const std::string saved = korra::drawingText(*database);
     const auto again = readWhole(saved);
@@ -89,8 +87,7 @@ TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
     const auto database = readWhole(text);
     EXPECT_EQ(korra::drawingText(*database), text);
 
-    kddbHostApplicationServices()->setWorkingDatabase(database.get());
-    addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third");
+    addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
     EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
 }
 
