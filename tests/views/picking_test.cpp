@@ -82,6 +82,7 @@ TEST_F(PickingTest, PointsAreInTheWorldWhateverTheUcs)
     EXPECT_THAT(printed(), HasSubstr("Select object: ")) << "the host's prompt for an empty one";
     const Picked silent = pickSilently({5, 0, 0});
     EXPECT_EQ(silent.status, RTNORM);
+    EXPECT_EQ(pickSilently({500, 500, 0}).status, RTERROR);
     EXPECT_EQ(silent.id, scene_.line);
     EXPECT_EQ(silent.point, KdGePoint3d(5, 0, 0));
 

@@ -106,6 +106,7 @@ TEST_F(ViewportsTest, TheLastViewportAtAPointWinsOnTheSheetAlone)
     EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
     KdDbObjectId first = addEntity(newViewport());
     const KdDbObjectId second = addEntity(newWindow(3, {160, 100, 0}, 100, 100, 25));
+    EXPECT_EQ(find(1e9), 0);
     EXPECT_EQ(find(80), 1);
     EXPECT_EQ(found, first);
     EXPECT_DOUBLE_EQ(scale, 2.0);
