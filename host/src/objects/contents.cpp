@@ -68,7 +68,8 @@ KdDbBlockTableRecord* DatabaseContents::block(std::wstring_view name) const
 
 KdDbObjectId recordNamed(const KdDbSymbolTable& table, std::wstring_view name, Erased erased)
 {
-    RecordNames* const names = table.database()->contents().namesIn(table.objectId());
+    const KdDbDatabase* const database = table.database();
+    RecordNames* const names = database ? database->contents().namesIn(table.objectId()) : nullptr;
     return names ? names->find(table, name, erased) : KdDbObjectId();
 }
 
