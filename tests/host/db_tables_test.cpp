@@ -1,7 +1,7 @@
 // Symbol tables, block definitions and draw order.
 
-#include "blocks/draw_order.h"
 #include "drawing/user_systems.h"
+#include "host/recording_sink.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
@@ -142,7 +142,7 @@ protected:
         return addEntityToBlock(block, new KdDbLine({0, 0, 0}, {1, 0, 0}));
     }
 
-    std::vector<KdDbObjectId> drawOrder() { return korra::drawOrder(*Block(blockId(L"B"))); }
+    static std::vector<KdDbObjectId> drawOrder() { return drawnBlock(blockId(L"B")).entities; }
 
     static Kdapi::ErrorStatus reorder(const std::vector<KdDbObjectId>& sequence)
     {

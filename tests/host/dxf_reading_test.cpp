@@ -2,7 +2,6 @@
 
 #include "dxf_samples.h"
 
-#include "blocks/draw_order.h"
 #include "drawing/layouts.h"
 #include "support/host_test.h"
 
@@ -116,7 +115,7 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
     const auto database = readWhole(file(kModernSample));
     EXPECT_THAT(entitiesOf(*database, L"*Model_Space"),
                 ElementsAre(0x50, 0x51, 0x52, 0x53, 0x56, 0x58));
-    EXPECT_THAT(handlesOf(korra::drawOrder(*database->contents().block(L"*Model_Space"))),
+    EXPECT_THAT(handlesOf(find<KdDbSortentsTable>(*database, 0x71)->fullDrawOrder()),
                 ElementsAre(0x52, 0x51, 0x50, 0x53, 0x56, 0x58)); // as the sort handles say
     EXPECT_THAT(entitiesOf(*database, L"*Paper_Space"), ElementsAre(0x57));
 

@@ -11,8 +11,6 @@ namespace tests {
 /// Keeps what is drawn and how it looks, in the coordinates of the sink.
 class RecordingSink : public korra::DrawSink {
 public:
-    RecordingSink() : DrawSink(korra::Looks::shown) {}
-
     struct Segment {
         KdGePoint3d start;
         KdGePoint3d end;
@@ -23,8 +21,9 @@ public:
         korra::Traits traits;
     };
 
-    void beginEntity(KdDbObjectId, const korra::Traits& traits) override
+    void beginEntity(KdDbObjectId entity, const korra::Traits& traits) override
     {
+        entities.push_back(entity);
         traits_.push_back(traits);
     }
 
@@ -49,6 +48,7 @@ public:
         texts.back().frame = transform() * run.frame;
     }
 
+    std::vector<KdDbObjectId> entities; ///< in the order of their drawing
     std::vector<Segment> segments;
     std::vector<std::unique_ptr<KdGeCurve3d>> curves;
     std::vector<Text> texts;

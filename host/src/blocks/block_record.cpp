@@ -1,6 +1,7 @@
 #include "kd/db/block_record.h"
 #include "kd/db.h"
 
+#include "blocks/block_boxes.h"
 #include "blocks/draw_order.h"
 #include "blocks/spaces.h"
 #include "objects/contents.h"
@@ -70,6 +71,9 @@ bool isSpaceName(std::wstring_view blockName)
 }
 
 } // namespace korra
+
+KdDbBlockTableRecord::KdDbBlockTableRecord() = default;
+KdDbBlockTableRecord::~KdDbBlockTableRecord() = default;
 
 void KdDbBlockTableRecord::describe(korra::ObjectVisitor& visitor)
 {

@@ -7,7 +7,7 @@
 #include "platform/gate.h"
 #include "platform/tally.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 
 KDRX_DEFINE_MEMBERS(KdDbBlockReference, KdDbEntity)
@@ -17,6 +17,89 @@ using korra::ObjectAccess;
 namespace {
 
 platform::Tally objectIterators("object iterator");
+
+/// A part of an array of references.
+struct Cells {
+    int firstRow;
+    int endRow;
+    int firstColumn;
+    int endColumn;
+
+    int rows() const { return endRow - firstRow; }
+
+    int columns() const { return endColumn - firstColumn; }
+
+    /// Two halves, of several rows an upper and a lower one, in drawing order.
+    std::array<Cells, 2> halves() const
+    {
+        std::array<Cells, 2> halves = {*this, *this};
+        if (rows() > 1)
+            halves[0].endRow = halves[1].firstRow = firstRow + rows() / 2;
+        else
+            halves[0].endColumn = halves[1].firstColumn = firstColumn + columns() / 2;
+        return halves;
+    }
+};
+
+/// Draws the cells of an array that a sink wants, without looking at each.
+template <class CellTransform>
+class CellDrawing {
+public:
+    /// @param transform  from the block's coordinates to those of the owner, by row and column
+    CellDrawing(const KdDbBlockReference& reference, CellTransform transform, korra::DrawSink& sink)
+        : reference_(reference),
+          transform_(transform),
+          sink_(sink),
+          first_(korra::boxOfShown(reference.blockTableRecord(), transform(0, 0))),
+          rowStep_(step(transform(1, 0))),
+          columnStep_(step(transform(0, 1)))
+    {
+    }
+
+    void draw(const Cells& cells)
+    {
+        const KdGeExtents3d box = boxAround(cells);
+        if (box.isEmpty() || !sink_.wants(box))
+            return;
+        if (cells.rows() == 1 && cells.columns() == 1) {
+            korra::drawShownBlock(reference_, korra::BlockRole::reference,
+                                  reference_.blockTableRecord(),
+                                  transform_(cells.firstRow, cells.firstColumn), sink_);
+            return;
+        }
+        for (const Cells& half : cells.halves())
+            draw(half);
+    }
+
+private:
+    KdGeVector3d step(const KdGeMatrix3d& next) const
+    {
+        return next * KdGePoint3d::kOrigin - transform_(0, 0) * KdGePoint3d::kOrigin;
+    }
+
+    /// All cells lie between those in the corners.
+    KdGeExtents3d boxAround(const Cells& cells) const
+    {
+        KdGeExtents3d box;
+        if (first_.isEmpty())
+            return box;
+        for (const int row : {cells.firstRow, cells.endRow - 1}) {
+            for (const int column : {cells.firstColumn, cells.endColumn - 1}) {
+                const KdGeVector3d offset = rowStep_ * row + columnStep_ * column;
+                box.addPoint(first_.minPoint() + offset);
+                box.addPoint(first_.maxPoint() + offset);
+            }
+        }
+        return box;
+    }
+
+    const KdDbBlockReference& reference_;
+    CellTransform transform_;
+    korra::DrawSink& sink_;
+    KdGeExtents3d first_; ///< of the first cell
+    KdGeVector3d rowStep_;
+    KdGeVector3d columnStep_;
+};
 
 bool areAtRightAngles(const KdGeVector3d& a, const KdGeVector3d& b)
 {
@@ -124,15 +207,12 @@ Kdapi::ErrorStatus KdDbBlockReference::transformBy(const KdGeMatrix3d& matrix)
 
 void KdDbBlockReference::draw(korra::DrawSink& sink) const
 {
-    const KdGeMatrix3d toBlock = insertion();
-    const KdGeMatrix3d toCell = definitionToCell();
-    for (int row = 0; row < rows(); ++row) {
-        for (int column = 0; column < columns(); ++column) {
-            const KdGeVector3d offset(column * columnSpacing_, row * rowSpacing_, 0.0);
-            korra::drawShownBlock(*this, korra::BlockRole::reference, block_,
-                                  toBlock * KdGeMatrix3d::translation(offset) * toCell, sink);
-        }
-    }
+    const auto transform = [this, toBlock = insertion(), toCell = definitionToCell()](int row,
+                                                                                      int column) {
+        const KdGeVector3d offset(column * columnSpacing_, row * rowSpacing_, 0.0);
+        return toBlock * KdGeMatrix3d::translation(offset) * toCell;
+    };
+    CellDrawing(*this, transform, sink).draw({0, rows(), 0, columns()});
     for (const KdDbAttribute* attribute : attributes_.each()) {
         if (attribute->isErased() || korra::isHidden(*attribute, sink))
             continue;

@@ -1,6 +1,7 @@
 #include "blocks/draw_block.h"
 
-#include "blocks/draw_order.h"
+#include "blocks/block_boxes.h"
+#include "ge/box_image.h"
 #include "kd/db.h"
 #include "objects/contents.h"
 #include "platform/text.h"
@@ -37,19 +38,13 @@ Traits ofNoBlock()
     return traits;
 }
 
-void drawEntity(KdDbObjectId id, DrawSink& sink)
-{
-    if (const auto* const entity = ObjectAccess::live<KdDbEntity>(id))
-        drawEntity(*entity, sink);
-}
-
 } // namespace
 
 Traits traitsOf(const KdDbEntity& entity, const DrawSink& sink)
 {
     Traits traits = ofNoBlock();
     traits.layer = effectiveLayer(entity, sink);
-    if (!sink.showsLooks())
+    if (!sink.needs().looks)
         return traits;
     const Traits byBlock = sink.surroundings() ? *sink.surroundings() : ofNoBlock();
     if (const auto* const layer = ObjectAccess::live<KdDbLayerTableRecord>(traits.layer)) {
@@ -74,6 +69,8 @@ Traits traitsOf(const KdDbEntity& entity, const DrawSink& sink)
 
 bool isHidden(const KdDbEntity& entity, const DrawSink& sink)
 {
+    if (sink.needs().hidden)
+        return false;
     if (entity.visibility() == KdDb::kInvisible)
         return true;
     if (sink.surroundings()) {
@@ -99,26 +96,22 @@ void drawEntity(const KdDbEntity& entity, DrawSink& sink)
 
 void drawBlockContents(KdDbObjectId block, DrawSink& sink)
 {
-    auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block);
-    if (!record)
-        return;
-    // Only a block with an extension dictionary can have an order other than its own.
-    const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
-    if (!extras || extras->extensionDictionary.isNull()) {
-        for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
-            if (!entity->isErased())
-                drawEntity(*entity, sink);
-        }
-        return;
-    }
-    for (const KdDbObjectId id : drawOrder(*record))
-        drawEntity(id, sink);
+    if (const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block))
+        BlockBoxes::of(*record).drawWanted(
+            sink, [&](const KdDbEntity& entity) { drawEntity(entity, sink); });
+}
+
+KdGeExtents3d boxOfShown(KdDbObjectId block, const KdGeMatrix3d& transform)
+{
+    const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block);
+    return record ? imageOf(BlockBoxes::of(*record).bounds(), transform) : KdGeExtents3d();
 }
 
 void drawShownBlock(const KdDbEntity& owner, BlockRole role, KdDbObjectId block,
                     const KdGeMatrix3d& transform, DrawSink& sink)
 {
-    if (sink.depth() >= kDeepest)
+    const KdGeExtents3d box = boxOfShown(block, transform);
+    if (sink.depth() >= kDeepest || box.isEmpty() || !sink.wants(box))
         return;
     sink.beginBlock(owner.objectId(), role, transform, traitsOf(owner, sink));
     drawBlockContents(block, sink);

@@ -68,12 +68,6 @@ KdDbObjectId makeSortentsTable(KdDbBlockTableRecord& block)
     return table.release()->objectId();
 }
 
-std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block)
-{
-    const auto* const table = ObjectAccess::live<KdDbSortentsTable>(sortentsTableOf(block));
-    return table ? table->fullDrawOrder() : liveEntities(block);
-}
-
 } // namespace korra
 
 std::vector<KdDbObjectId> KdDbSortentsTable::fullDrawOrder() const
@@ -84,15 +78,21 @@ std::vector<KdDbObjectId> KdDbSortentsTable::fullDrawOrder() const
     std::vector<KdDbObjectId> order = liveEntities(*block);
     if (entries_.empty())
         return order;
-    std::unordered_map<KdDbObjectId, KdDbHandle> sortHandles;
-    for (const auto& entry : entries_)
-        sortHandles[entry.entity] = entry.sortHandle;
+    const auto handles = sortHandles();
     const auto key = [&](KdDbObjectId id) {
-        const auto found = sortHandles.find(id);
-        return found == sortHandles.end() ? id.handle() : found->second;
+        const auto found = handles.find(id);
+        return found == handles.end() ? id.handle() : found->second;
     };
     std::ranges::stable_sort(order, {}, key);
     return order;
+}
+
+std::unordered_map<KdDbObjectId, KdDbHandle> KdDbSortentsTable::sortHandles() const
+{
+    std::unordered_map<KdDbObjectId, KdDbHandle> handles;
+    for (const auto& entry : entries_)
+        handles[entry.entity] = entry.sortHandle;
+    return handles;
 }
 
 void KdDbSortentsTable::describe(korra::ObjectVisitor& visitor)

@@ -7,9 +7,6 @@ namespace korra {
 /// The draw order table in the extension dictionary of a block; null when there is none.
 KdDbObjectId sortentsTableOf(const KdDbBlockTableRecord& block);
 
-/// Entities of a block that are not erased, first drawn first.
-std::vector<KdDbObjectId> drawOrder(const KdDbBlockTableRecord& block);
-
 /// Makes an empty draw order table for a block of a database that has none, and leaves it closed.
 KdDbObjectId makeSortentsTable(KdDbBlockTableRecord& block);
 

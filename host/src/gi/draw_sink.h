@@ -46,8 +46,12 @@ enum class BlockRole {
 /// What an object of its own is to the entity that draws it.
 enum class PartRole { vertex, attribute };
 
-/// Whether a device shows how graphics look, or only where they are.
-enum class Looks { shown, ignored };
+/// What a device has to be given.
+struct DrawNeeds {
+    bool looks = true;   ///< every trait; else the layers alone
+    bool order = true;   ///< what is drawn last lies on top; else anything may come first
+    bool hidden = false; ///< also what layers hide, and what entities themselves do
+};
 
 /// A device: a picture, a pick box, extents, a recording.
 ///
@@ -62,8 +66,15 @@ public:
     virtual void point(const KdGePoint3d& point) = 0;
     virtual void text(const TextRun& run) = 0;
 
-    /// True for a device that needs every trait; the others are told the layers alone.
-    bool showsLooks() const { return looks_ == Looks::shown; }
+    const DrawNeeds& needs() const { return needs_; }
+
+    /// False where nothing in a box matters to the device, so that it need not be drawn.
+    /// @param box  in the coordinates of the current entity
+    virtual bool wants(const KdGeExtents3d& box)
+    {
+        static_cast<void>(box);
+        return true;
+    }
 
     /// What follows, up to the end of the entity, belongs to an entity of a drawing. Entities nest
     /// where an entity shows a block.
@@ -107,7 +118,7 @@ public:
     const KdGeMatrix3d& transform() const { return transforms_.back(); }
 
 protected:
-    explicit DrawSink(Looks looks) : transforms_{KdGeMatrix3d()}, looks_(looks) {}
+    explicit DrawSink(const DrawNeeds& needs = {}) : transforms_{KdGeMatrix3d()}, needs_(needs) {}
 
     /// Called before the transform of a block that begins is taken in, and after it is taken back.
     virtual void blockBegins(KdDbObjectId owner, BlockRole role)
@@ -125,7 +136,7 @@ protected:
 
 private:
     std::vector<Traits> surroundings_;
-    Looks looks_;
+    DrawNeeds needs_;
 };
 
 } // namespace korra

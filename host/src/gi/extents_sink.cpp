@@ -1,10 +1,18 @@
 #include "gi/extents_sink.h"
 
+#include "ge/box_image.h"
+
 namespace korra {
 
-ExtentsSink::ExtentsSink(const KdGeMatrix3d& frame) : DrawSink(Looks::ignored)
+ExtentsSink::ExtentsSink(const KdGeMatrix3d& frame)
+    : DrawSink({.looks = false, .order = false, .hidden = false})
 {
     transforms_.back() = frame;
+}
+
+bool ExtentsSink::wants(const KdGeExtents3d& box)
+{
+    return !extents_.contains(imageOf(box, transform()));
 }
 
 void ExtentsSink::segment(const KdGePoint3d& start, const KdGePoint3d& end)

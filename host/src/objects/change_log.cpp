@@ -31,6 +31,7 @@ void ChangeLog::takeBack()
         slot.erasedWithOwner = before.erasedWithOwner;
         slot.changed = before.changed;
         slot.touched = false;
+        ObjectAccess::announce(*object);
     }
     for (const KdDbObjectId id : std::exchange(added_, {})) {
         id.slot()->erased = true;

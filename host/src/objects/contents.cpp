@@ -41,6 +41,7 @@ void DatabaseContents::clear()
     nextHandle = 1;
     tables = {};
     names = {};
+    changes = {};
     namedObjects = {};
     enteredViewport = {};
     activeViewMade = false;

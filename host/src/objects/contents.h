@@ -2,6 +2,7 @@
 
 #include "form/file_form.h"
 #include "form/header.h"
+#include "objects/change_feed.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
 #include "objects/record_names.h"
@@ -39,6 +40,7 @@ struct DatabaseContents {
 
     std::array<KdDbObjectId, kTableKinds> tables;       ///< by TableKind
     mutable std::array<RecordNames, kTableKinds> names; ///< of the tables' records
+    ChangeFeed changes;
     KdDbObjectId namedObjects;
     bool noDocument = false;
 

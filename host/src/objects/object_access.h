@@ -97,6 +97,10 @@ public:
     /// As willChange(), of what a file does not say of the object, such as its list of parts.
     static void noteChange(KdDbObject& object);
 
+    /// Leaves a note of a change with the object's drawing, for those who keep what follows from
+    /// it.
+    static void announce(const KdDbObject& object) noexcept;
+
     /// Erases an object with all that it owns, or brings it back with what was erased with it,
     /// whoever has it open; nothing when it is so already.
     static void erase(KdDbObject& object);

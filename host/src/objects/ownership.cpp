@@ -225,9 +225,16 @@ void ObjectAccess::namesMayDiffer(const KdDbObject& object)
 
 void ObjectAccess::noteChange(KdDbObject& object)
 {
-    ChangeLog* const log = object.slot_ ? runningLog() : nullptr;
-    if (log)
+    if (!object.slot_)
+        return;
+    if (ChangeLog* const log = runningLog())
         log->noteChange(object);
+    announce(object);
+}
+
+void ObjectAccess::announce(const KdDbObject& object) noexcept
+{
+    object.slot_->database->contents().changes.note(*object.slot_);
 }
 
 void ObjectAccess::willChange(KdDbObject& object)

@@ -1,5 +1,7 @@
 #include "sinks/pick_sink.h"
 
+#include "ge/box_image.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -52,7 +54,7 @@ bool meetsBox(double ax, double ay, double bx, double by, double reach)
 } // namespace
 
 PickSink::PickSink(const KdGeMatrix3d& toPixels, const KdGePoint2d& pick, double reach, Keep keep)
-    : DrawSink(Looks::ignored),
+    : DrawSink({.looks = false, .order = true, .hidden = false}),
       toPixels_(KdGeMatrix3d::translation({-pick.x, -pick.y, 0.0}) * toPixels),
       reach_(reach),
       keep_(keep)
@@ -154,16 +156,41 @@ double PickSink::magnification(const KdGeCurve3d& curve) const
            std::max(nearest, kNearest);
 }
 
-bool PickSink::isBesideBox(const KdGeCurve3d& curve) const
+/// What is no number lies beside nothing.
+bool PickSink::isBeside(const KdGeExtents3d& image, double reach)
 {
-    const KdGeExtents3d box = curve.extentsUnder(image_);
-    return box.isEmpty() || box.minPoint().x > reach_ || box.maxPoint().x < -reach_ ||
-           box.minPoint().y > reach_ || box.maxPoint().y < -reach_;
+    return image.isEmpty() || image.minPoint().x > reach || image.maxPoint().x < -reach ||
+           image.minPoint().y > reach || image.maxPoint().y < -reach;
+}
+
+std::optional<KdGeExtents3d> PickSink::imageInPerspective(const KdGeExtents3d& box) const
+{
+    KdGeExtents3d image;
+    int seen = 0;
+    for (unsigned int corner = 0; corner < 8; ++corner) {
+        KdGePoint3d point = box.minPoint();
+        for (unsigned int axis = 0; axis < 3; ++axis) {
+            if ((corner >> axis & 1U) != 0)
+                point[axis] = box.maxPoint()[axis];
+        }
+        if (!isSeen(point))
+            continue;
+        const Pixel at = project(point);
+        image.addPoint({at.x, at.y, 0.0});
+        ++seen;
+    }
+    return seen == 0 || seen == 8 ? std::optional(image) : std::nullopt;
+}
+
+bool PickSink::wants(const KdGeExtents3d& box)
+{
+    const auto image = perspective_ ? imageInPerspective(box) : std::optional(imageOf(box, image_));
+    return !image || !isBeside(*image, reach_ + kCoarse);
 }
 
 void PickSink::curve(const KdGeCurve3d& curve)
 {
-    if (!perspective_ && isBesideBox(curve))
+    if (!perspective_ && isBeside(curve.extentsUnder(image_), reach_))
         return;
     if (!chainDistance(curve, kCoarse, reach_ + kCoarse))
         return;

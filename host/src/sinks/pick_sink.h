@@ -33,7 +33,7 @@ struct PickHit {
 /// A piece counts when its image meets the closed square of `reach` pixels each way about the pick
 /// point: a curve by its true image, a text by its box, a point by itself. Nothing is opened, and
 /// entities far from the box cost next to nothing.
-class PickSink final : public DrawSink {
+class PickSink : public DrawSink {
 public:
     enum class Keep {
         nearest, ///< only the nearest piece; of equally near ones the one drawn last
@@ -49,6 +49,9 @@ public:
 
     /// What was hit: with Keep::nearest at most one.
     const std::vector<PickHit>& hits() const { return hits_; }
+
+    /// False for a box whose image is nowhere near the pick box.
+    bool wants(const KdGeExtents3d& box) override;
 
     void segment(const KdGePoint3d& start, const KdGePoint3d& end) override;
     void curve(const KdGeCurve3d& curve) override;
@@ -93,8 +96,12 @@ private:
     /// How many pixels a unit along the curve can show as, near the pick box; for a perspective.
     double magnification(const KdGeCurve3d& curve) const;
 
-    /// True for a curve that is nowhere near the pick box; without perspective.
-    bool isBesideBox(const KdGeCurve3d& curve) const;
+    /// The image of a box through a perspective; empty behind the eye, none where only a part
+    /// lies behind it.
+    std::optional<KdGeExtents3d> imageInPerspective(const KdGeExtents3d& box) const;
+
+    /// True for an image that is nowhere near the pick box.
+    static bool isBeside(const KdGeExtents3d& image, double reach);
 
     void addHit(double distance);
     PickHit hitHere(double distance) const;

@@ -3,6 +3,10 @@
 #include "kd/db/tables.h"
 #include "kd/own/own.h"
 
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
 /// The order in which the entities of a block are drawn, first drawn first.
 class KdDbSortentsTable : public KdDbObject {
     KDRX_DECLARE_MEMBERS(KdDbSortentsTable)
@@ -25,6 +29,11 @@ public:
     explicit KdDbSortentsTable(KdDbObjectId block) : block_(block) {}
 
     std::vector<KdDbObjectId> fullDrawOrder() const;
+
+    KdDbObjectId block() const { return block_; }
+
+    /// The handles that entities are sorted by instead of their own.
+    std::unordered_map<KdDbObjectId, KdDbHandle> sortHandles() const;
 
     void describe(korra::ObjectVisitor& visitor) override;
 
@@ -74,7 +83,8 @@ private:
 class KdDbBlockTableRecord : public KdDbSymbolTableRecord {
     KDRX_DECLARE_MEMBERS(KdDbBlockTableRecord)
 public:
-    KdDbBlockTableRecord() = default;
+    KdDbBlockTableRecord();
+    ~KdDbBlockTableRecord() override;
 
     /// The base point, which an insertion puts at its insertion point.
     KdGePoint3d origin() const { return origin_; }
@@ -109,9 +119,11 @@ public:
     bool isIndispensable() const override;
 
 private:
+    friend class korra::BlockBoxes;
     friend class korra::ObjectAccess;
 
     korra::Owned<KdDbEntity> entities_;
     KdGePoint3d origin_;
     KdDbObjectId layout_;
+    mutable std::unique_ptr<korra::BlockBoxes> boxes_; ///< once they were asked for
 };

@@ -42,6 +42,16 @@ public:
                minimum_.z - margin <= other.maximum_.z && other.minimum_.z - margin <= maximum_.z;
     }
 
+    /// True for a box that would not grow this one; an empty one grows nothing.
+    bool contains(const KdGeExtents3d& other) const
+    {
+        return minimum_.x <= other.minimum_.x && other.maximum_.x <= maximum_.x &&
+               minimum_.y <= other.minimum_.y && other.maximum_.y <= maximum_.y &&
+               minimum_.z <= other.minimum_.z && other.maximum_.z <= maximum_.z;
+    }
+
+    friend bool operator==(const KdGeExtents3d&, const KdGeExtents3d&) = default;
+
 private:
     static constexpr double kBeyond = std::numeric_limits<double>::infinity();
 

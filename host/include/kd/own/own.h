@@ -13,6 +13,7 @@
 
 /// What the own parts name.
 namespace korra {
+class BlockBoxes;
 class DimensionSheet;
 class DrawSink;
 class MTextLayout;

@@ -3,6 +3,7 @@
 #include "kd/db/ids.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 class KdDbObject;
@@ -37,13 +38,21 @@ public:
     void reserveOne();
 
     /// Another list of objects that are in the database all the same.
-    void replace(Objects objects) { objects_ = std::move(objects); }
+    void replace(Objects objects)
+    {
+        objects_ = std::move(objects);
+        ++replacements_;
+    }
+
+    /// How often there was another list: since the last one objects were only appended.
+    std::uint64_t replacements() const { return replacements_; }
 
     /// The objects have come into a database, which deletes them.
     void handOver() { areOfDatabase_ = true; }
 
 private:
     Objects objects_;
+    std::uint64_t replacements_ = 0;
     bool areOfDatabase_ = false;
 };
 
