@@ -65,6 +65,19 @@ KdGeExtents3d BlockBoxes::bounds() const
     return bounds;
 }
 
+std::vector<KdDbObjectId> BlockBoxes::shownBlocks() const
+{
+    std::vector<KdDbObjectId> blocks;
+    for (const Shown& shown : shown_) {
+        const bool isUsed = std::ranges::any_of(shown.users, [&](std::uint32_t place) {
+            return !entity(place).isErased() && entity(place).shownBlock().block == shown.block;
+        });
+        if (isUsed)
+            blocks.push_back(shown.block);
+    }
+    return blocks;
+}
+
 /// Tells the blocks what has changed since this was called last.
 void BlockBoxes::hearOfChanges(DatabaseContents& contents)
 {

@@ -29,6 +29,9 @@ public:
     /// A box around everything; empty where there is nothing to see.
     KdGeExtents3d bounds() const;
 
+    /// The blocks that entities of this one show, those that are not erased.
+    std::vector<KdDbObjectId> shownBlocks() const;
+
     /// Calls `draw` with each entity that is not erased and whose box the sink wants: in drawing
     /// order where the sink needs it.
     template <class Draw>

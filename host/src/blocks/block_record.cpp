@@ -22,7 +22,7 @@ namespace {
 
 platform::Tally iterators("block iterator");
 
-/// True when a block is the wanted one or refers to it, at whatever depth.
+/// True when a block is the wanted one or shows it, at whatever depth.
 bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
 {
     std::vector<KdDbObjectId> pending{block};
@@ -35,11 +35,8 @@ bool leadsTo(KdDbObjectId block, KdDbObjectId wanted)
         const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(next);
         if (!record || !visited.insert(next).second)
             continue;
-        for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
-            const auto* const reference = KdDbBlockReference::cast(entity);
-            if (reference && !reference->isErased())
-                pending.push_back(reference->blockTableRecord());
-        }
+        for (const KdDbObjectId shown : korra::BlockBoxes::of(*record).shownBlocks())
+            pending.push_back(shown);
     }
     return false;
 }
