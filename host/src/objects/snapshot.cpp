@@ -1,9 +1,13 @@
 #include "objects/snapshot.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace korra {
 namespace {
+
+/// Entities have about as many, and there may be many of them to note.
+constexpr std::size_t kUsualValues = 16;
 
 /// Meets every value in one way, whatever its kind.
 template <class Each>
@@ -56,7 +60,12 @@ public:
         value = number != 0;
     }
 
-    void unsaved(KdGeMatrix3d& value) override { each_(value); }
+    /// Number by number, for a value of its size would make all of them large.
+    void unsaved(KdGeMatrix3d& value) override
+    {
+        for (auto& row : value.entry)
+            std::ranges::for_each(row, each_);
+    }
 
     void source(std::string& tags) override
     {
@@ -86,7 +95,8 @@ public:
             return;
         OwnedObjects::Objects list = objects.objects();
         each_(list);
-        objects.replace(std::move(list));
+        if (list != objects.objects())
+            objects.replace(std::move(list));
     }
 
 protected:
@@ -115,6 +125,7 @@ private:
 FieldValues valuesOf(const KdDbObject& object, Extent extent)
 {
     FieldValues values;
+    values.reserve(kUsualValues);
     const auto note = [&](auto& value) { values.emplace_back(value); };
     ValueVisitor visitor(note, extent);
     // Visitors share one form for reading and writing; this one leaves the object as it is.

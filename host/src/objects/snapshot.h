@@ -10,8 +10,8 @@ namespace korra {
 
 /// One value of what an object consists of.
 using FieldValue = SoundVariant<long long, double, std::wstring, KdGePoint3d, KdGeVector3d,
-                                KdGePoint2d, KdGeMatrix3d, KdDbObjectId, KdDbHandle, KdCmColor,
-                                std::string, std::vector<TypedValue>, OwnedObjects::Objects>;
+                                KdGePoint2d, KdDbObjectId, KdDbHandle, KdCmColor, std::string,
+                                std::vector<TypedValue>, OwnedObjects::Objects>;
 
 /// The values of an object in the order in which it names them; a list begins with the count of its
 /// elements.
