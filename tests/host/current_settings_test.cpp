@@ -138,6 +138,7 @@ TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
         EXPECT_EQ(fontOf(*style), Font(L"Arial", false, false, 0, 2, 0x20));
         EXPECT_EQ(fromKdDbTextStyle(drawn, id), Kdapi::eWasOpenForWrite);
         EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk);
+        EXPECT_EQ(fontOf(*style), Font(L"", false, false, 0, 0, 0));
     }
     const std::string text = drawingText(*drawing);
     EXPECT_THAT(text, AllOf(Not(HasSubstr("Arial")), HasSubstr("kept"), HasSubstr("1070\n5\n")));

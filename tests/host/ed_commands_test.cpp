@@ -8,6 +8,7 @@
 
 using namespace tests;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace {
 
@@ -83,6 +84,17 @@ TEST_F(CommandsTest, UserSystemsAreSetNamedAndRestored)
     EXPECT_THAT(printed(), HasSubstr("one line"));
     EXPECT_TRUE(userSystem().isEqualTo(first));
     EXPECT_FALSE(database().ucsname().isNull());
+}
+
+TEST_F(CommandsTest, NothingOfACommandIsLeftToTheNextOne)
+{
+    define(L"KEYWORD", L"KEYWORD", [] { kdedInitGet(0, L"World"); });
+    define(L"ASK", L"ASK", [] {
+        double value = 0;
+        EXPECT_EQ(kdedGetReal(L"", &value), RTNORM) << "a keyword of another command";
+    });
+    EXPECT_TRUE(run({"KEYWORD", "ASK", "World", "1", "SETVAR", "\\esc"}));
+    EXPECT_THAT(printed(), Not(HasSubstr("Unknown variable")));
 }
 
 TEST_F(CommandsTest, LayoutsAndViewportsAreEnteredAndLeft)

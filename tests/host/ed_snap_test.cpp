@@ -65,6 +65,15 @@ TEST_F(SnapTest, CrossingsNodesAndInsertionPointsUnderTheBox)
     expectSnap({5.2, 5.2, 0}, kAll, {5, 5, 0});
 }
 
+TEST_F(SnapTest, OfVeryManyCurvesTheNearestCross)
+{
+    for (int i = 0; i < 64; ++i)
+        addEntity(new KdDbLine({0, 2.03, 0}, {4, 2.03, 0}));
+    addEntity(new KdDbLine({0, 0, 0}, {4, 4, 0}));
+    addEntity(new KdDbLine({0, 4, 0}, {4, 0, 0}));
+    expectSnap({2, 2.001, 0}, L"INT", {2, 2, 0});
+}
+
 TEST_F(SnapTest, TheResultIsInTheUserSystemOrOnTheSheet)
 {
     addEntity(new KdDbLine({0, 0, 0}, {1, 0, 0}));

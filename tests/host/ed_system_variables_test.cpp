@@ -92,6 +92,7 @@ TEST_F(SystemVariablesTest, WithoutADocumentOnlyTheHostsOwnCanBeRead)
     EXPECT_EQ(variable(L"LTSCALE"), "none");
     EXPECT_EQ(variable(L"VIEWSIZE"), "none");
     EXPECT_FALSE(korra::setVariable("LTSCALE", "2"));
+    EXPECT_EQ(kdedSetCurrentUCS({}), Kdapi::eNoDocument);
 }
 
 } // namespace

@@ -89,6 +89,7 @@ TEST_F(EntityCurvesTest, ClosestPointOfAnExtendedArcLiesOnItsCircle)
     EXPECT_EQ(KdDbArc({0, 0, 0}, 0.0, 0.0, 1.0).geometry(), nullptr);
     const KdDbCircle point({0, 0, 0}, KdGeVector3d::kZAxis, 0.0);
     EXPECT_EQ(point.getClosestPointTo({1, 1, 1}, nearest), Kdapi::eDegenerateGeometry);
+    EXPECT_FALSE(point.isClosed() || arc.isClosed());
 }
 
 TEST_F(EntityCurvesTest, PolylineSegmentsTellTheirKindAndShape)

@@ -116,6 +116,7 @@ TEST(GeCircArc, ATransformThatMakesAnEllipseIsRefused)
                                        KdGeMatrix3d::scaling(KdGeScale3d(1, 2, 1))})
         EXPECT_FALSE(arc.transformBy(matrix));
     EXPECT_EQ(arc.center(), KdGePoint3d(1, 2, 3));
+    EXPECT_FALSE(segment({1, 2, 3}, {4, 5, 6})->transformBy(perspective));
 }
 
 TEST(GeCurve, SimilaritiesCarryEveryPointAndReversalTurnsTheParameter)

@@ -149,6 +149,7 @@ TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
     korra::IdMap map;
     korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(other_->blockTableId()), map);
     EXPECT_EQ(map.at(walls), theirs);
+    EXPECT_FALSE(other_->contents().record(korra::TableKind::block, L"Inner").isNull());
     EXPECT_EQ(map.at(circle).database(), other_.get());
     const auto graphics = ObjectAccess::live<KdDbDimension>(map.at(dimension))->dimBlockId();
     EXPECT_NE(ObjectAccess::live<KdDbBlockTableRecord>(graphics)->name(), L"*D1");

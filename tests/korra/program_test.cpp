@@ -92,12 +92,13 @@ TEST_F(ProgramTest, OptionsAreTakenOrRefused)
 
 TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
 {
-    const Outcome saved =
-        run("--save @out.dxf", "SETVAR\nLTSCALE\n7.25\nUCS\n10,0\n10,5\n0,0\nUCS\nNAME\nMy\n");
+    const Outcome saved = run("--save @out.dxf", "ZOOM\n0,0\n4,3\nSETVAR\nLTSCALE\n7.25\n"
+                                                 "UCS\n10,0\n10,5\n0,0\nUCS\nNAME\nMy\n");
     ASSERT_EQ(saved.status, 0) << saved.errors;
-    const Outcome read = run("@out.dxf", "SETVAR\nLTSCALE\n\nSETVAR\nUCSNAME\n\nSETVAR\nUCSORG\n");
+    const Outcome read = run(
+        "@out.dxf", "SETVAR\nLTSCALE\n\nSETVAR\nUCSNAME\n\nSETVAR\nUCSORG\n\nSETVAR\nVIEWSIZE\n");
     EXPECT_EQ(read.status, 0) << read.errors;
-    for (const char* value : {"<7.25>", "<My>", "<10,0,0>"})
+    for (const char* value : {"<7.25>", "<My>", "<10,0,0>", "<3>"})
         EXPECT_THAT(read.out, HasSubstr(value));
 }
 

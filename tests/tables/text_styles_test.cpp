@@ -146,6 +146,13 @@ TEST_F(TextStylesTest, MakingLeavesAMissingBigFontOut)
     EXPECT_EQ(styleText(), "[plain.shx|] [ 0 0 0] 0.7 30");
 }
 
+TEST_F(TextStylesTest, FilesTakeThePlaceOfAFontOfTheDefaultCharacterSet)
+{
+    make(windowsFont(L"DejaVu Sans"));
+    EXPECT_THAT(tracedCalls([] { change({}); }),
+                Contains(HasSubstr("setFont(\"\", 0, 0, 1, 2, 0)")));
+}
+
 TEST_F(TextStylesTest, AStyleForDrawingIsNeverUnderlined)
 {
     make({});
