@@ -1,7 +1,7 @@
 #include "orvex/objects.h"
 
-#include "support/library_test.h"
 #include "support/opened.h"
+#include "support/room_test.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "kd/rx.h"
 #include "korra/console.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/variables.h"
 
 namespace {

@@ -1,17 +1,12 @@
 // Objects: opening, closing, erasing, ids and what becomes of them.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "objects/object_access.h"
 
 #include <cstdint>
 #include <memory>
 
-using ::testing::HasSubstr;
-using ::testing::UnorderedElementsAre;
-
-namespace tests {
 namespace {
 
 using enum KdDb::OpenMode;
@@ -159,4 +154,3 @@ TEST_F(ObjectTest, TheAuditNamesWhatIsLeftOver)
 }
 
 } // namespace
-} // namespace tests

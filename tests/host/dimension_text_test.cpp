@@ -1,10 +1,9 @@
 #include "dimension_test.h"
+#include "support/room_test.h"
 
 #include "dimensions/dimension_text.h"
 
 #include <numbers>
-
-using namespace tests;
 
 namespace {
 

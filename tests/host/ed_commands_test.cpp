@@ -1,14 +1,9 @@
 #include "kd/ap.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 #include "support/variables.h"
 
 #include <stdexcept>
-
-using namespace tests;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 namespace {
 
@@ -35,8 +30,7 @@ protected:
 
     static bool run(const std::vector<std::string>& lines)
     {
-        for (const std::string& line : lines)
-            korra::queueInput(line);
+        give(lines);
         return korra::runCommands();
     }
 

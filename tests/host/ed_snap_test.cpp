@@ -1,9 +1,6 @@
 #include "kd/ed.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
-
-using namespace tests;
+#include "support/room_test.h"
 
 namespace {
 
@@ -40,11 +37,7 @@ TEST_F(SnapTest, TheNearestCandidateOfTheGeometryUnderTheBoxWins)
 
 TEST_F(SnapTest, CurvesSnapByTheirPieces)
 {
-    auto* const polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {4, 0}, 1.0); // a half circle below, to (8, 0)
-    polyline->addVertexAt(2, {8, 0});
-    addEntity(polyline);
+    addEntity(newPolyline({{0, 0}, {4, 0, 1.0}, {8, 0}})); // ends in a half circle below
     expectSnap({2.5, 0, 0}, L"MID", {2, 0, 0});
     expectSnap({2.5, 0, 0}, L"END", {4, 0, 0});
     expectSnap({6.2, -2, 0}, L"MID", {6, -2, 0});

@@ -1,6 +1,6 @@
 // Support files, and list-processing functions that are called by name.
 
-#include "support/host_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 #include "kd/resbuf.h"
@@ -8,7 +8,6 @@
 
 #include <filesystem>
 
-namespace tests {
 namespace {
 
 namespace fs = std::filesystem;
@@ -71,14 +70,12 @@ protected:
 
 TEST_F(Invoking, TheColorQuestionTakesNumbersAndNamesUntilOneIsGood)
 {
-    for (const char* line : {"300", "blue", "5", "bylayer", ""})
-        korra::queueInput(line);
+    give({"300", "blue", "5", "bylayer", ""});
     EXPECT_EQ(invoke(L"KORRA_COLORDLG", 7), 5);
-    EXPECT_THAT(printed(), ::testing::HasSubstr("Not a colour."));
+    EXPECT_THAT(printed(), HasSubstr("Not a colour."));
     EXPECT_EQ(invoke(L"korra_colordlg", 7), 256);
     EXPECT_EQ(invoke(L"korra_colordlg", 0), 0);
     EXPECT_EQ(invoke(L"korra_colordlg", 7), std::nullopt); // the input has ended
 }
 
 } // namespace
-} // namespace tests

@@ -1,9 +1,7 @@
 #include "ed/system_variables.h"
 
-#include "support/host_test.h"
+#include "support/room_test.h"
 #include "support/variables.h"
-
-using namespace tests;
 
 namespace {
 
@@ -69,8 +67,7 @@ TEST_F(SystemVariablesTest, ViewVariablesFollowTheViewAndWhatIsShown)
 {
     EXPECT_EQ(variable(L"EXTMIN"), "1e+20,1e+20,1e+20") << "nothing is shown";
     addEntity(new KdDbCircle({5, 5, 1}, KdGeVector3d::kZAxis, 2.0));
-    korra::queueInput("2,2");
-    korra::queueInput("4,3");
+    give({"2,2", "4,3"});
     ASSERT_TRUE(korra::runCommand("ZOOM"));
     const std::pair<const wchar_t*, const char*> variables[] = {
         {L"SCREENSIZE", "800,600,0"},

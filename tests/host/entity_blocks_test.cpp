@@ -1,14 +1,11 @@
 #include "host/recording_sink.h"
 #include "support/ge_samples.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "blocks/draw_block.h"
 #include "objects/contents.h"
 
 #include <cmath>
-
-using namespace tests;
 
 namespace {
 
@@ -72,8 +69,8 @@ TEST_F(EntityBlocksTest, NestedExtentsAreExactUnderTurnsAndUnequalScales)
 TEST_F(EntityBlocksTest, WhatIsErasedInvisibleOrOnHiddenLayersIsNotDrawn)
 {
     const KdDbObjectId zero = database().contents().record(korra::TableKind::layer, L"0");
-    const KdDbObjectId own = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Own");
-    const KdDbObjectId references = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"References");
+    const KdDbObjectId own = addLayer(L"Own");
+    const KdDbObjectId references = addLayer(L"References");
     addEntityToBlock(L"Part", lineOn(zero));
     addEntityToBlock(L"Part", lineOn(own));
     auto* reference = new KdDbBlockReference(KdGePoint3d(0, 0, 0), blockId(L"Part"));

@@ -1,9 +1,7 @@
 #include "support/ge_samples.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <cmath>
-
-using namespace tests;
 
 namespace {
 
@@ -11,12 +9,8 @@ class EntityCurvesTest : public HostTest {};
 
 std::unique_ptr<KdDbPolyline> roundedCorner()
 {
-    auto polyline = std::make_unique<KdDbPolyline>();
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {10, 0}, std::tan(kPi / 8));
-    polyline->addVertexAt(2, {15, 5}, -1.0);
-    polyline->addVertexAt(3, {15, 11});
-    return polyline;
+    return std::unique_ptr<KdDbPolyline>(
+        newPolyline({{0, 0}, {10, 0, std::tan(kPi / 8)}, {15, 5, -1.0}, {15, 11}}));
 }
 
 std::vector<std::unique_ptr<KdDbCurve>> sampleCurves()

@@ -1,12 +1,11 @@
 #include "blocks/draw_block.h"
 #include "objects/object_access.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include "sinks/pick_sink.h"
 
 #include <cmath>
 
-using namespace tests;
 using korra::PickHit;
 using korra::PickSink;
 
@@ -61,10 +60,7 @@ TEST_F(PickSinkTest, CurvesAreMeasuredByTheirTrueImageAndMarkedBySegments)
         EXPECT_NEAR(hitAt(50.1 * std::cos(angle), 50.1 * std::sin(angle)).distance, 1.0, 1e-5);
     EXPECT_TRUE(pick(49.5 * std::cos(0.8), 49.5 * std::sin(0.8)).empty());
 
-    auto* polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {10, 0}, 1.0);
-    polyline->addVertexAt(2, {10, 10});
+    auto* const polyline = newPolyline({{0, 0}, {10, 0, 1.0}, {10, 10}});
     polyline->setClosed(true);
     addEntity(polyline);
     EXPECT_EQ(hitAt(15, 5).marker, 2);

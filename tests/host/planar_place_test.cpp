@@ -2,13 +2,11 @@
 
 #include "dxf_samples.h"
 #include "support/ge_samples.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <cstdlib>
 #include <map>
 #include <sstream>
-
-using namespace tests;
 
 namespace {
 

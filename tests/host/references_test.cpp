@@ -1,7 +1,6 @@
 // What objects refer to and own: other drawings, names of records, erasing and copies.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "korra/host.h"
 #include "objects/contents.h"
@@ -12,7 +11,6 @@
 
 using korra::ObjectAccess;
 
-namespace tests {
 namespace {
 
 class ReferencesTest : public HostTest {
@@ -21,11 +19,7 @@ protected:
     template <class Table, class Record>
     KdDbObjectId addToOther(const wchar_t* name)
     {
-        KdDbDatabase& here = database();
-        kddbHostApplicationServices()->setWorkingDatabase(other_.get());
-        const KdDbObjectId id = addRecord<Table, Record>(name);
-        kddbHostApplicationServices()->setWorkingDatabase(&here);
-        return id;
+        return addRecord<Table, Record>(name, other_.get());
     }
 
     std::unique_ptr<KdDbDatabase> other_ = std::make_unique<KdDbDatabase>(true, true);
@@ -115,7 +109,7 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
     const auto walls = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
     const auto narrow = addToOther<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Narrow");
     const auto dashed = addToOther<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
-    const auto ownWalls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
+    const auto ownWalls = addLayer(L"WALLS");
     KdDbText text({0, 0, 0}, L"a", 1.0);
     text.setLayer(walls);
     text.setTextStyle(narrow);
@@ -136,7 +130,7 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 
 TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
 {
-    const auto walls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    const auto walls = addLayer(L"Walls");
     const auto circle =
         addEntityToBlock(L"Inner", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
     addEntityToBlock(L"Outer", new KdDbBlockReference(KdGePoint3d(1, 2, 3), blockId(L"Inner")));
@@ -171,4 +165,3 @@ TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)
 }
 
 } // namespace
-} // namespace tests

@@ -1,7 +1,7 @@
 #include "kd/ap.h"
 #include "kd/rx.h"
 #include "korra/modules.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 #include <filesystem>

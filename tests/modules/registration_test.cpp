@@ -3,8 +3,8 @@
 #include "kd/rx.h"
 #include "korra/console.h"
 #include "korra/modules.h"
-#include "support/library_test.h"
 #include "support/resbuf_list.h"
+#include "support/room_test.h"
 
 namespace {
 

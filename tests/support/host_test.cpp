@@ -16,6 +16,12 @@ void startFreshHost()
     korra::takePrintedText();
 }
 
+void give(const std::vector<std::string>& lines)
+{
+    for (const std::string& line : lines)
+        korra::queueInput(line);
+}
+
 void HostTest::SetUp()
 {
     startFreshHost();

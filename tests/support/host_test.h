@@ -30,6 +30,9 @@ protected:
     static std::string printed() { return korra::takePrintedText(); }
 };
 
+/// Input that waits, a line each.
+void give(const std::vector<std::string>& lines);
+
 /// Starts a fresh host with one new drawing and records fatal stops.
 void startFreshHost();
 

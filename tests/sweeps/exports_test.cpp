@@ -133,73 +133,71 @@ void withOpen(KdDbObjectId id, Call call)
         call(object.get());
 }
 
+/// What picks and copies give.
+struct Outputs {
+    Outputs() = default;
+
+    ~Outputs() { delete copy; }
+
+    Outputs(const Outputs&) = delete;
+    Outputs& operator=(const Outputs&) = delete;
+
+    KdDbObjectId id, viewport, nested;
+    KdGePoint3d point;
+    KdGeMatrix3d transform;
+    KdDbEntity* copy = nullptr;
+    double value = 0;
+};
+
 /// @param pick  EntSelEx or EntSelExEx
 template <class Pick>
 void pickNested(Pick pick, const char* input)
 {
-    KdDbObjectId id, viewport, nested;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
+    Outputs to;
     korra::queueInput(input);
-    pick(L"", id, viewport, point, nested, transform);
+    pick(L"", to.id, to.viewport, to.point, to.nested, to.transform);
 }
 
 void pickTop(const char* input)
 {
-    KdDbObjectId id, viewport;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    for (int i = 0; i < 2; ++i)
-        korra::queueInput(input);
-    EntSel_(L"", id, point);
-    NEntSelP(L"", id, viewport, point, 0, transform);
-}
-
-void copyPicked(const char* input)
-{
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    KdDbObjectId id, outer;
-    KdGeMatrix3d transform;
-    korra::queueInput(input);
-    rx_entsel(nullptr, entity, point, id, outer, &transform);
-    delete entity;
-}
-
-void copyOrCursor(const char* input)
-{
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    KdDbObjectId id;
-    korra::queueInput(input);
-    rx_entsel_ext(nullptr, entity, point, id, nullptr);
-    delete entity;
+    Outputs to;
+    give({input, input});
+    EntSel_(L"", to.id, to.point);
+    NEntSelP(L"", to.id, to.viewport, to.point, 0, to.transform);
 }
 
 void pickAt(const KdGePoint3d& point)
 {
-    KdDbObjectId id, viewport;
-    KdGePoint3d place = point;
-    KdGeMatrix3d transform;
-    NEntSelP(L"", id, viewport, place, 1, transform);
+    Outputs to;
+    to.point = point;
+    NEntSelP(L"", to.id, to.viewport, to.point, 1, to.transform);
+}
+
+void copyPicked(const char* input)
+{
+    Outputs to;
+    korra::queueInput(input);
+    rx_entsel(nullptr, to.copy, to.point, to.id, to.nested, &to.transform);
+}
+
+void copyOrCursor(const char* input)
+{
+    Outputs to;
+    korra::queueInput(input);
+    rx_entsel_ext(nullptr, to.copy, to.point, to.id, nullptr);
 }
 
 void copyWithValue(const char* answer)
 {
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    double value = 0;
-    korra::queueInput("Value");
-    korra::queueInput(answer);
-    rx_entsel(nullptr, L"\nValue: ", L"Value", entity, point, value, nullptr);
-    delete entity;
+    Outputs to;
+    give({"Value", answer});
+    rx_entsel(nullptr, L"\nValue: ", L"Value", to.copy, to.point, to.value, nullptr);
 }
 
 void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
 {
-    KdDbEntity* edge = nullptr;
-    GetSubEntByPt(id, point, edge, nullptr);
-    delete edge;
+    Outputs to;
+    GetSubEntByPt(id, point, to.copy, nullptr);
 }
 
 void copySaver()

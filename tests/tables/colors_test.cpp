@@ -1,7 +1,7 @@
 #include "orvex/colors.h"
 #include "orvex/system_variables.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 namespace {
 

@@ -24,11 +24,11 @@ Operation* hostsOwn(const char* symbol)
     return reinterpret_cast<Operation*>(dlsym(RTLD_NEXT, symbol));
 }
 
-/// "FILEDIA" while a test makes a text of it; else null, and the variable is the host's.
-std::wstring* fileDialogsText = nullptr;
+/// While it holds "FILEDIA" is the text "on", and no variable of the host's.
+bool fileDialogsAreText = false;
 
-/// What "FILEDIA" was set to as a number.
-std::vector<int> fileDialogsSet;
+/// What "FILEDIA" was set to.
+std::vector<std::wstring> fileDialogsWritten;
 
 int fileDialogs()
 {
@@ -102,10 +102,10 @@ TEST_F(LinetypesTest, LoadsAgainOnlyWhenTold)
     EXPECT_THAT(tracedOperations([&] { EXPECT_EQ(load(L" a ", KdDb::kEnglish), 1); }),
                 Not(Contains("kdedFindFile")));
     EXPECT_DOUBLE_EQ(patternLength(L"A"), 12);
-    fileDialogsSet.clear();
+    fileDialogsWritten.clear();
     EXPECT_EQ(load(L"A", KdDb::kEnglish, 1), 1);
     EXPECT_DOUBLE_EQ(patternLength(L"A"), 1.5);
-    EXPECT_THAT(fileDialogsSet, ElementsAre(0, 1)) << "off and on";
+    EXPECT_THAT(fileDialogsWritten, ElementsAre(L"0", L"1")) << "off and on";
 }
 
 TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
@@ -130,11 +130,11 @@ TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
 
 TEST_F(LinetypesTest, FileDialogsThatAreATextComeBackAsText)
 {
-    std::wstring text = L"on";
-    fileDialogsText = &text;
+    fileDialogsWritten.clear();
+    fileDialogsAreText = true;
     EXPECT_EQ(load(L"A", KdDb::kMetric), 1);
-    fileDialogsText = nullptr;
-    EXPECT_EQ(text, L"on, written");
+    fileDialogsAreText = false;
+    EXPECT_THAT(fileDialogsWritten, ElementsAre(L"on"));
 }
 
 TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
@@ -154,21 +154,20 @@ TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
 
 int kdedGetVar(const wchar_t* name, resbuf* result)
 {
-    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA")
+    if (!fileDialogsAreText || std::wstring_view(name) != L"FILEDIA")
         return hostsOwn<decltype(kdedGetVar)>("_Z10kdedGetVarPKwP6resbuf")(name, result);
     result->restype = RTSTR;
-    result->resval.rstring = kdapi_copyString(fileDialogsText->c_str());
+    result->resval.rstring = kdapi_copyString(L"on");
     return RTNORM;
 }
 
 int kdedSetVar(const wchar_t* name, const resbuf* value)
 {
-    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA") {
-        if (std::wstring_view(name) == L"FILEDIA")
-            fileDialogsSet.push_back(value->resval.rint);
-        return hostsOwn<decltype(kdedSetVar)>("_Z10kdedSetVarPKwPK6resbuf")(name, value);
-    }
-    EXPECT_EQ(value->restype, RTSTR);
-    *fileDialogsText = value->resval.rstring + std::wstring(L", written");
-    return RTNORM;
+    const bool isFileDialogs = std::wstring_view(name) == L"FILEDIA";
+    if (isFileDialogs)
+        fileDialogsWritten.push_back(value->restype == RTSTR ? value->resval.rstring
+                                                             : std::to_wstring(value->resval.rint));
+    return isFileDialogs && fileDialogsAreText
+               ? RTNORM
+               : hostsOwn<decltype(kdedSetVar)>("_Z10kdedSetVarPKwPK6resbuf")(name, value);
 }

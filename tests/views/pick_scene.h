@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 /// What the pick tests pick in, all on the model tab:
 ///   a line from (0,0) to (10,0);
@@ -18,11 +18,7 @@ struct PickScene {
 /// A light polyline (0,50) to (10,50), then a half circle to (10,60).
 inline KdDbPolyline* newPickPolyline()
 {
-    auto* const polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 50});
-    polyline->addVertexAt(1, {10, 50}, 1.0);
-    polyline->addVertexAt(2, {10, 60});
-    return polyline;
+    return tests::newPolyline({{0, 50}, {10, 50, 1.0}, {10, 60}});
 }
 
 inline PickScene makePickScene()
