@@ -1,7 +1,6 @@
 #include "orvex/shell.h"
 
 #include "kd/rx.h"
-#include "korra/console.h"
 #include "support/room_test.h"
 #include "support/variables.h"
 

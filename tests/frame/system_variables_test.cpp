@@ -1,6 +1,5 @@
 #include "orvex/system_variables.h"
 
-#include "kd/ed.h"
 #include "support/room_test.h"
 
 namespace {

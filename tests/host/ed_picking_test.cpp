@@ -1,5 +1,3 @@
-#include "kd/ed.h"
-
 #include "ed/views.h"
 #include "support/room_test.h"
 

@@ -1,5 +1,3 @@
-#include "kd/ed.h"
-
 #include "support/room_test.h"
 
 namespace {

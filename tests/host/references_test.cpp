@@ -2,7 +2,6 @@
 
 #include "support/room_test.h"
 
-#include "korra/host.h"
 #include "objects/contents.h"
 #include "objects/deep_copy.h"
 #include "objects/references.h"

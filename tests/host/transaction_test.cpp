@@ -5,7 +5,6 @@
 #include "support/room_test.h"
 
 #include "kd/ap.h"
-#include "korra/host.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 #include "kd/ap.h"
-#include "kd/ed.h"
 #include "kd/rx.h"
-#include "korra/console.h"
 #include "korra/modules.h"
 #include "support/resbuf_list.h"
 #include "support/room_test.h"

@@ -158,21 +158,6 @@ void pickNested(Pick pick, const char* input)
     pick(L"", to.id, to.viewport, to.point, to.nested, to.transform);
 }
 
-void pickTop(const char* input)
-{
-    Outputs to;
-    give({input, input});
-    EntSel_(L"", to.id, to.point);
-    NEntSelP(L"", to.id, to.viewport, to.point, 0, to.transform);
-}
-
-void pickAt(const KdGePoint3d& point)
-{
-    Outputs to;
-    to.point = point;
-    NEntSelP(L"", to.id, to.viewport, to.point, 1, to.transform);
-}
-
 void copyPicked(const char* input)
 {
     Outputs to;
@@ -187,24 +172,10 @@ void copyOrCursor(const char* input)
     rx_entsel_ext(nullptr, to.copy, to.point, to.id, nullptr);
 }
 
-void copyWithValue(const char* answer)
-{
-    Outputs to;
-    give({"Value", answer});
-    rx_entsel(nullptr, L"\nValue: ", L"Value", to.copy, to.point, to.value, nullptr);
-}
-
 void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
 {
     Outputs to;
     GetSubEntByPt(id, point, to.copy, nullptr);
-}
-
-void copySaver()
-{
-    const CQM_DimStyleServer saver(L"Second");
-    CQM_DimStyleServer copy(saver);
-    copy = saver;
 }
 
 struct Export {
@@ -311,15 +282,15 @@ const Export kExports[] = {
     {"PickMissed", scene, [](const Ids&) { pickNested(EntSelEx, "\\miss"); }},
     {"PickOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "109,0"); }, Faults::single},
     {"PickMissedOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "\\miss"); }, Faults::single},
-    {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
-    {"PickAtPoint", scene, [](const Ids&) { pickAt({109, 0, 0}); }},
+    {"PickOfTop", scene, [](const Ids&) { Outputs to; give({"109,0", "109,0"}); EntSel_(L"", to.id, to.point); NEntSelP(L"", to.id, to.viewport, to.point, 0, to.transform); }},
+    {"PickAtPoint", scene, [](const Ids&) { Outputs to; to.point = {109, 0, 0}; NEntSelP(L"", to.id, to.viewport, to.point, 1, to.transform); }},
     {"PickWithoutCopy", scene, [](const Ids&) { KdDbObjectId id; KdGePoint3d point; korra::queueInput("109,0"); rx_entsel(nullptr, id, point, nullptr); }},
     {"CopyOrCursor", scene, [](const Ids&) { copyOrCursor("109,0"); }, Faults::single},
     {"CopyMissedOrCursor", scene, [](const Ids&) { copyOrCursor("\\miss"); }, Faults::single},
     {"CopyOfNested", scene, [](const Ids&) { copyPicked("109,0"); }},
     {"CopyOfSegment", scene, [](const Ids&) { copyPicked("15,55"); }},
     {"CopyThroughWindow", sceneUnderSheet, [](const Ids&) { copyPicked("318,100"); }},
-    {"CopyWithValue", scene, [](const Ids&) { copyWithValue("2.5"); }},
+    {"CopyWithValue", scene, [](const Ids&) { Outputs to; give({"Value", "2.5"}); rx_entsel(nullptr, L"\nValue: ", L"Value", to.copy, to.point, to.value, nullptr); }},
     {"GetSubEntByPt", scene, [](const Ids& ids) { edgeAt(ids[0], {4, 50, 0}); }},
     {"GetSubEntByPtNested", scene, [](const Ids& ids) { edgeAt(ids[0], {109, 0, 0}); }},
 
@@ -330,7 +301,7 @@ const Export kExports[] = {
     {"OrthomodeServer", nothing, [](const Ids&) { const CQM_OrthomodeServer saver(true); }},
     {"LayerServer", house, [](const Ids&) { const CQM_LayerServer saver(L"Second"); }},
     {"TextStyleServer", house, [](const Ids&) { const CQM_TextStyleServer saver(L"Second"); }},
-    {"DimStyleServer", house, [](const Ids&) { copySaver(); }},
+    {"DimStyleServer", house, [](const Ids&) { const CQM_DimStyleServer saver(L"Second"); CQM_DimStyleServer copy(saver); copy = saver; }},
     {"DocLockServer", nothing, [](const Ids&) { const CQM_DocLockServer saver; }},
     {"UcsServer", movedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},
     {"UcsServerNamed", namedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},

@@ -29,7 +29,18 @@ std::unique_ptr<KdDb3dPolyline> copyOfForeign()
 
 /// What the operations work on. What is in the drawing is open for writing, the rest free-standing.
 struct Sheet {
-    Open<KdDbBlockTableRecord> block{blockOfLines()};
+    Sheet()
+    {
+        layer->setName(kLong.c_str());
+        const Open<KdDbDimStyleTableRecord> other(otherStyle);
+        other->setDimgap(3.0);
+        other->setDimscale(2.0);
+    }
+
+    KdDbObjectId inBlock = addEntityToBlock(L"Lines", new KdDbLine);
+    KdDbObjectId besideIt = addEntityToBlock(L"Lines", new KdDbLine);
+    KdDbObjectId otherStyle = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Other");
+    Open<KdDbBlockTableRecord> block{blockId(L"Lines")};
     Open<KdDbLayerTable> layers{drawing()->layerTableId()};
     Open<KdDbLinetypeTableRecord> linetype{
         addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed")};
@@ -40,35 +51,11 @@ struct Sheet {
     Open<KdDbPolyline> polyline{addEntity(new KdDbPolyline)};
     Open<KdDb3dPolyline> path{addEntity(new KdDb3dPolyline)};
     Open<KdDbBlockTableRecord> space{drawing()->currentSpaceId()};
-    KdDbObjectId otherStyle = styleOfOtherSizes();
     std::unique_ptr<KdDb3dPolyline> copy = copyOfForeign();
     std::unique_ptr<KdDbVertex> vertex = std::make_unique<KdDbVertex>();
-    std::unique_ptr<KdDbLayerTableRecord> layer = namedLayer();
+    std::unique_ptr<KdDbLayerTableRecord> layer = std::make_unique<KdDbLayerTableRecord>();
     std::unique_ptr<KdDbDictionary> entry = std::make_unique<KdDbDictionary>();
     List data = listOf(kData);
-
-    static std::unique_ptr<KdDbLayerTableRecord> namedLayer()
-    {
-        auto layer = std::make_unique<KdDbLayerTableRecord>();
-        layer->setName(kLong.c_str());
-        return layer;
-    }
-
-    static KdDbObjectId styleOfOtherSizes()
-    {
-        const auto id = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Other");
-        const Open<KdDbDimStyleTableRecord> style(id);
-        style->setDimgap(3.0);
-        style->setDimscale(2.0);
-        return id;
-    }
-
-    static KdDbObjectId blockOfLines()
-    {
-        addEntityToBlock(L"Lines", new KdDbLine);
-        addEntityToBlock(L"Lines", new KdDbLine);
-        return blockId(L"Lines");
-    }
 };
 
 struct Operation {

@@ -14,10 +14,7 @@ protected:
         dimension_ = addEntity(newDimension());
     }
 
-    std::string data() const
-    {
-        return dataOf(*Open<KdDbDimension>(dimension_, KdDb::kForRead), L"ACAD");
-    }
+    std::string data() const { return dataOf(*Open<KdDbDimension>(dimension_, KdDb::kForRead)); }
 
     void store(const std::string& line) const { setData(*Open<KdDbDimension>(dimension_), line); }
 

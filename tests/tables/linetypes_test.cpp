@@ -1,6 +1,6 @@
 #include "orvex/linetypes.h"
-#include "orvex/system_variables.h"
 
+#include "support/variables.h"
 #include "tables/linetype_files_test.h"
 #include "tables/messages.h"
 
@@ -29,13 +29,6 @@ bool fileDialogsAreText = false;
 
 /// What "FILEDIA" was set to.
 std::vector<std::wstring> fileDialogsWritten;
-
-int fileDialogs()
-{
-    int value = -1;
-    QmSysVarMgr::GetSysIntValue(value, L"FILEDIA");
-    return value;
-}
 
 class LinetypesTest : public LinetypeFilesTest {
 protected:
@@ -92,7 +85,7 @@ TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
         EXPECT_EQ(load(name, measurement), result);
         EXPECT_DOUBLE_EQ(patternLength(CString(name).Trim()), length);
         EXPECT_EQ(printed(), "");
-        EXPECT_EQ(fileDialogs(), 1);
+        EXPECT_EQ(variable(L"FILEDIA"), "1");
     }
 }
 
