@@ -55,22 +55,24 @@ TEST_F(ColorsTest, TheBackgroundIsThatOfTheCurrentView)
 
 TEST_F(ColorsTest, TheDialogAsksUntilItGetsAnIndex)
 {
-    // What is current, the answers, the result and the index.
-    const std::tuple<unsigned short, std::vector<std::string>, int, int> cases[] = {
-        {7, {"300", "blue", "30"}, 1, 30},
-        {7, {"bylayer"}, 1, 256},
-        {0, {""}, 1, 0},
-        {256, {""}, 1, 256},
-        {7, {"\\esc"}, 0, -1},
-        {257, {}, 0, -1}};
-    for (const auto& [current, answers, result, index] : cases) {
+    // What is current and how it is shown; the answers, the result and the index.
+    const std::tuple<unsigned short, const char*, std::vector<std::string>, int, int> cases[] = {
+        {7, "<7>", {"300", "blue", "30"}, 1, 30},
+        {7, "<7>", {"bylayer"}, 1, 256},
+        {0, "<BYBLOCK>", {""}, 1, 0},
+        {256, "<BYLAYER>", {""}, 1, 256},
+        {7, "<7>", {"\\esc"}, 0, -1},
+        {257, "", {}, 0, -1},
+    };
+    for (const auto& [current, shown, answers, result, index] : cases) {
         int chosen = -1;
         give(answers);
         EXPECT_EQ(Orvex::InvokeColorDlg(current, chosen), result) << current;
         EXPECT_EQ(chosen, index) << current;
         const std::string asked = printed();
-        EXPECT_EQ(asked.find("Not a colour.") != asked.npos, answers.size() > 1);
+        EXPECT_THAT(asked, HasSubstr(shown));
         EXPECT_EQ(asked.empty(), answers.empty());
+        EXPECT_EQ(asked.find("Not a colour.") != asked.npos, answers.size() > 1);
     }
 }
 
