@@ -30,16 +30,9 @@ std::vector<KdDbObjectId> drawOrder()
     return {order.begin(), order.end()};
 }
 
-/// Posts a line to the working database; ends what is refused.
 Kdapi::ErrorStatus postLine()
 {
-    KdDbLine* line = newLine();
-    const Kdapi::ErrorStatus status = postToDb(line, drawing());
-    if (line->objectId().isNull())
-        delete line;
-    else if (status != Kdapi::eOk)
-        line->close();
-    return status;
+    return addLineBy([](KdDbLine* line) { return postToDb(line, drawing()); });
 }
 
 class ObjectsTest : public HostTest {};

@@ -2,7 +2,7 @@
 
 #include "support/room_test.h"
 
-#include "objects/object_access.h"
+#include "objects/contents.h"
 
 #include <cstdint>
 #include <memory>
@@ -101,6 +101,7 @@ TEST_F(ObjectTest, TheDrawingKeepsWhatItCannotDoWithout)
 {
     for (const KdDbObjectId id :
          {database().layerTableId(), database().clayer(), database().continuousLinetype(),
+          database().contents().record(korra::TableKind::linetype, L"ByBlock"),
           database().currentSpaceId(), database().namedObjectsDictionaryId(),
           database().layoutDictionaryId()})
         EXPECT_EQ(Open<KdDbObject>(id)->erase(), Kdapi::eObjectInUse) << traceForm(id);

@@ -16,8 +16,16 @@ TEST_F(SystemVariablesTest, EveryVariableReadsAsItsType)
         if (value.restype == RTSTR)
             kdapi_free(value.resval.rstring);
     }
-    EXPECT_EQ(variable(L"cmdecho"), "1");
     EXPECT_EQ(variable(L"NOSUCHNAME"), "none");
+}
+
+TEST_F(SystemVariablesTest, ANewDrawingHasTheDefaultsOfTheFormat)
+{
+    const std::pair<const wchar_t*, const char*> defaults[] = {
+        {L"cmdecho", "1"}, {L"CELTSCALE", "1"}, {L"TEXTSIZE", "2.5"}, {L"LUNITS", "2"},
+        {L"LUPREC", "4"},  {L"ATTMODE", "1"},   {L"FILLMODE", "1"},   {L"LIMMAX", "12,9,0"}};
+    for (const auto& [name, value] : defaults)
+        EXPECT_EQ(variable(name), value);
 }
 
 TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)

@@ -14,13 +14,6 @@ namespace {
 
 class ReferencesTest : public HostTest {
 protected:
-    /// Adds a record to a table of the other drawing.
-    template <class Table, class Record>
-    KdDbObjectId addToOther(const wchar_t* name)
-    {
-        return addRecord<Table, Record>(name, other_.get());
-    }
-
     std::unique_ptr<KdDbDatabase> other_ = std::make_unique<KdDbDatabase>(true, true);
 
     void TearDown() override
@@ -71,7 +64,8 @@ TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)
 
 TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
 {
-    const KdDbObjectId block = addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"Theirs");
+    const KdDbObjectId block =
+        addRecord<KdDbBlockTable, KdDbBlockTableRecord>(L"Theirs", other_.get());
     KdDbLine foreign, wrongKind;
     foreign.setLayer(other_->clayer());
     wrongKind.setLayer(database().textstyle());
@@ -105,9 +99,10 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
 
 TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 {
-    const auto walls = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
-    const auto narrow = addToOther<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Narrow");
-    const auto dashed = addToOther<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
+    const auto walls = addLayer(L"Walls", other_.get());
+    const auto narrow = addTextStyle(L"Narrow", other_.get());
+    const auto dashed =
+        addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed", other_.get());
     const auto ownWalls = addLayer(L"WALLS");
     KdDbText text({0, 0, 0}, L"a", 1.0);
     text.setLayer(walls);
@@ -136,8 +131,9 @@ TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
     const auto dimension =
         addEntityToBlock(L"Outer", new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
     Open<KdDbLine>(addEntityToBlock(L"Outer", new KdDbLine))->setLayer(walls);
-    addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1"); // as the dimension's graphics here
-    const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
+    // As the dimension's graphics here.
+    addRecord<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1", other_.get());
+    const auto theirs = addLayer(L"WALLS", other_.get());
 
     korra::IdMap map;
     korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(other_->blockTableId()), map);

@@ -32,8 +32,9 @@ TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
             EXPECT_TRUE(korra::runCommand(name)) << name;
     });
     EXPECT_THAT(only(run, {"command"}), SizeIs(4));
-    EXPECT_EQ(commandStack().addCommand(L"probe", L"probeone", nullptr, 0, [] {}),
-              Kdapi::eDuplicateKey);
+    for (const auto& [name, status] :
+         {std::pair(L"probeone", Kdapi::eDuplicateKey), {L"", Kdapi::eInvalidInput}})
+        EXPECT_EQ(commandStack().addCommand(L"probe", name, nullptr, 0, [] {}), status);
 
     korra::stopHost();
     korra::startHost();

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 namespace tests {
@@ -58,14 +59,14 @@ KdDbObjectId addRecord(const wchar_t* name, KdDbDatabase* database = drawing())
     return id;
 }
 
-inline KdDbObjectId addLayer(const wchar_t* name)
+inline KdDbObjectId addLayer(const wchar_t* name, KdDbDatabase* database = drawing())
 {
-    return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(name);
+    return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(name, database);
 }
 
-inline KdDbObjectId addTextStyle(const wchar_t* name)
+inline KdDbObjectId addTextStyle(const wchar_t* name, KdDbDatabase* database = drawing())
 {
-    return addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(name);
+    return addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(name, database);
 }
 
 inline KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
@@ -84,6 +85,20 @@ inline void useNamedUcs(double x)
     KdDbObjectId viewport;
     Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
     Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+}
+
+/// Has a function add a line; one that is refused or stays open is ended.
+template <class Add>
+Kdapi::ErrorStatus addLineBy(Add add)
+{
+    auto line = std::make_unique<KdDbLine>();
+    const Kdapi::ErrorStatus status = add(line.get());
+    if (line->objectId().isNull())
+        return status;
+    KdDbLine* const added = line.release();
+    if (added->isReadEnabled() || status != Kdapi::eOk)
+        added->close();
+    return status;
 }
 
 struct PolylineVertex {

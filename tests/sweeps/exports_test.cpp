@@ -111,19 +111,6 @@ void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle
     change(name, textStyle, 2.5, 2, 2, 0, 2, 1, 0, 1, drawing());
 }
 
-/// Adds a line; one that was refused is the caller's.
-template <class Add>
-void addLine(Add add)
-{
-    auto line = std::make_unique<KdDbLine>();
-    const Kdapi::ErrorStatus status = add(line.get());
-    if (line->objectId().isNull())
-        return;
-    KdDbLine* const added = line.release();
-    if (added->isReadEnabled() || status != Kdapi::eOk)
-        added->close();
-}
-
 /// Gives the entity to a call that wants it open for writing.
 template <class T, class Call>
 void withOpen(KdDbObjectId id, Call call)
@@ -190,8 +177,8 @@ struct Export {
 // clang-format off
 const Export kExports[] = {
     // objects
-    {"AddToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return addToDb(line, drawing()); }); }},
-    {"PostToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return postToDb(line, drawing()); }); }},
+    {"AddToDb", nothing, [](const Ids&) { addLineBy([](KdDbEntity* line) { return addToDb(line, drawing()); }); }},
+    {"PostToDb", nothing, [](const Ids&) { addLineBy([](KdDbEntity* line) { return postToDb(line, drawing()); }); }},
     {"EraseObject", lines, [](const Ids& ids) { EraseObject(ids[0]); }},
     {"EraseObjects", lines, [](const Ids& ids) { KdArray<KdDbObjectId> array; for (const KdDbObjectId id : ids) array.append(id); EraseObject(array); }},
     {"CopyEntity", lines, [](const Ids& ids) { withOpen<KdDbEntity>(ids[0], [](KdDbEntity* line) { KdDbLine source; CopyEntity(&source, line); }); }},
