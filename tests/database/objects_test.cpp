@@ -10,14 +10,6 @@ KdDbLine* newLine()
     return new KdDbLine({0, 0, 0}, {10, 0, 0});
 }
 
-std::vector<KdDbObjectId> addLines(int count)
-{
-    std::vector<KdDbObjectId> ids;
-    for (int i = 0; i < count; ++i)
-        ids.push_back(addEntity(newLine()));
-    return ids;
-}
-
 /// Model space's entities as they are drawn.
 std::vector<KdDbObjectId> drawOrder()
 {

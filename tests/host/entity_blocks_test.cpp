@@ -75,13 +75,14 @@ TEST_F(EntityBlocksTest, WhatIsErasedInvisibleOrOnHiddenLayersIsNotDrawn)
     addEntityToBlock(L"Part", lineOn(own));
     auto* reference = new KdDbBlockReference({0, 0, 0}, blockId(L"Part"));
     reference->setLayer(references);
-    addEntity(reference);
+    addEntityToBlock(L"Whole", reference);
+    addEntity(new KdDbBlockReference({0, 0, 0}, blockId(L"Whole")));
     const KdDbObjectId line = addEntity(lineOn(zero));
     EXPECT_EQ(linesShown(), 3u);
 
     using Layer = Open<KdDbLayerTableRecord>;
     Layer(references)->setIsOff(true);
-    EXPECT_EQ(linesShown(), 2u); // what is on "0" inside follows the reference, "Own" does not
+    EXPECT_EQ(linesShown(), 2u); // what is on "0" follows the reference around it, "Own" does not
     Layer(references)->setIsFrozen(true);
     EXPECT_EQ(linesShown(), 1u);
     const auto dashed = addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");

@@ -67,6 +67,7 @@ TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
     EXPECT_THAT(only(closing, operations), ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
                                                        "kdedUndef(\"probe-second\", 1) = 5100"));
     EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
+    EXPECT_EQ(kdedGetFunCode(), -1) << "nor is one asked";
 }
 
 } // namespace

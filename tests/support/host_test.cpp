@@ -57,6 +57,14 @@ KdDbObjectId addEntity(KdDbEntity* entity)
     return addToRecord(drawing()->currentSpaceId(), entity);
 }
 
+std::vector<KdDbObjectId> addLines(int count)
+{
+    std::vector<KdDbObjectId> ids;
+    for (int i = 0; i < count; ++i)
+        ids.push_back(addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0})));
+    return ids;
+}
+
 KdDbObjectId blockId(const wchar_t* name)
 {
     KdDbObjectId id;

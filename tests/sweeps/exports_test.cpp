@@ -27,10 +27,7 @@ Ids nothing()
 
 Ids lines()
 {
-    Ids ids;
-    for (int i = 0; i < 3; ++i)
-        ids.push_back(addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0})));
-    return ids;
+    return addLines(3);
 }
 
 /// A record "House" of each kind, and a "Second" that is not current.

@@ -61,12 +61,9 @@ struct Sheet {
 struct Operation {
     const char* name;
     Kdapi::ErrorStatus (*run)(Sheet& sheet);
-};
 
-void PrintTo(const Operation& operation, std::ostream* out)
-{
-    *out << operation.name;
-}
+    friend void PrintTo(const Operation& each, std::ostream* out) { *out << each.name; }
+};
 
 /// Gives a free-standing object to the drawing; a refused one is still the caller's.
 template <class T, class Take>
