@@ -1,21 +1,13 @@
 #include "orvex/objects.h"
 
-#include "support/library_test.h"
 #include "support/opened.h"
+#include "support/room_test.h"
 
 namespace {
 
 KdDbLine* newLine()
 {
     return new KdDbLine({0, 0, 0}, {10, 0, 0});
-}
-
-std::vector<KdDbObjectId> addLines(int count)
-{
-    std::vector<KdDbObjectId> ids;
-    for (int i = 0; i < count; ++i)
-        ids.push_back(addEntity(newLine()));
-    return ids;
 }
 
 /// Model space's entities as they are drawn.
@@ -30,16 +22,9 @@ std::vector<KdDbObjectId> drawOrder()
     return {order.begin(), order.end()};
 }
 
-/// Posts a line to the working database; ends what is refused.
 Kdapi::ErrorStatus postLine()
 {
-    KdDbLine* line = newLine();
-    const Kdapi::ErrorStatus status = postToDb(line, drawing());
-    if (line->objectId().isNull())
-        delete line;
-    else if (status != Kdapi::eOk)
-        line->close();
-    return status;
+    return addLineBy([](KdDbLine* line) { return postToDb(line, drawing()); });
 }
 
 class ObjectsTest : public HostTest {};

@@ -85,11 +85,7 @@ TEST_F(DraftingTest, PickinfoSaysWhatWasPicked)
 
 TEST_F(DraftingTest, SegmentAddsTheCopyToTheCurrentSpace)
 {
-    auto* polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {10, 0}, 1.0);
-    polyline->addVertexAt(2, {10, 10});
-    addEntity(polyline);
+    addEntity(newPolyline({{0, 0}, {10, 0, 1.0}, {10, 10}}));
     EXPECT_THAT(last("SEGMENT", {"15,5"}), ::testing::StartsWith("segment KdDbArc "));
     EXPECT_EQ(run("SEGMENT", {"500,500"}),
               "\nSelect an object to copy: 500,500\nsegment none -5001");

@@ -16,8 +16,7 @@ protected:
     /// What a command prints behind its inputs.
     static std::string run(const std::string& command, const std::vector<std::string>& inputs = {})
     {
-        for (const std::string& input : inputs)
-            korra::queueInput(input);
+        tests::give(inputs);
         EXPECT_TRUE(korra::runCommand(command));
         return printed();
     }

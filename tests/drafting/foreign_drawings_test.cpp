@@ -25,26 +25,24 @@ const Script kScripts[] = {
     {"ANSI_936", "\xC7\xBD\x81\x5C", "墙乗"}, // the last byte is a backslash
 };
 
-constexpr char kPlainLayer[] = "62      3; 6 CONTINUOUS; 370     -3";
+constexpr char kLayer[] = "70      0; 62      3; 6 CONTINUOUS; 370     -3";
 
 /// A drawing without an active view; its tables have kRecords records each, but for layer "0".
-/// The notes of `layer` stand in the record with the number 217.
-std::string drawingWith(const Script& script, const std::string& layer)
+std::string drawingIn(const Script& script)
 {
     int handle = 10000;
     std::ostringstream notes;
     notes << "0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1015; 9 $DWGCODEPAGE; 3 " << script.codePage
           << "; 9 $HANDSEED; 5 FFFFF; 0 ENDSEC; 0 SECTION; 2 TABLES";
     for (const auto& [table, handleCode, rest] :
-         {std::tuple("LTYPE", 5, std::string("3; 72     65; 73      0; 40 0.0")),
-          {"LAYER", 5, kPlainLayer},
-          {"STYLE", 5, "40 0.0; 41 1.0; 50 0.0; 71      0; 3 txt; 4"},
-          {"DIMSTYLE", 105, "140 2.50"}}) {
+         {std::tuple("LTYPE", 5, "70      0; 3; 72     65; 73      0; 40 0.0"),
+          {"LAYER", 5, kLayer},
+          {"STYLE", 5, "70      0; 40 0.0; 41 1.0; 50 0.0; 71      0; 3 txt; 4"},
+          {"DIMSTYLE", 105, "70      0; 140 2.50"}}) {
         notes << "; 0 TABLE; 2 " << table << "; 5 " << ++handle << "; 70    300";
         for (int number = 0; number < kRecords; ++number)
             notes << "; 0 " << table << "; " << handleCode << ' ' << ++handle << "; 2 "
-                  << script.bytes << number << "; 70      0; "
-                  << (number == 217 && rest == kPlainLayer ? layer : rest);
+                  << script.bytes << number << "; " << rest;
         notes << "; 0 ENDTAB";
     }
     notes << "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 A0000; 8 " << script.bytes
@@ -63,7 +61,7 @@ TEST_F(DraftingTest, TablesOfOthersAreListedAndSavedWithTheChangesOfARecordAlone
     const SupportFolder folder;
     for (const Script& script : kScripts) {
         SCOPED_TRACE(script.codePage);
-        const std::string text = drawingWith(script, kPlainLayer);
+        const std::string text = drawingIn(script);
         folder.write("foreign.dxf", text);
         KdApDocument* document = nullptr;
         ASSERT_TRUE(korra::openDocument(folder.pathOf("foreign.dxf"), document).done);
@@ -76,8 +74,10 @@ TEST_F(DraftingTest, TablesOfOthersAreListedAndSavedWithTheChangesOfARecordAlone
 
         const std::string name = script.word + "217";
         EXPECT_EQ(last("LAYSET", {name, "5", script.word + "12", "25"}), "layer " + name + " 1");
-        const std::string changed = "62 5; 6 " + std::string(script.bytes) + "12; 370 25";
-        EXPECT_TRUE(isWrittenAs(drawingWith(script, changed)));
+        const std::string word = script.bytes, record = "2 " + word + "217; ";
+        const std::string changed = record + "70      0; 62 5; 6 " + word + "12; 370 25";
+        EXPECT_TRUE(
+            isWrittenAs(dxf::replaced(text, dxf::file(record + kLayer), dxf::file(changed))));
     }
 }
 

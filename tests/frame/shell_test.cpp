@@ -1,8 +1,7 @@
 #include "orvex/shell.h"
 
 #include "kd/rx.h"
-#include "korra/console.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/variables.h"
 
 namespace {

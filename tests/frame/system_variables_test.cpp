@@ -1,7 +1,6 @@
 #include "orvex/system_variables.h"
 
-#include "kd/ed.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 namespace {
 

@@ -1,13 +1,9 @@
 // Documents, their manager, locks and reactors; starting and stopping the host.
 
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include "kd/ap.h"
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-
-namespace tests {
 namespace {
 
 KdApDocManager& manager()
@@ -126,4 +122,3 @@ TEST_F(DocumentTest, StoppingTheHostClosesEveryDocumentButNotDatabasesOfOthers)
 }
 
 } // namespace
-} // namespace tests

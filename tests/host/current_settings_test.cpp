@@ -4,18 +4,13 @@
 #include "dxf_samples.h"
 
 #include "kd/gi.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include <numbers>
 
 using korra::drawingText;
 using korra::TableKind;
-using ::testing::AllOf;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
-namespace tests {
 namespace {
 
 using TextStyle = Open<KdDbTextStyleTableRecord>;
@@ -29,8 +24,8 @@ protected:
 TEST_F(CurrentSettings, SurviveAFile)
 {
     EXPECT_EQ(database().celweight(), KdDb::kLnWtByLayer);
-    const KdDbObjectId layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Стены");
-    const KdDbObjectId text = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes");
+    const KdDbObjectId layer = addLayer(L"Стены");
+    const KdDbObjectId text = addTextStyle(L"Notes");
     const KdDbObjectId dimension = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Fine");
     EXPECT_EQ(database().setClayer(layer), Kdapi::eOk);
     EXPECT_EQ(database().setTextstyle(text), Kdapi::eOk);
@@ -54,7 +49,7 @@ TEST_F(CurrentSettings, DimensionVariablesGoIntoARecordAndBackExactly)
     KdDbDimStyleTableRecord record;
     record.setDimscale(25.0);
     record.setDimdec(1);
-    record.setDimtxsty(addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Notes"));
+    record.setDimtxsty(addTextStyle(L"Notes"));
     record.setDimclrt(colorOf(1));
     EXPECT_EQ(database().setDimstyleData(&record), Kdapi::eOk);
     EXPECT_EQ(database().dimstyle(),
@@ -112,7 +107,7 @@ Kdapi::ErrorStatus setFont(KdDbTextStyleTableRecord& style, const Font& font)
 
 TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFileUnlessTheyAreNone)
 {
-    const TextStyle style(addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"A"));
+    const TextStyle style(addTextStyle(L"A"));
     for (const Font& font : {Font(std::wstring(31, L'x'), false, true, 0, 15, 0),
                              Font(L"宋体", true, false, 255, 2, 0xF0)}) {
         EXPECT_EQ(setFont(*style, font), Kdapi::eOk);
@@ -138,6 +133,7 @@ TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
         EXPECT_EQ(fontOf(*style), Font(L"Arial", false, false, 0, 2, 0x20));
         EXPECT_EQ(fromKdDbTextStyle(drawn, id), Kdapi::eWasOpenForWrite);
         EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk);
+        EXPECT_EQ(fontOf(*style), Font(L"", false, false, 0, 0, 0));
     }
     const std::string text = drawingText(*drawing);
     EXPECT_THAT(text, AllOf(Not(HasSubstr("Arial")), HasSubstr("kept"), HasSubstr("1070\n5\n")));
@@ -150,4 +146,3 @@ TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
 }
 
 } // namespace
-} // namespace tests

@@ -1,33 +1,11 @@
 // What hangs on objects: extended data and dictionaries; result buffers.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/data_notes.h"
+#include "support/room_test.h"
 
 #include "objects/contents.h"
 
-#include <memory>
-
-using korra::TypedValue;
-
-namespace tests {
 namespace {
-
-using List = std::unique_ptr<resbuf, decltype(&kdutRelRb)>;
-using Data = std::vector<TypedValue>;
-
-Data dataOf(KdDbObject& object)
-{
-    return korra::ObjectAccess::extras(object).xData;
-}
-
-/// What an object has of a list, which is freed.
-Data dataOf(resbuf* list)
-{
-    KdDbLine line;
-    EXPECT_EQ(line.setXData(list), Kdapi::eOk);
-    kdutRelRb(list);
-    return dataOf(line);
-}
 
 class DataTest : public HostTest {
 protected:
@@ -48,49 +26,42 @@ TEST_F(DataTest, ExtendedDataOfEveryTypeComesBackAsItWasGiven)
                                    1010, point, 1042, -1.0, 1070, -7, 1071, 70000, 0),
                      kdutRelRb);
     EXPECT_EQ(line.setXData(given.get()), Kdapi::eOk);
-    EXPECT_EQ(dataOf(line), (Data{{1001, std::wstring(L"SHAPES")},
-                                  {1000, std::wstring(L"Größe")},
-                                  {1004, std::string("\1\0\2", 3)},
-                                  {1005, std::wstring(L"2F")},
-                                  {1010, KdGePoint3d(1.5, -2.5, 3.5)},
-                                  {1042, -1.0},
-                                  {1070, short{-7}},
-                                  {1071, 70000}}));
-    EXPECT_EQ(dataOf(line.xData(L"shapes")), dataOf(line));
+    const std::vector<korra::TypedValue> values = {{1001, std::wstring(L"SHAPES")},
+                                                   {1000, std::wstring(L"Größe")},
+                                                   {1004, std::string("\1\0\2", 3)},
+                                                   {1005, std::wstring(L"2F")},
+                                                   {1010, KdGePoint3d(1.5, -2.5, 3.5)},
+                                                   {1042, -1.0},
+                                                   {1070, short{-7}},
+                                                   {1071, 70000}};
+    EXPECT_EQ(korra::ObjectAccess::extras(line).xData, values);
+    KdDbLine copy;
+    EXPECT_EQ(copy.setXData(List(line.xData(L"shapes"), kdutRelRb).get()), Kdapi::eOk);
+    EXPECT_EQ(korra::ObjectAccess::extras(copy).xData, values);
 }
 
 TEST_F(DataTest, EachApplicationHasItsOwnData)
 {
     KdDbLine line;
-    const auto set = [&](resbuf* list) {
-        EXPECT_EQ(line.setXData(list), Kdapi::eOk);
-        kdutRelRb(list);
-    };
-    set(kdutBuildList(1001, L"SHAPES", 1070, 1, 1001, L"ACAD", 1070, 2, 1070, 3, 0));
-    set(kdutBuildList(1001, L"SHAPES", 1040, 9.0, 0));
-    const TypedValue shapes{1001, std::wstring(L"SHAPES")}, nine{1040, 9.0};
-    const TypedValue ours{1001, std::wstring(L"ACAD")}, two{1070, short{2}}, three{1070, short{3}};
-    EXPECT_EQ(dataOf(line.xData(L"ACAD")), (Data{ours, two, three}));
-    EXPECT_EQ(dataOf(line), (Data{shapes, nine, ours, two, three}));
-    set(kdutBuildList(1001, L"ACAD", 0));
+    setData(line, "@SHAPES i1 @ACAD i2 i3");
+    setData(line, "@SHAPES r9");
+    EXPECT_EQ(dataOf(line, L"ACAD"), "@ACAD i2 i3");
+    EXPECT_EQ(dataOf(line), "@SHAPES r9 @ACAD i2 i3");
+    setData(line, "@ACAD");
     EXPECT_EQ(line.xData(L"ACAD"), nullptr);
-    EXPECT_EQ(dataOf(line.xData()), (Data{shapes, nine}));
+    EXPECT_EQ(dataOf(line), "@SHAPES r9");
 }
 
 TEST_F(DataTest, WrongListsChangeNothing)
 {
     KdDbLine line;
-    for (const auto& [list, status] :
-         {std::pair(kdutBuildList(1001, L"SHAPES", 1070, 1, 0), Kdapi::eOk),
-          {nullptr, Kdapi::eInvalidInput},
-          {kdutBuildList(1070, 1, 0), Kdapi::eInvalidInput},
-          {kdutBuildList(1001, L"SHAPES", RTSHORT, 1, 0), Kdapi::eInvalidInput},
-          {kdutBuildList(1001, L"SHAPES", 1070, 2, 1001, L"NOBODY", 1070, 1, 0),
-           Kdapi::eRegappIdNotFound}}) {
-        EXPECT_EQ(line.setXData(list), status);
-        EXPECT_EQ(dataOf(line), (Data{{1001, std::wstring(L"SHAPES")}, {1070, short{1}}}));
-        kdutRelRb(list);
-    }
+    setData(line, "@SHAPES i1");
+    const List otherType(kdutBuildList(1001, L"SHAPES", RTSHORT, 1, 0), kdutRelRb);
+    EXPECT_EQ(line.setXData(otherType.get()), Kdapi::eInvalidInput);
+    EXPECT_EQ(line.setXData(nullptr), Kdapi::eInvalidInput);
+    EXPECT_EQ(line.setXData(listOf("i1").get()), Kdapi::eInvalidInput);
+    EXPECT_EQ(line.setXData(listOf("@SHAPES i2 @NOBODY i1").get()), Kdapi::eRegappIdNotFound);
+    EXPECT_EQ(dataOf(line), "@SHAPES i1");
 }
 
 TEST_F(DataTest, DictionariesFindNamesWithoutCaseAndReplaceWhatHadTheName)
@@ -136,7 +107,7 @@ TEST_F(DataTest, ListsAreBuiltUpToTheirEndOrNotAtAll)
     const List list(kdutBuildList(RTLB, RTENAME, name, RTLONG, 100000, RTLE, RTNONE), kdutRelRb);
     EXPECT_EQ(list->restype, RTLB);
     const resbuf& second = *list->rbnext;
-    EXPECT_THAT(second.resval.rlname, ::testing::ElementsAre(5, 6));
+    EXPECT_THAT(second.resval.rlname, ElementsAre(5, 6));
     EXPECT_EQ(second.rbnext->resval.rlong, 100000);
     EXPECT_EQ(second.rbnext->rbnext->rbnext, nullptr);
     EXPECT_EQ(kdutBuildList(RTSHORT, 1, 4711, 0), nullptr); // and what it had begun is freed
@@ -144,4 +115,3 @@ TEST_F(DataTest, ListsAreBuiltUpToTheirEndOrNotAtAll)
 }
 
 } // namespace
-} // namespace tests

@@ -1,7 +1,6 @@
 // Databases: what every drawing has, its settings, spaces and layouts.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "drawing/complete_drawing.h"
 #include "drawing/layouts.h"
@@ -12,9 +11,7 @@
 using korra::DatabaseContents;
 using korra::ObjectAccess;
 using korra::TableKind;
-using ::testing::SizeIs;
 
-namespace tests {
 namespace {
 
 class DatabaseTest : public HostTest {
@@ -69,15 +66,6 @@ TEST_F(DatabaseTest, EveryDrawingIsMadeWholeByWhatItLacks)
     expectWhole(empty);
 }
 
-TEST_F(DatabaseTest, HandlesAreTakenOnce)
-{
-    KdDbDatabase empty(false, true);
-    for (const auto& [wanted, taken] : {std::pair(0x0u, 0x1u), {0x10u, 0x10u}, {0x10u, 0x11u}}) {
-        const auto id = ObjectAccess::adopt(empty, new KdDbDictionary, KdDbHandle(wanted));
-        EXPECT_EQ(id.handle(), KdDbHandle(taken));
-    }
-}
-
 TEST_F(DatabaseTest, SettingsFallBackToWhatIsThere)
 {
     contents().header.setText("$CLAYER", L"Gone", 8);
@@ -115,4 +103,3 @@ TEST_F(DatabaseTest, TheBlockOfTheCurrentSheetHasTheNameOfPaperSpace)
 }
 
 } // namespace
-} // namespace tests

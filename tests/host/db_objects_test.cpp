@@ -1,17 +1,12 @@
 // Objects: opening, closing, erasing, ids and what becomes of them.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
-#include "objects/object_access.h"
+#include "objects/contents.h"
 
 #include <cstdint>
 #include <memory>
 
-using ::testing::HasSubstr;
-using ::testing::UnorderedElementsAre;
-
-namespace tests {
 namespace {
 
 using enum KdDb::OpenMode;
@@ -106,6 +101,7 @@ TEST_F(ObjectTest, TheDrawingKeepsWhatItCannotDoWithout)
 {
     for (const KdDbObjectId id :
          {database().layerTableId(), database().clayer(), database().continuousLinetype(),
+          database().contents().record(korra::TableKind::linetype, L"ByBlock"),
           database().currentSpaceId(), database().namedObjectsDictionaryId(),
           database().layoutDictionaryId()})
         EXPECT_EQ(Open<KdDbObject>(id)->erase(), Kdapi::eObjectInUse) << traceForm(id);
@@ -159,4 +155,3 @@ TEST_F(ObjectTest, TheAuditNamesWhatIsLeftOver)
 }
 
 } // namespace
-} // namespace tests

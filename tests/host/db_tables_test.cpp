@@ -2,22 +2,13 @@
 
 #include "drawing/user_systems.h"
 #include "host/recording_sink.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "objects/contents.h"
 
 #include <memory>
 
-using ::testing::ElementsAre;
-
-namespace tests {
 namespace {
-
-KdDbObjectId addLayer(const wchar_t* name)
-{
-    return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(name);
-}
 
 class TableTest : public HostTest {
 protected:
@@ -220,4 +211,3 @@ TEST_F(BlockTest, DrawOrderMovesOnlyWhatItIsGiven)
 }
 
 } // namespace
-} // namespace tests

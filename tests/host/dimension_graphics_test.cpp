@@ -2,12 +2,11 @@
 
 #include "dimension_test.h"
 #include "dxf_samples.h"
-#include "support/drawing.h"
 #include "support/ge_samples.h"
+#include "support/room_test.h"
 
 #include <cmath>
 
-using namespace tests;
 using korra::ObjectAccess;
 
 namespace {
@@ -204,8 +203,8 @@ TEST_F(DimensionGraphicsTest, LinesEndInArrowsOrTicks)
 
 TEST_F(DimensionGraphicsTest, PartsHaveTheLayerOfTheDimensionAndTheTextAColorOfItsOwn)
 {
-    const auto layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Sizes");
-    database().setClayer(addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Current"));
+    const auto layer = addLayer(L"Sizes");
+    database().setClayer(addLayer(L"Current"));
     change([&](auto& opened) { opened.setLayer(layer); });
     restyle({{L"dimclrt", 3}});
     const Shown parts = shown();

@@ -1,48 +1,18 @@
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/data_notes.h"
+#include "support/room_test.h"
 
 #include "objects/contents.h"
 
 #include <cmath>
-#include <sstream>
-
-using namespace tests;
-using korra::ObjectAccess;
-using korra::TypedValue;
 
 namespace {
 
-using Nodes = std::vector<TypedValue>;
-
-/// Extended data from one line: @ an application, i an integer, r a real, { and }; else a text.
-Nodes nodes(const std::string& line)
-{
-    Nodes result;
-    std::istringstream tokens(line);
-    for (std::string token; tokens >> token;) {
-        const std::wstring text(token.begin(), token.end());
-        if (token[0] == '@')
-            result.push_back({1001, text.substr(1)});
-        else if (token[0] == 'i')
-            result.push_back({1070, static_cast<short>(std::stoi(token.substr(1)))});
-        else if (token[0] == 'r')
-            result.push_back({1040, std::stod(token.substr(1))});
-        else
-            result.push_back({short(token == "{" || token == "}" ? 1002 : 1000), text});
-    }
-    return result;
-}
-
 KdDbObjectId addDimension(const std::string& data)
 {
-    auto* dimension = new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0});
-    ObjectAccess::extras(*dimension).xData = nodes(data);
+    KdDbDimension* const dimension = newDimension();
+    if (!data.empty())
+        setData(*dimension, data);
     return addEntity(dimension);
-}
-
-const Nodes& dataOf(KdDbDimension& dimension)
-{
-    return ObjectAccess::extras(dimension).xData;
 }
 
 class DimensionOverridesTest : public HostTest {};
@@ -66,10 +36,11 @@ TEST_F(DimensionOverridesTest, SetterReplacesTheFirstPairElseAppendsToTheFirstSe
         {"a pair that nobody knows, name in small letters", "@ACAD dstyle { i999 x }",
          "@ACAD dstyle { i999 x i147 r2.5 }"},
     };
+    addRecord<KdDbRegAppTable, KdDbRegAppTableRecord>(L"OTHER");
     for (const auto& [what, before, after] : cases) {
         const Open<KdDbDimension> dimension(addDimension(before));
         EXPECT_EQ(dimension->setDimgap(2.5), Kdapi::eOk) << what;
-        EXPECT_EQ(dataOf(*dimension), nodes(after)) << what;
+        EXPECT_EQ(dataOf(*dimension), after) << what;
         EXPECT_EQ(dimension->dimgap(), 2.5) << what;
     }
 }
@@ -80,7 +51,7 @@ TEST_F(DimensionOverridesTest, OutOfRangeValuesAreRefusedAndChangeNothing)
     EXPECT_EQ(dimension->setDimdec(9), Kdapi::eInvalidInput);
     EXPECT_EQ(dimension->setDimlfac(0.0), Kdapi::eInvalidInput);
     EXPECT_EQ(dimension->setDimgap(HUGE_VAL), Kdapi::eInvalidInput);
-    EXPECT_EQ(dataOf(*dimension), Nodes());
+    EXPECT_EQ(dataOf(*dimension), "");
 }
 
 TEST_F(DimensionOverridesTest, OverridesOfTheWrongTypeAreNotTaken)

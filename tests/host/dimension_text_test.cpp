@@ -1,10 +1,9 @@
 #include "dimension_test.h"
+#include "support/room_test.h"
 
 #include "dimensions/dimension_text.h"
 
 #include <numbers>
-
-using namespace tests;
 
 namespace {
 
@@ -28,7 +27,7 @@ TEST_F(DimensionTextTest, LengthsFollowTheStyle)
          {{L"dimdec", 0}, {L"dimtol", 1}, {L"dimtp", 0.2}, {L"dimtm", 0.1}, {L"dimtdec", 1}},
          L"R7\\S+0.2^ -0.1;"},
         {7.0, {{L"dimdec", 1}, {L"dimlim", 1}, {L"dimtp", 0.2}, {L"dimtm", 0.1}}, L"R\\S7.2^ 6.9;"},
-        {1e-9, {{L"dimdec", 2}}, L"R0.00"},
+        {0.0, {{L"dimdec", 1}, {L"dimlim", 1}, {L"dimtm", 1e-9}}, L"R\\S0.0^ 0.0;"},
     };
     for (const auto& [measured, style, text] : cases) {
         restyle(style);

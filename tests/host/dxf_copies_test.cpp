@@ -90,7 +90,8 @@ std::string noteOf(const Kind& kind)
 /// the distance that was measured for them.
 std::string withoutIdentity(const std::string& text)
 {
-    static const std::regex identity("  5\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
+    static const std::regex identity(
+        "(  5|105)\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
     return std::regex_replace(text, identity, "");
 }
 
@@ -127,6 +128,16 @@ constexpr Kind kRecordKinds[] = {
      "70 64; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; 37 3; 40 4; 41 1.5; 42 35; 51 30; 110 "
      "1; 120 2; 130 3; 111 0; 121 1; 131 0; 112 0; 122 0; 132 1; 345 A7",
      "0 TABLE; 2 UCS; 0 UCS; 5 A7; 2 Named; 0 ENDTAB\n"},
+    {"DIMSTYLE",
+     "70 64; 3 <> m; 4 <> i; 5 T; 6 L; 7 R; 40 2; 41 3; 42 4; 43 5; 44 6; 45 7; 46 8; 47 9; 48 10; "
+     "140 1; 141 2; 142 3; 143 4; 144 5; 145 6; 146 7; 147 8; 148 9; 71 1; 72 1; 73 0; 74 0; 75 1; "
+     "76 1; 77 2; 78 3; 79 1; 170 1; 171 3; 172 1; 173 1; 174 1; 175 1; 176 1; 177 2; 178 3; 179 "
+     "4; 270 3; 271 5; 272 6; 273 3; 274 4; 275 1; 276 2; 277 3; 278 44; 279 1; 280 2; 281 1; 282 "
+     "1; 283 2; 284 3; 285 4; 286 5; 287 2; 288 1; 289 1; 340 A7; 341 A8; 342 A9; 343 AA; 344 AB; "
+     "371 25; 372 35",
+     "0 TABLE; 2 STYLE; 0 STYLE; 5 A7; 2 Notes; 0 ENDTAB\n0 TABLE; 2 BLOCK_RECORD\n"
+     "0 BLOCK_RECORD; 5 A8; 2 A; 0 BLOCK_RECORD; 5 A9; 2 B; 0 BLOCK_RECORD; 5 AA; 2 C\n"
+     "0 BLOCK_RECORD; 5 AB; 2 D; 0 ENDTAB\n"},
 };
 
 TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
@@ -134,7 +145,8 @@ TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
     for (const Kind& kind : kRecordKinds) {
         const std::string type(kind.type);
         const std::string original =
-            file("0 " + type + "; 5 A0; 2 Original; " + std::string(kind.fields) + '\n');
+            file("0 " + type + (type == "DIMSTYLE" ? "; 105 A0" : "; 5 A0") + "; 2 Original; " +
+                 std::string(kind.fields) + '\n');
         const auto drawing = readWhole(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
                                             "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
                                        original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));

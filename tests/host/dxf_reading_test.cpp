@@ -42,8 +42,9 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
         withEntities("0 ARC; 5 A1; 10 1; 20 2; 40 5; 50 90; 51 180; 210 0; 220 0; 230 -1\n"
                      "0 LWPOLYLINE; 5 A2; 90 2147483647; 70 1; 38 7\n"
                      "10 0; 20 0; 42 1; 10 4; 20 0; 40 .5\n"
-                     "0 POLYLINE; 5 A3; 66 1; 70 8; 10 0; 20 0; 30 0\n"
-                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32; 0 SEQEND"));
+                     "0 POLYLINE; 5 A3; 66 1; 70 9; 10 0; 20 0; 30 0\n"
+                     "0 VERTEX; 10 2; 20 2; 30 8; 70 32; 0 VERTEX; 10 2; 20 2; 30 9; 70 32\n"
+                     "0 SEQEND"));
 
     const auto& arc = *find<KdDbArc>(*database, 0xA1);
     EXPECT_DOUBLE_EQ(arc.startAngle(), std::numbers::pi / 2);
@@ -60,6 +61,7 @@ TEST_F(DrawingReading, CurvesHaveTheirGeometry)
     EXPECT_EQ(bulge, 1.0);
     const auto& spatial = *find<KdDb3dPolyline>(*database, 0xA3);
     EXPECT_EQ(spatial.vertices()[0]->position(), KdGePoint3d(2, 2, 8));
+    EXPECT_EQ(spatial.geometry()->length(), 2.0) << "there and back, as it is closed";
 }
 
 TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
@@ -67,7 +69,8 @@ TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
     const auto database = readWhole(file(kModernSample));
     const auto& text = *find<KdDbMText>(*database, 0x56);
     EXPECT_STREQ(text.contents(), L"первая вторая\\Pстрока");
-    EXPECT_EQ(text.location(), KdGePoint3d(1, 1, 0)); // not the embedded
+    EXPECT_EQ(text.location(),
+              KdGePoint3d(1, 1, 0)); // neither that before the marker nor the embedded
     const auto& reference = *find<KdDbBlockReference>(*database, 0x58);
     EXPECT_THAT(handlesOf({reference.blockTableRecord(), reference.extensionDictionary(),
                            find<KdDbAttribute>(*database, 0x59)->ownerId()}),
@@ -78,11 +81,13 @@ TEST_F(DrawingReading, TextsAndReferencesHaveTheirParts)
 TEST_F(DrawingReading, DimensionsHaveTheStyleThatIsThereAndAreOfAKindThatIsKnown)
 {
     const auto database = readWhole(
-        withEntities("0 DIMENSION; 5 A0; 3 ISO; 70 38\n0 DIMENSION; 5 A1; 70 33; 14 3; 24 4"));
+        withEntities("0 DIMENSION; 5 A0; 3 ISO; 70 38\n0 DIMENSION; 5 A1; 70 33; 14 3; 24 4\n"
+                     "0 DIMENSION; 5 A2"));
     const auto& unknown = *find<KdDbDimension>(*database, 0xA0);
     EXPECT_EQ(unknown.isA(), KdDbDimension::desc());
     EXPECT_EQ(unknown.dimensionStyle(), database->dimstyle());
     EXPECT_DOUBLE_EQ(find<KdDbAlignedDimension>(*database, 0xA1)->measurement(), 5);
+    EXPECT_EQ(find<KdDbDimension>(*database, 0xA2)->isA(), KdDbRotatedDimension::desc());
 }
 
 TEST_F(DrawingReading, AnAngleBetweenTwoLinesIsTheOneInWhichTheArcLies)
@@ -200,7 +205,8 @@ TEST_F(DrawingReading, OnlyAnEmptyDatabaseIsReadInto)
     KdDbDatabase empty(false); // and is so after a failure
     EXPECT_FALSE(korra::readDrawingText(empty, "garbage", "bad.dxf").done);
     EXPECT_TRUE(korra::readDrawingText(empty, text, "good.dxf").done);
-    EXPECT_FALSE(korra::readDrawingText(empty, text, "again.dxf").done);
+    EXPECT_EQ(korra::readDrawingText(empty, text, "again.dxf").message,
+              "again.dxf: cannot be read into a database that holds a drawing");
     EXPECT_NE(find<KdDbLine>(empty, 0xA), nullptr);
 }
 

@@ -166,6 +166,23 @@ TEST_F(DrawingRoundTrip, ListsGrowAndShrink)
                              [](auto& line) { extendedData(line).resize(10); });
 }
 
+TEST_F(DrawingRoundTrip, SortHandlesThatStayKeepTheirText)
+{
+    const std::string was = file("331 52; 5 050; 331 50; 5 54");
+    const std::string before =
+        replaced(file(kModernSample), file("331 50; 5 52; 331 52; 5 50"), was);
+    const std::string text = changed(before, [](const KdDbDatabase& database) {
+        changeObject<KdDbSortentsTable>(database, 0x71, [&](auto& table) {
+            const auto id = [&](std::uint64_t handle) {
+                return find<KdDbEntity>(database, handle)->objectId();
+            };
+            EXPECT_EQ(table.setRelativeDrawOrder(arrayOf({id(0x56), id(0x50)})), Kdapi::eOk);
+        });
+    });
+    const std::string is = file("331 52; 5 050; 331 53; 5 52; 331 56; 5 53; 331 50; 5 56");
+    EXPECT_EQ(text, replaced(before, was, is));
+}
+
 TEST_F(DrawingRoundTrip, ErasedObjectsAreGoneWithWhatTheyOwn)
 {
     const std::string text = changed(file(kModernSample), [](const KdDbDatabase& database) {

@@ -82,7 +82,7 @@ inline constexpr std::string_view kModernSample = R"(0 SECTION; 2 HEADER
 0 HATCH; 5 52; 330 20; 100 Entity; 8 Граница; 100 Hatch; 10 1.0; 97 1; 330 51
 0 POLYLINE; 5 53; 100 Entity; 8 0; 66      1; 70     16
 0 VERTEX; 5 54; 10 0.0; 1001 MESH; 1070 1; 0 SEQEND; 5 55; 8 0
-0 MTEXT; 5 56; 330 20; 100 Entity; 8 0; 100 MText; 10 1.0; 20 1.0; 30 0.0; 40 2.5
+0 MTEXT; 5 56; 330 20; 100 Entity; 8 0; 10 9.0; 20 9.0; 100 MText; 10 1.0; 20 1.0; 30 0.0; 40 2.5
 41 0.0; 71      5; 72      1; 3 первая ; 1 вторая\Pстрока; 73      1; 44 1.0
 101 Embedded Object; 70      1; 10 1.0; 1 embedded
 0 VIEWPORT; 5 57; 330 21; 100 Entity; 67      1; 8 0; 100 Viewport; 10 100.0; 20 50.0

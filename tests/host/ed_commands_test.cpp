@@ -1,13 +1,9 @@
 #include "kd/ap.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 #include "support/variables.h"
 
 #include <stdexcept>
-
-using namespace tests;
-using ::testing::HasSubstr;
 
 namespace {
 
@@ -34,8 +30,7 @@ protected:
 
     static bool run(const std::vector<std::string>& lines)
     {
-        for (const std::string& line : lines)
-            korra::queueInput(line);
+        give(lines);
         return korra::runCommands();
     }
 
@@ -83,6 +78,17 @@ TEST_F(CommandsTest, UserSystemsAreSetNamedAndRestored)
     EXPECT_THAT(printed(), HasSubstr("one line"));
     EXPECT_TRUE(userSystem().isEqualTo(first));
     EXPECT_FALSE(database().ucsname().isNull());
+}
+
+TEST_F(CommandsTest, NothingOfACommandIsLeftToTheNextOne)
+{
+    define(L"KEYWORD", L"KEYWORD", [] { kdedInitGet(0, L"World"); });
+    define(L"ASK", L"ASK", [] {
+        double value = 0;
+        EXPECT_EQ(kdedGetReal(L"", &value), RTNORM) << "a keyword of another command";
+    });
+    EXPECT_TRUE(run({"KEYWORD", "ASK", "World", "1", "SETVAR", "\\esc"}));
+    EXPECT_THAT(printed(), Not(HasSubstr("Unknown variable")));
 }
 
 TEST_F(CommandsTest, LayoutsAndViewportsAreEnteredAndLeft)

@@ -1,11 +1,8 @@
 #include "ed/views.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include <numbers>
-
-using namespace tests;
 
 namespace {
 
@@ -86,7 +83,7 @@ TEST_F(EdCoordinatesTest, WrongDesignatorsLeaveTheResult)
     EXPECT_EQ(kdedTrans(point, &kDisplay, &kSheetDisplay, 0, result), RTERROR)
         << "on the model tab";
     EXPECT_EQ(kdedTrans(point, nullptr, &kWorld, 0, result), RTERROR);
-    EXPECT_THAT(result, ::testing::ElementsAre(7, 8, 9));
+    EXPECT_THAT(result, ElementsAre(7, 8, 9));
 }
 
 TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)

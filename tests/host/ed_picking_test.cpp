@@ -1,12 +1,5 @@
-#include "kd/ed.h"
-
 #include "ed/views.h"
-#include "support/host_test.h"
-#include "support/objects.h"
-
-using namespace tests;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+#include "support/room_test.h"
 
 namespace {
 

@@ -2,15 +2,11 @@
 #include "ed/script_lines.h"
 
 #include "platform/input.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <windows.h>
 
 #include <utility>
-
-using namespace tests;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 namespace {
 
@@ -19,12 +15,6 @@ using Answer = std::pair<int, double>;
 
 class PromptsTest : public HostTest {
 protected:
-    static void give(const std::vector<std::string>& lines)
-    {
-        for (const std::string& line : lines)
-            korra::queueInput(line);
-    }
-
     static Answer askReal()
     {
         double value = 99;
@@ -66,7 +56,7 @@ TEST_F(PromptsTest, EachAnswerHasItsStatus)
     };
 
     for (const auto& [lines, flags, keywords, status, told] : cases) {
-        SCOPED_TRACE(::testing::PrintToString(lines));
+        SCOPED_TRACE(PrintToString(lines));
         startFreshHost();
         give(lines);
         kdedInitGet(flags, keywords);

@@ -1,9 +1,4 @@
-#include "kd/ed.h"
-
-#include "support/host_test.h"
-#include "support/objects.h"
-
-using namespace tests;
+#include "support/room_test.h"
 
 namespace {
 
@@ -40,11 +35,7 @@ TEST_F(SnapTest, TheNearestCandidateOfTheGeometryUnderTheBoxWins)
 
 TEST_F(SnapTest, CurvesSnapByTheirPieces)
 {
-    auto* const polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {4, 0}, 1.0); // a half circle below, to (8, 0)
-    polyline->addVertexAt(2, {8, 0});
-    addEntity(polyline);
+    addEntity(newPolyline({{0, 0}, {4, 0, 1.0}, {8, 0}})); // ends in a half circle below
     expectSnap({2.5, 0, 0}, L"MID", {2, 0, 0});
     expectSnap({2.5, 0, 0}, L"END", {4, 0, 0});
     expectSnap({6.2, -2, 0}, L"MID", {6, -2, 0});
@@ -63,6 +54,15 @@ TEST_F(SnapTest, CrossingsNodesAndInsertionPointsUnderTheBox)
     addEntity(new KdDbText({5, 5, 0}, L"Text", 0.5));
     expectSnap({11.01, 1, 0}, kAll, {11, 1, 3});
     expectSnap({5.2, 5.2, 0}, kAll, {5, 5, 0});
+}
+
+TEST_F(SnapTest, OfVeryManyCurvesTheNearestCross)
+{
+    for (int i = 0; i < 64; ++i)
+        addEntity(new KdDbLine({0, 2.03, 0}, {4, 2.03, 0}));
+    addEntity(new KdDbLine({0, 0, 0}, {4, 4, 0}));
+    addEntity(new KdDbLine({0, 4, 0}, {4, 0, 0}));
+    expectSnap({2, 2.001, 0}, L"INT", {2, 2, 0});
 }
 
 TEST_F(SnapTest, TheResultIsInTheUserSystemOrOnTheSheet)

@@ -1,14 +1,12 @@
-// Support files, and list-processing functions that are called by name.
+// Support files.
 
-#include "support/host_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
-#include "kd/resbuf.h"
 #include "platform/text.h"
 
 #include <filesystem>
 
-namespace tests {
 namespace {
 
 namespace fs = std::filesystem;
@@ -51,34 +49,4 @@ TEST_F(SupportFiles, APathThatDoesNotFitIsNotGiven)
     EXPECT_EQ(kdedFindFile(L"korra.lin", nullptr, 260), RTERROR);
 }
 
-class Invoking : public HostTest {
-protected:
-    /// Calls a function with one short argument. @return its short result; nullopt when it gave
-    /// none
-    static std::optional<int> invoke(const wchar_t* name, int argument)
-    {
-        resbuf* const arguments = kdutBuildList(RTSTR, name, RTSHORT, argument, 0);
-        resbuf* result = nullptr;
-        EXPECT_EQ(kdedInvoke(arguments, &result), RTNORM);
-        kdutRelRb(arguments);
-        std::optional<int> value;
-        if (result && result->restype == RTSHORT)
-            value = result->resval.rint;
-        kdutRelRb(result);
-        return value;
-    }
-};
-
-TEST_F(Invoking, TheColorQuestionTakesNumbersAndNamesUntilOneIsGood)
-{
-    for (const char* line : {"300", "blue", "5", "bylayer", ""})
-        korra::queueInput(line);
-    EXPECT_EQ(invoke(L"KORRA_COLORDLG", 7), 5);
-    EXPECT_THAT(printed(), ::testing::HasSubstr("Not a colour."));
-    EXPECT_EQ(invoke(L"korra_colordlg", 7), 256);
-    EXPECT_EQ(invoke(L"korra_colordlg", 0), 0);
-    EXPECT_EQ(invoke(L"korra_colordlg", 7), std::nullopt); // the input has ended
-}
-
 } // namespace
-} // namespace tests

@@ -1,9 +1,7 @@
 #include "ed/system_variables.h"
 
-#include "support/host_test.h"
+#include "support/room_test.h"
 #include "support/variables.h"
-
-using namespace tests;
 
 namespace {
 
@@ -18,8 +16,16 @@ TEST_F(SystemVariablesTest, EveryVariableReadsAsItsType)
         if (value.restype == RTSTR)
             kdapi_free(value.resval.rstring);
     }
-    EXPECT_EQ(variable(L"cmdecho"), "1");
     EXPECT_EQ(variable(L"NOSUCHNAME"), "none");
+}
+
+TEST_F(SystemVariablesTest, ANewDrawingHasTheDefaultsOfTheFormat)
+{
+    const std::pair<const wchar_t*, const char*> defaults[] = {
+        {L"cmdecho", "1"}, {L"CELTSCALE", "1"}, {L"TEXTSIZE", "2.5"}, {L"LUNITS", "2"},
+        {L"LUPREC", "4"},  {L"ATTMODE", "1"},   {L"FILLMODE", "1"},   {L"LIMMAX", "12,9,0"}};
+    for (const auto& [name, value] : defaults)
+        EXPECT_EQ(variable(name), value);
 }
 
 TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)
@@ -69,8 +75,7 @@ TEST_F(SystemVariablesTest, ViewVariablesFollowTheViewAndWhatIsShown)
 {
     EXPECT_EQ(variable(L"EXTMIN"), "1e+20,1e+20,1e+20") << "nothing is shown";
     addEntity(new KdDbCircle({5, 5, 1}, KdGeVector3d::kZAxis, 2.0));
-    korra::queueInput("2,2");
-    korra::queueInput("4,3");
+    give({"2,2", "4,3"});
     ASSERT_TRUE(korra::runCommand("ZOOM"));
     const std::pair<const wchar_t*, const char*> variables[] = {
         {L"SCREENSIZE", "800,600,0"},
@@ -92,6 +97,7 @@ TEST_F(SystemVariablesTest, WithoutADocumentOnlyTheHostsOwnCanBeRead)
     EXPECT_EQ(variable(L"LTSCALE"), "none");
     EXPECT_EQ(variable(L"VIEWSIZE"), "none");
     EXPECT_FALSE(korra::setVariable("LTSCALE", "2"));
+    EXPECT_EQ(kdedSetCurrentUCS({}), Kdapi::eNoDocument);
 }
 
 } // namespace

@@ -1,14 +1,11 @@
 #include "host/recording_sink.h"
 #include "support/ge_samples.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "blocks/draw_block.h"
 #include "objects/contents.h"
 
 #include <cmath>
-
-using namespace tests;
 
 namespace {
 
@@ -16,7 +13,7 @@ class EntityBlocksTest : public HostTest {
 protected:
     static KdDbLine* lineOn(KdDbObjectId layerId)
     {
-        auto* line = new KdDbLine(KdGePoint3d(0, 0, 0), KdGePoint3d(1, 0, 0));
+        auto* line = new KdDbLine({0, 0, 0}, {1, 0, 0});
         line->setLayer(layerId);
         return line;
     }
@@ -31,7 +28,7 @@ TEST_F(EntityBlocksTest, TransformedReferenceMovesItsContents)
 {
     addEntityToBlock(L"Part", new KdDbLine);
     for (const KdGeMatrix3d& matrix : similarities()) {
-        KdDbBlockReference reference(KdGePoint3d(1, 2, 3), blockId(L"Part"));
+        KdDbBlockReference reference({1, 2, 3}, blockId(L"Part"));
         reference.setScaleFactors({2, 3, -1});
         reference.setRotation(0.8);
         const KdGeMatrix3d expected = matrix * reference.blockTransform();
@@ -40,7 +37,7 @@ TEST_F(EntityBlocksTest, TransformedReferenceMovesItsContents)
     }
 
     // Stretching is taken along its axes only.
-    KdDbBlockReference reference(KdGePoint3d(0, 0, 0), blockId(L"Part"));
+    KdDbBlockReference reference({0, 0, 0}, blockId(L"Part"));
     const KdGeMatrix3d stretch = KdGeMatrix3d::scaling(KdGeScale3d(2, 1, 1));
     EXPECT_EQ(reference.transformBy(stretch), Kdapi::eOk);
     EXPECT_DOUBLE_EQ(reference.scaleFactors().sx, 2.0);
@@ -51,10 +48,10 @@ TEST_F(EntityBlocksTest, TransformedReferenceMovesItsContents)
 TEST_F(EntityBlocksTest, NestedExtentsAreExactUnderTurnsAndUnequalScales)
 {
     addEntityToBlock(L"Ring", new KdDbCircle(KdGePoint3d(1, 0, 0), KdGeVector3d::kZAxis, 2.0));
-    auto* inner = new KdDbBlockReference(KdGePoint3d(5, 0, 0), blockId(L"Ring"));
+    auto* inner = new KdDbBlockReference({5, 0, 0}, blockId(L"Ring"));
     inner->setScaleFactors({3, 1, 1});
     addEntityToBlock(L"Outer", inner);
-    KdDbBlockReference outer(KdGePoint3d(10, 20, 0), blockId(L"Outer"));
+    KdDbBlockReference outer({10, 20, 0}, blockId(L"Outer"));
     outer.setRotation(0.6);
     KdDbExtents box;
     ASSERT_EQ(outer.getGeomExtents(box), Kdapi::eOk);
@@ -65,26 +62,27 @@ TEST_F(EntityBlocksTest, NestedExtentsAreExactUnderTurnsAndUnequalScales)
     EXPECT_NEAR(box.minPoint().y, 20 + 8 * s - std::hypot(6 * s, 2 * c), 1e-12);
 
     addEntityToBlock(L"Empty", new KdDbBlockReference(KdGePoint3d(), KdDbObjectId()));
-    const KdDbBlockReference empty(KdGePoint3d(0, 0, 0), blockId(L"Empty"));
+    const KdDbBlockReference empty({0, 0, 0}, blockId(L"Empty"));
     EXPECT_EQ(empty.getGeomExtents(box), Kdapi::eInvalidExtents);
 }
 
 TEST_F(EntityBlocksTest, WhatIsErasedInvisibleOrOnHiddenLayersIsNotDrawn)
 {
     const KdDbObjectId zero = database().contents().record(korra::TableKind::layer, L"0");
-    const KdDbObjectId own = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Own");
-    const KdDbObjectId references = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"References");
+    const KdDbObjectId own = addLayer(L"Own");
+    const KdDbObjectId references = addLayer(L"References");
     addEntityToBlock(L"Part", lineOn(zero));
     addEntityToBlock(L"Part", lineOn(own));
-    auto* reference = new KdDbBlockReference(KdGePoint3d(0, 0, 0), blockId(L"Part"));
+    auto* reference = new KdDbBlockReference({0, 0, 0}, blockId(L"Part"));
     reference->setLayer(references);
-    addEntity(reference);
+    addEntityToBlock(L"Whole", reference);
+    addEntity(new KdDbBlockReference({0, 0, 0}, blockId(L"Whole")));
     const KdDbObjectId line = addEntity(lineOn(zero));
     EXPECT_EQ(linesShown(), 3u);
 
     using Layer = Open<KdDbLayerTableRecord>;
     Layer(references)->setIsOff(true);
-    EXPECT_EQ(linesShown(), 2u); // what is on "0" inside follows the reference, "Own" does not
+    EXPECT_EQ(linesShown(), 2u); // what is on "0" follows the reference around it, "Own" does not
     Layer(references)->setIsFrozen(true);
     EXPECT_EQ(linesShown(), 1u);
     const auto dashed = addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
@@ -105,7 +103,7 @@ TEST_F(EntityBlocksTest, AttributesShowTheirTextAndTemplatesOnlyOutsideReference
     addEntityToBlock(L"Title", new KdDbAttributeDefinition({0, 0, 0}, L"default", L"TAG", L"?", 2));
     auto* attribute = new KdDbAttribute({10, 0, 0}, L"shown", L"TAG", 2);
     const Open<KdDbBlockReference> reference(
-        addEntity(new KdDbBlockReference(KdGePoint3d(10, 0, 0), blockId(L"Title"))));
+        addEntity(new KdDbBlockReference({10, 0, 0}, blockId(L"Title"))));
     KdDbObjectId attributeId;
     ASSERT_EQ(reference->appendAttribute(attributeId, attribute), Kdapi::eOk);
     attribute->close();

@@ -1,9 +1,7 @@
 #include "support/ge_samples.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <cmath>
-
-using namespace tests;
 
 namespace {
 
@@ -11,12 +9,8 @@ class EntityCurvesTest : public HostTest {};
 
 std::unique_ptr<KdDbPolyline> roundedCorner()
 {
-    auto polyline = std::make_unique<KdDbPolyline>();
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {10, 0}, std::tan(kPi / 8));
-    polyline->addVertexAt(2, {15, 5}, -1.0);
-    polyline->addVertexAt(3, {15, 11});
-    return polyline;
+    return std::unique_ptr<KdDbPolyline>(
+        newPolyline({{0, 0}, {10, 0, std::tan(kPi / 8)}, {15, 5, -1.0}, {15, 11}}));
 }
 
 std::vector<std::unique_ptr<KdDbCurve>> sampleCurves()
@@ -89,6 +83,7 @@ TEST_F(EntityCurvesTest, ClosestPointOfAnExtendedArcLiesOnItsCircle)
     EXPECT_EQ(KdDbArc({0, 0, 0}, 0.0, 0.0, 1.0).geometry(), nullptr);
     const KdDbCircle point({0, 0, 0}, KdGeVector3d::kZAxis, 0.0);
     EXPECT_EQ(point.getClosestPointTo({1, 1, 1}, nearest), Kdapi::eDegenerateGeometry);
+    EXPECT_FALSE(point.isClosed() || arc.isClosed());
 }
 
 TEST_F(EntityCurvesTest, PolylineSegmentsTellTheirKindAndShape)

@@ -1,11 +1,7 @@
 // What an entity shows moves with it: matrices that carry boxes to boxes carry its box to its box.
 
 #include "support/ge_samples.h"
-#include "support/host_test.h"
-#include "support/modules.h"
-#include "support/objects.h"
-
-using namespace tests;
+#include "support/room_test.h"
 
 namespace {
 

@@ -4,14 +4,10 @@
 
 #include "platform/modules.h"
 #include "platform/text.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 #include "tables/linetype_file.h"
 
-using ::testing::ElementsAre;
-
-namespace tests {
 namespace {
 
 TEST(LinetypeFile, FindsTheFirstDefinitionOfANameInAnyCase)
@@ -110,9 +106,8 @@ TEST_F(LinetypeLoading, ASimplePatternTakesThePlaceOfOneWithShapes)
     const std::wstring file = write("a.lin", "*FENCE,new\nA,3,-1\n");
     ASSERT_EQ(drawing->loadLineTypeFile(L"FENCE", file.c_str()), Kdapi::eOk);
     const std::string text = korra::drawingText(*drawing);
-    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr(" 75\n")));
+    EXPECT_THAT(text, Not(HasSubstr(" 75\n")));
     EXPECT_THAT(pattern(*dxf::readWhole(text), L"FENCE"), ElementsAre(3.0, -1.0));
 }
 
 } // namespace
-} // namespace tests

@@ -2,16 +2,12 @@
 
 #include "dxf_samples.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 #include "tables/palette.h"
 
 using korra::drawingText;
 using korra::TableKind;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
-namespace tests {
 namespace {
 
 TEST(Palette, HasThePublishedColors)
@@ -72,4 +68,3 @@ TEST_F(ColorInFiles, WhatIsSetComesBack)
 }
 
 } // namespace
-} // namespace tests

@@ -1,12 +1,11 @@
 #include "blocks/draw_block.h"
 #include "objects/object_access.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include "sinks/pick_sink.h"
 
 #include <cmath>
 
-using namespace tests;
 using korra::PickHit;
 using korra::PickSink;
 
@@ -36,8 +35,8 @@ protected:
 
 TEST_F(PickSinkTest, NearestCurveWins)
 {
-    const auto low = addEntity(new KdDbLine(KdGePoint3d(0, 0, 0), KdGePoint3d(10, 0, 0)));
-    const auto high = addEntity(new KdDbLine(KdGePoint3d(0, 0.4, 0), KdGePoint3d(10, 0.4, 0)));
+    const auto low = addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    const auto high = addEntity(new KdDbLine({0, 0.4, 0}, {10, 0.4, 0}));
     EXPECT_EQ(hitAt(5, 0.15).entity, low);
     EXPECT_NEAR(hitAt(5, 0.15).distance, 1.5, 1e-9);
     EXPECT_EQ(hitAt(5, 0.2).entity, high); // equally near: drawn last
@@ -48,7 +47,7 @@ TEST_F(PickSinkTest, NearestCurveWins)
 
 TEST_F(PickSinkTest, TheBoxIsASquare)
 {
-    addEntity(new KdDbLine(KdGePoint3d(-1, 1, 0), KdGePoint3d(1, -1, 0)));
+    addEntity(new KdDbLine({-1, 1, 0}, {1, -1, 0}));
     // 2.9 pixels each way from the diagonal's nearest point: 4.1 pixels off, yet under the box.
     EXPECT_NEAR(hitAt(0.29, 0.29).distance, 2.9 * std::sqrt(2.0), 1e-9);
     EXPECT_TRUE(pick(0.31, 0.31).empty());
@@ -61,10 +60,7 @@ TEST_F(PickSinkTest, CurvesAreMeasuredByTheirTrueImageAndMarkedBySegments)
         EXPECT_NEAR(hitAt(50.1 * std::cos(angle), 50.1 * std::sin(angle)).distance, 1.0, 1e-5);
     EXPECT_TRUE(pick(49.5 * std::cos(0.8), 49.5 * std::sin(0.8)).empty());
 
-    auto* polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 0});
-    polyline->addVertexAt(1, {10, 0}, 1.0);
-    polyline->addVertexAt(2, {10, 10});
+    auto* const polyline = newPolyline({{0, 0}, {10, 0, 1.0}, {10, 10}});
     polyline->setClosed(true);
     addEntity(polyline);
     EXPECT_EQ(hitAt(15, 5).marker, 2);

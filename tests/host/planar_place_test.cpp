@@ -2,13 +2,11 @@
 
 #include "dxf_samples.h"
 #include "support/ge_samples.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <cstdlib>
 #include <map>
 #include <sstream>
-
-using namespace tests;
 
 namespace {
 
@@ -56,6 +54,7 @@ TEST_F(PlanarEntitiesTest, StraightPolylinesGoWithAnUnevenScale)
         for (const double param : {0.0, 0.5, 1.0, 2.0})
             EXPECT_TRUE(
                 after->evalPoint(param).isEqualTo(slanted * before->evalPoint(param), kClose));
+        EXPECT_FALSE(saved(*database, "VERTEX").contains(40)) << "no width where there was none";
     }
 }
 

@@ -1,9 +1,7 @@
 // What objects refer to and own: other drawings, names of records, erasing and copies.
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
-#include "korra/host.h"
 #include "objects/contents.h"
 #include "objects/deep_copy.h"
 #include "objects/references.h"
@@ -12,22 +10,10 @@
 
 using korra::ObjectAccess;
 
-namespace tests {
 namespace {
 
 class ReferencesTest : public HostTest {
 protected:
-    /// Adds a record to a table of the other drawing.
-    template <class Table, class Record>
-    KdDbObjectId addToOther(const wchar_t* name)
-    {
-        KdDbDatabase& here = database();
-        kddbHostApplicationServices()->setWorkingDatabase(other_.get());
-        const KdDbObjectId id = addRecord<Table, Record>(name);
-        kddbHostApplicationServices()->setWorkingDatabase(&here);
-        return id;
-    }
-
     std::unique_ptr<KdDbDatabase> other_ = std::make_unique<KdDbDatabase>(true, true);
 
     void TearDown() override
@@ -78,7 +64,8 @@ TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)
 
 TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
 {
-    const KdDbObjectId block = addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"Theirs");
+    const KdDbObjectId block =
+        addRecord<KdDbBlockTable, KdDbBlockTableRecord>(L"Theirs", other_.get());
     KdDbLine foreign, wrongKind;
     foreign.setLayer(other_->clayer());
     wrongKind.setLayer(database().textstyle());
@@ -112,10 +99,11 @@ TEST_F(ReferencesTest, WhatEntersADrawingRefersToNoOther)
 
 TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 {
-    const auto walls = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
-    const auto narrow = addToOther<KdDbTextStyleTable, KdDbTextStyleTableRecord>(L"Narrow");
-    const auto dashed = addToOther<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed");
-    const auto ownWalls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
+    const auto walls = addLayer(L"Walls", other_.get());
+    const auto narrow = addTextStyle(L"Narrow", other_.get());
+    const auto dashed =
+        addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed", other_.get());
+    const auto ownWalls = addLayer(L"WALLS");
     KdDbText text({0, 0, 0}, L"a", 1.0);
     text.setLayer(walls);
     text.setTextStyle(narrow);
@@ -136,19 +124,21 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
 
 TEST_F(ReferencesTest, ADeepCopyTakesAlongWhatItNeeds)
 {
-    const auto walls = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    const auto walls = addLayer(L"Walls");
     const auto circle =
         addEntityToBlock(L"Inner", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
     addEntityToBlock(L"Outer", new KdDbBlockReference(KdGePoint3d(1, 2, 3), blockId(L"Inner")));
     const auto dimension =
         addEntityToBlock(L"Outer", new KdDbAlignedDimension({0, 0, 0}, {4, 0, 0}, {0, 2, 0}));
     Open<KdDbLine>(addEntityToBlock(L"Outer", new KdDbLine))->setLayer(walls);
-    addToOther<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1"); // as the dimension's graphics here
-    const auto theirs = addToOther<KdDbLayerTable, KdDbLayerTableRecord>(L"WALLS");
+    // As the dimension's graphics here.
+    addRecord<KdDbBlockTable, KdDbBlockTableRecord>(L"*D1", other_.get());
+    const auto theirs = addLayer(L"WALLS", other_.get());
 
     korra::IdMap map;
     korra::deepCopy({blockId(L"Outer")}, *ObjectAccess::object(other_->blockTableId()), map);
     EXPECT_EQ(map.at(walls), theirs);
+    EXPECT_FALSE(other_->contents().record(korra::TableKind::block, L"Inner").isNull());
     EXPECT_EQ(map.at(circle).database(), other_.get());
     const auto graphics = ObjectAccess::live<KdDbDimension>(map.at(dimension))->dimBlockId();
     EXPECT_NE(ObjectAccess::live<KdDbBlockTableRecord>(graphics)->name(), L"*D1");
@@ -170,4 +160,3 @@ TEST_F(ReferencesTest, NewRecordsHaveNamesThatFilesAndUsersCanRead)
 }
 
 } // namespace
-} // namespace tests

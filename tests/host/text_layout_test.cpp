@@ -1,8 +1,7 @@
 #include "dxf_samples.h"
 #include "gi/text_codes.h"
 #include "support/ge_samples.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "entities/style_font.h"
 #include "entities/text_layout.h"
@@ -12,8 +11,6 @@
 
 #include <fstream>
 
-using namespace tests;
-
 namespace {
 
 using Lines = std::vector<std::wstring>;
@@ -22,7 +19,7 @@ class TextLayoutTest : public HostTest {
 protected:
     static KdDbObjectId style(const wchar_t* font)
     {
-        const auto id = addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(font);
+        const auto id = addTextStyle(font);
         Open<KdDbTextStyleTableRecord>(id)->setFileName(font);
         return id;
     }
@@ -31,7 +28,7 @@ protected:
 TEST_F(TextLayoutTest, WidthIsThatOfTheFontInCapitals)
 {
     const KdDbObjectId serif = style(L"DejaVu Serif");
-    EXPECT_THAT(korra::fontOfStyle(serif).file(), ::testing::HasSubstr("DejaVuSerif.ttf"));
+    EXPECT_THAT(korra::fontOfStyle(serif).file(), HasSubstr("DejaVuSerif.ttf"));
     // Units of the font: its advances over the height of its H.
     for (const auto& [text, units] : {std::pair(L"", 0.0),
                                       {L"H", 1786.0},
@@ -119,7 +116,7 @@ TEST_F(TextLayoutTest, ValuesThatMeanNothingAreRefused)
         text.setVerticalMode(4),     lines.setContents(nullptr), lines.setTextHeight(0.0),
         lines.setWidth(-0.5),        lines.setAttachment(0),     lines.setAttachment(10),
         lines.setNormal({0, 0, 0})};
-    EXPECT_THAT(refused, ::testing::Each(Kdapi::eInvalidInput));
+    EXPECT_THAT(refused, Each(Kdapi::eInvalidInput));
     EXPECT_EQ(lines.setTextStyle({}), Kdapi::eNullObjectId);
 }
 

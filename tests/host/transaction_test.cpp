@@ -2,13 +2,10 @@
 
 #include "dxf_samples.h"
 
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "kd/ap.h"
-#include "korra/host.h"
 
-namespace tests {
 namespace {
 
 class TransactionTest : public HostTest {
@@ -47,7 +44,7 @@ TEST_F(TransactionTest, ClosesWhatItOpenedAtItsEnd)
     EXPECT_EQ(manager().endTransaction(), Kdapi::eNotApplicable);
     EXPECT_EQ(manager().abortTransaction(), Kdapi::eNotApplicable);
     ASSERT_NE(manager().startTransaction(), nullptr);
-    EXPECT_THAT(korra::audit(), ::testing::ElementsAre("1 transaction"));
+    EXPECT_THAT(korra::audit(), ElementsAre("1 transaction"));
     EXPECT_EQ(manager().getObject(object, {}, KdDb::kForRead), Kdapi::eNullObjectId);
     readLayer()->close();
     manager().startTransaction();
@@ -95,7 +92,7 @@ TEST_F(TransactionTest, AbortingLeavesTheDrawingAsItWas)
     polyline->createExtensionDictionary();
     const KdDbObjectId dictionary = polyline->extensionDictionary();
     const KdDbObjectId added = addEntity(new KdDbLine); // opened past the transaction
-    const KdDbObjectId layer = addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Walls");
+    const KdDbObjectId layer = addLayer(L"Walls");
     auto* const dimension = get<KdDbDimension>(dimensionId, KdDb::kForWrite);
     dimension->transformBy(KdGeMatrix3d::translation({5, 0, 0}));
     dimension->close(); // which makes the graphics anew
@@ -179,4 +176,3 @@ TEST_F(TransactionTest, ObjectsOfAnyOpenDrawingTakePart)
 }
 
 } // namespace
-} // namespace tests

@@ -1,7 +1,7 @@
 #include "kd/ap.h"
 #include "kd/rx.h"
 #include "korra/modules.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 #include <filesystem>
@@ -77,6 +77,8 @@ TEST_F(LinkerTest, AModuleForOneDocumentStaysAndIsRefusedWhenMoreAreOpen)
     EXPECT_TRUE(korra::loadModule("probe_locked").done);
     EXPECT_FALSE(kdrxUnloadModule(L"probe_locked.krx", false)) << "it is locked";
     EXPECT_THAT(loadedModules(), ElementsAre("probe_locked.krx"));
+    auto* const linker = KdRxDynamicLinker::cast(kdrxSysRegistry()->at(L"DynamicLinker"));
+    EXPECT_FALSE(linker->unlockApplication(this) || linker->registerAppMDIAware(this));
 
     startFreshHost();
     korra::newDocument();

@@ -2,7 +2,7 @@
 #include "kd/rx.h"
 #include "korra/modules.h"
 #include "platform/text.h"
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 #include <filesystem>

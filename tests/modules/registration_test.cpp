@@ -1,10 +1,8 @@
 #include "kd/ap.h"
-#include "kd/ed.h"
 #include "kd/rx.h"
-#include "korra/console.h"
 #include "korra/modules.h"
-#include "support/library_test.h"
 #include "support/resbuf_list.h"
+#include "support/room_test.h"
 
 namespace {
 
@@ -34,8 +32,9 @@ TEST_F(RegistrationTest, CommandsRunByEitherNameUntilTheirModuleGoes)
             EXPECT_TRUE(korra::runCommand(name)) << name;
     });
     EXPECT_THAT(only(run, {"command"}), SizeIs(4));
-    EXPECT_EQ(commandStack().addCommand(L"probe", L"probeone", nullptr, 0, [] {}),
-              Kdapi::eDuplicateKey);
+    for (const auto& [name, status] :
+         {std::pair(L"probeone", Kdapi::eDuplicateKey), {L"", Kdapi::eInvalidInput}})
+        EXPECT_EQ(commandStack().addCommand(L"probe", name, nullptr, 0, [] {}), status);
 
     korra::stopHost();
     korra::startHost();
@@ -68,6 +67,7 @@ TEST_F(RegistrationTest, FunctionsAreDefinedAndUndefinedPerDocument)
     EXPECT_THAT(only(closing, operations), ElementsAre("kdedUndef(\"probe-first\", 0) = 5100",
                                                        "kdedUndef(\"probe-second\", 1) = 5100"));
     EXPECT_EQ(kdedDefun(L"stray", 0), RTERROR) << "no module is asking";
+    EXPECT_EQ(kdedGetFunCode(), -1) << "nor is one asked";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "orvex/savers.h"
 
-#include "support/library_test.h"
 #include "support/named_records.h"
+#include "support/room_test.h"
 
 #include <memory>
 

@@ -16,6 +16,12 @@ void startFreshHost()
     korra::takePrintedText();
 }
 
+void give(const std::vector<std::string>& lines)
+{
+    for (const std::string& line : lines)
+        korra::queueInput(line);
+}
+
 void HostTest::SetUp()
 {
     startFreshHost();
@@ -49,6 +55,14 @@ KdDbObjectId addToRecord(KdDbObjectId record, KdDbEntity* entity)
 KdDbObjectId addEntity(KdDbEntity* entity)
 {
     return addToRecord(drawing()->currentSpaceId(), entity);
+}
+
+std::vector<KdDbObjectId> addLines(int count)
+{
+    std::vector<KdDbObjectId> ids;
+    for (int i = 0; i < count; ++i)
+        ids.push_back(addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0})));
+    return ids;
 }
 
 KdDbObjectId blockId(const wchar_t* name)

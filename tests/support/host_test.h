@@ -30,11 +30,17 @@ protected:
     static std::string printed() { return korra::takePrintedText(); }
 };
 
+/// Input that waits, a line each.
+void give(const std::vector<std::string>& lines);
+
 /// Starts a fresh host with one new drawing and records fatal stops.
 void startFreshHost();
 
 /// Adds an entity to the current space of the working database and closes it.
 KdDbObjectId addEntity(KdDbEntity* entity);
+
+/// Adds lines from (0, 0) to (10, 0).
+std::vector<KdDbObjectId> addLines(int count);
 
 /// Adds an entity to a block (made when it is missing) of the working database and closes it.
 KdDbObjectId addEntityToBlock(const wchar_t* block, KdDbEntity* entity);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 namespace tests {
@@ -43,19 +44,29 @@ inline void erase(KdDbObjectId id)
     EXPECT_EQ(Open<KdDbObject>(id)->erase(), Kdapi::eOk);
 }
 
-/// Adds a record with this name to a table of the working database.
+/// Adds a record with this name to a table.
 template <class Table, class Record>
-KdDbObjectId addRecord(const wchar_t* name)
+KdDbObjectId addRecord(const wchar_t* name, KdDbDatabase* database = drawing())
 {
     auto* record = new Record;
     EXPECT_EQ(record->setName(name), Kdapi::eOk);
     Table* table = nullptr;
-    EXPECT_EQ(drawing()->getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
+    EXPECT_EQ(database->getSymbolTable(table, KdDb::kForWrite), Kdapi::eOk);
     KdDbObjectId id;
     EXPECT_EQ(table->add(id, record), Kdapi::eOk);
     record->close();
     table->close();
     return id;
+}
+
+inline KdDbObjectId addLayer(const wchar_t* name, KdDbDatabase* database = drawing())
+{
+    return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(name, database);
+}
+
+inline KdDbObjectId addTextStyle(const wchar_t* name, KdDbDatabase* database = drawing())
+{
+    return addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(name, database);
 }
 
 inline KdArray<KdDbObjectId> arrayOf(const std::vector<KdDbObjectId>& ids)
@@ -74,6 +85,32 @@ inline void useNamedUcs(double x)
     KdDbObjectId viewport;
     Open<KdDbViewportTable>(drawing()->viewportTableId())->getAt(L"*ACTIVE", viewport);
     Open<KdDbViewportTableRecord>(viewport)->setUcs(ucs);
+}
+
+/// Has a function add a line; one that is refused or stays open is ended.
+template <class Add>
+Kdapi::ErrorStatus addLineBy(Add add)
+{
+    auto line = std::make_unique<KdDbLine>();
+    const Kdapi::ErrorStatus status = add(line.get());
+    if (line->objectId().isNull())
+        return status;
+    KdDbLine* const added = line.release();
+    if (added->isReadEnabled() || status != Kdapi::eOk)
+        added->close();
+    return status;
+}
+
+struct PolylineVertex {
+    double x, y, bulge = 0.0;
+};
+
+inline KdDbPolyline* newPolyline(const std::vector<PolylineVertex>& vertices)
+{
+    auto* const polyline = new KdDbPolyline;
+    for (const auto& [x, y, bulge] : vertices)
+        EXPECT_EQ(polyline->addVertexAt(polyline->numVerts(), {x, y}, bulge), Kdapi::eOk);
+    return polyline;
 }
 
 /// A dimension of the current style, 40 units from (0, 0) with its line on y = 10.

@@ -27,10 +27,7 @@ Ids nothing()
 
 Ids lines()
 {
-    Ids ids;
-    for (int i = 0; i < 3; ++i)
-        ids.push_back(addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0})));
-    return ids;
+    return addLines(3);
 }
 
 /// A record "House" of each kind, and a "Second" that is not current.
@@ -111,19 +108,6 @@ void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle
     change(name, textStyle, 2.5, 2, 2, 0, 2, 1, 0, 1, drawing());
 }
 
-/// Adds a line; one that was refused is the caller's.
-template <class Add>
-void addLine(Add add)
-{
-    auto line = std::make_unique<KdDbLine>();
-    const Kdapi::ErrorStatus status = add(line.get());
-    if (line->objectId().isNull())
-        return;
-    KdDbLine* const added = line.release();
-    if (added->isReadEnabled() || status != Kdapi::eOk)
-        added->close();
-}
-
 /// Gives the entity to a call that wants it open for writing.
 template <class T, class Call>
 void withOpen(KdDbObjectId id, Call call)
@@ -133,80 +117,49 @@ void withOpen(KdDbObjectId id, Call call)
         call(object.get());
 }
 
+/// What picks and copies give.
+struct Outputs {
+    Outputs() = default;
+
+    ~Outputs() { delete copy; }
+
+    Outputs(const Outputs&) = delete;
+    Outputs& operator=(const Outputs&) = delete;
+
+    KdDbObjectId id, viewport, nested;
+    KdGePoint3d point;
+    KdGeMatrix3d transform;
+    KdDbEntity* copy = nullptr;
+    double value = 0;
+};
+
 /// @param pick  EntSelEx or EntSelExEx
 template <class Pick>
 void pickNested(Pick pick, const char* input)
 {
-    KdDbObjectId id, viewport, nested;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
+    Outputs to;
     korra::queueInput(input);
-    pick(L"", id, viewport, point, nested, transform);
-}
-
-void pickTop(const char* input)
-{
-    KdDbObjectId id, viewport;
-    KdGePoint3d point;
-    KdGeMatrix3d transform;
-    for (int i = 0; i < 2; ++i)
-        korra::queueInput(input);
-    EntSel_(L"", id, point);
-    NEntSelP(L"", id, viewport, point, 0, transform);
+    pick(L"", to.id, to.viewport, to.point, to.nested, to.transform);
 }
 
 void copyPicked(const char* input)
 {
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    KdDbObjectId id, outer;
-    KdGeMatrix3d transform;
+    Outputs to;
     korra::queueInput(input);
-    rx_entsel(nullptr, entity, point, id, outer, &transform);
-    delete entity;
+    rx_entsel(nullptr, to.copy, to.point, to.id, to.nested, &to.transform);
 }
 
 void copyOrCursor(const char* input)
 {
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    KdDbObjectId id;
+    Outputs to;
     korra::queueInput(input);
-    rx_entsel_ext(nullptr, entity, point, id, nullptr);
-    delete entity;
-}
-
-void pickAt(const KdGePoint3d& point)
-{
-    KdDbObjectId id, viewport;
-    KdGePoint3d place = point;
-    KdGeMatrix3d transform;
-    NEntSelP(L"", id, viewport, place, 1, transform);
-}
-
-void copyWithValue(const char* answer)
-{
-    KdDbEntity* entity = nullptr;
-    KdGePoint3d point;
-    double value = 0;
-    korra::queueInput("Value");
-    korra::queueInput(answer);
-    rx_entsel(nullptr, L"\nValue: ", L"Value", entity, point, value, nullptr);
-    delete entity;
+    rx_entsel_ext(nullptr, to.copy, to.point, to.id, nullptr);
 }
 
 void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
 {
-    KdDbEntity* edge = nullptr;
-    GetSubEntByPt(id, point, edge, nullptr);
-    delete edge;
-}
-
-void copySaver()
-{
-    const CQM_DimStyleServer saver(L"Second");
-    CQM_DimStyleServer copy(saver);
-    copy = saver;
+    Outputs to;
+    GetSubEntByPt(id, point, to.copy, nullptr);
 }
 
 struct Export {
@@ -221,8 +174,8 @@ struct Export {
 // clang-format off
 const Export kExports[] = {
     // objects
-    {"AddToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return addToDb(line, drawing()); }); }},
-    {"PostToDb", nothing, [](const Ids&) { addLine([](KdDbEntity* line) { return postToDb(line, drawing()); }); }},
+    {"AddToDb", nothing, [](const Ids&) { addLineBy([](KdDbEntity* line) { return addToDb(line, drawing()); }); }},
+    {"PostToDb", nothing, [](const Ids&) { addLineBy([](KdDbEntity* line) { return postToDb(line, drawing()); }); }},
     {"EraseObject", lines, [](const Ids& ids) { EraseObject(ids[0]); }},
     {"EraseObjects", lines, [](const Ids& ids) { KdArray<KdDbObjectId> array; for (const KdDbObjectId id : ids) array.append(id); EraseObject(array); }},
     {"CopyEntity", lines, [](const Ids& ids) { withOpen<KdDbEntity>(ids[0], [](KdDbEntity* line) { KdDbLine source; CopyEntity(&source, line); }); }},
@@ -313,15 +266,15 @@ const Export kExports[] = {
     {"PickMissed", scene, [](const Ids&) { pickNested(EntSelEx, "\\miss"); }},
     {"PickOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "109,0"); }, Faults::single},
     {"PickMissedOrCursor", scene, [](const Ids&) { pickNested(EntSelExEx, "\\miss"); }, Faults::single},
-    {"PickOfTop", scene, [](const Ids&) { pickTop("109,0"); }},
-    {"PickAtPoint", scene, [](const Ids&) { pickAt({109, 0, 0}); }},
+    {"PickOfTop", scene, [](const Ids&) { Outputs to; give({"109,0", "109,0"}); EntSel_(L"", to.id, to.point); NEntSelP(L"", to.id, to.viewport, to.point, 0, to.transform); }},
+    {"PickAtPoint", scene, [](const Ids&) { Outputs to; to.point = {109, 0, 0}; NEntSelP(L"", to.id, to.viewport, to.point, 1, to.transform); }},
     {"PickWithoutCopy", scene, [](const Ids&) { KdDbObjectId id; KdGePoint3d point; korra::queueInput("109,0"); rx_entsel(nullptr, id, point, nullptr); }},
     {"CopyOrCursor", scene, [](const Ids&) { copyOrCursor("109,0"); }, Faults::single},
     {"CopyMissedOrCursor", scene, [](const Ids&) { copyOrCursor("\\miss"); }, Faults::single},
     {"CopyOfNested", scene, [](const Ids&) { copyPicked("109,0"); }},
     {"CopyOfSegment", scene, [](const Ids&) { copyPicked("15,55"); }},
     {"CopyThroughWindow", sceneUnderSheet, [](const Ids&) { copyPicked("318,100"); }},
-    {"CopyWithValue", scene, [](const Ids&) { copyWithValue("2.5"); }},
+    {"CopyWithValue", scene, [](const Ids&) { Outputs to; give({"Value", "2.5"}); rx_entsel(nullptr, L"\nValue: ", L"Value", to.copy, to.point, to.value, nullptr); }},
     {"GetSubEntByPt", scene, [](const Ids& ids) { edgeAt(ids[0], {4, 50, 0}); }},
     {"GetSubEntByPtNested", scene, [](const Ids& ids) { edgeAt(ids[0], {109, 0, 0}); }},
 
@@ -332,7 +285,7 @@ const Export kExports[] = {
     {"OrthomodeServer", nothing, [](const Ids&) { const CQM_OrthomodeServer saver(true); }},
     {"LayerServer", house, [](const Ids&) { const CQM_LayerServer saver(L"Second"); }},
     {"TextStyleServer", house, [](const Ids&) { const CQM_TextStyleServer saver(L"Second"); }},
-    {"DimStyleServer", house, [](const Ids&) { copySaver(); }},
+    {"DimStyleServer", house, [](const Ids&) { const CQM_DimStyleServer saver(L"Second"); CQM_DimStyleServer copy(saver); copy = saver; }},
     {"DocLockServer", nothing, [](const Ids&) { const CQM_DocLockServer saver; }},
     {"UcsServer", movedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},
     {"UcsServerNamed", namedSystem, [](const Ids&) { const CQM_UcsServer saver(KdGeMatrix3d::translation({10, 0, 0})); }},

@@ -1,5 +1,6 @@
 /// Operations of the host that run out of memory: each leaves the drawing as it was.
 
+#include "support/data_notes.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
@@ -10,11 +11,10 @@ using namespace tests;
 
 namespace {
 
-const std::wstring kLong(200, L'x'); ///< too long to be kept without an allocation
-
-struct FreeList {
-    void operator()(resbuf* list) const { kdutRelRb(list); }
-};
+// Too long to be kept without an allocation.
+const std::wstring kLong(200, L'x');
+const std::wstring kFace(30, L'x');
+const std::string kData = "@ACAD " + std::string(200, 'x');
 
 /// A copy of a polyline with a vertex, a layer of another drawing and extended data.
 std::unique_ptr<KdDb3dPolyline> copyOfForeign()
@@ -23,70 +23,51 @@ std::unique_ptr<KdDb3dPolyline> copyOfForeign()
     auto polyline = std::make_unique<KdDb3dPolyline>();
     polyline->appendVertex(new KdDbVertex);
     polyline->setLayer(other.clayer());
-    const std::unique_ptr<resbuf, FreeList> data(
-        kdutBuildList(1001, L"ACAD", 1000, kLong.c_str(), 0));
-    EXPECT_EQ(polyline->setXData(data.get()), Kdapi::eOk);
+    setData(*polyline, kData);
     return std::unique_ptr<KdDb3dPolyline>(static_cast<KdDb3dPolyline*>(polyline->clone()));
 }
 
 /// What the operations work on. What is in the drawing is open for writing, the rest free-standing.
 struct Sheet {
-    Open<KdDbBlockTableRecord> block{blockOfLines()};
+    Sheet()
+    {
+        layer->setName(kLong.c_str());
+        const Open<KdDbDimStyleTableRecord> other(otherStyle);
+        other->setDimgap(3.0);
+        other->setDimscale(2.0);
+    }
+
+    KdDbObjectId inBlock = addEntityToBlock(L"Lines", new KdDbLine);
+    KdDbObjectId besideIt = addEntityToBlock(L"Lines", new KdDbLine);
+    KdDbObjectId otherStyle = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Other");
+    Open<KdDbBlockTableRecord> block{blockId(L"Lines")};
     Open<KdDbLayerTable> layers{drawing()->layerTableId()};
     Open<KdDbLinetypeTableRecord> linetype{
         addRecord<KdDbLinetypeTable, KdDbLinetypeTableRecord>(L"Dashed")};
     Open<KdDbTextStyleTableRecord> style{drawing()->textstyle()};
     Open<KdDbDictionary> dictionary{drawing()->namedObjectsDictionaryId()};
     Open<KdDbMText> text{addEntity(new KdDbMText)};
-    Open<KdDbRotatedDimension> dimension{
-        addEntity(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0}))};
+    Open<KdDbDimension> dimension{addEntity(newDimension())};
     Open<KdDbPolyline> polyline{addEntity(new KdDbPolyline)};
     Open<KdDb3dPolyline> path{addEntity(new KdDb3dPolyline)};
     Open<KdDbBlockTableRecord> space{drawing()->currentSpaceId()};
-    KdDbObjectId otherStyle = styleOfOtherSizes();
     std::unique_ptr<KdDb3dPolyline> copy = copyOfForeign();
     std::unique_ptr<KdDbVertex> vertex = std::make_unique<KdDbVertex>();
-    std::unique_ptr<KdDbLayerTableRecord> layer = namedLayer();
+    std::unique_ptr<KdDbLayerTableRecord> layer = std::make_unique<KdDbLayerTableRecord>();
     std::unique_ptr<KdDbDictionary> entry = std::make_unique<KdDbDictionary>();
-    std::unique_ptr<resbuf, FreeList> data{kdutBuildList(1001, L"ACAD", 1000, kLong.c_str(), 0)};
-
-    static std::unique_ptr<KdDbLayerTableRecord> namedLayer()
-    {
-        auto layer = std::make_unique<KdDbLayerTableRecord>();
-        layer->setName(kLong.c_str());
-        return layer;
-    }
-
-    static KdDbObjectId styleOfOtherSizes()
-    {
-        const auto id = addRecord<KdDbDimStyleTable, KdDbDimStyleTableRecord>(L"Other");
-        const Open<KdDbDimStyleTableRecord> style(id);
-        style->setDimgap(3.0);
-        style->setDimscale(2.0);
-        return id;
-    }
-
-    static KdDbObjectId blockOfLines()
-    {
-        addEntityToBlock(L"Lines", new KdDbLine);
-        addEntityToBlock(L"Lines", new KdDbLine);
-        return blockId(L"Lines");
-    }
+    List data = listOf(kData);
 };
 
 struct Operation {
     const char* name;
     Kdapi::ErrorStatus (*run)(Sheet& sheet);
-};
 
-void PrintTo(const Operation& operation, std::ostream* out)
-{
-    *out << operation.name;
-}
+    friend void PrintTo(const Operation& each, std::ostream* out) { *out << each.name; }
+};
 
 /// Gives a free-standing object to the drawing; a refused one is still the caller's.
 template <class T, class Take>
-Kdapi::ErrorStatus give(std::unique_ptr<T>& object, Take take)
+Kdapi::ErrorStatus handOver(std::unique_ptr<T>& object, Take take)
 {
     KdDbObjectId id;
     const Kdapi::ErrorStatus status = take(id, object.get());
@@ -95,48 +76,26 @@ Kdapi::ErrorStatus give(std::unique_ptr<T>& object, Take take)
     return status;
 }
 
+// clang-format off
 const Operation kOperations[] = {
-    {"NewRecord",
-     [](Sheet& sheet) {
-         return give(sheet.layer,
-                     [&](auto& id, auto* layer) { return sheet.layers->add(id, layer); });
-     }},
-    {"CopyFromAnotherDrawing",
-     [](Sheet& sheet) {
-         return give(sheet.copy,
-                     [&](auto& id, auto* copy) { return sheet.space->appendKdDbEntity(id, copy); });
-     }},
-    {"Part",
-     [](Sheet& sheet) {
-         return give(sheet.vertex,
-                     [&](auto& id, auto* vertex) { return sheet.path->appendVertex(id, vertex); });
-     }},
-    {"Entry",
-     [](Sheet& sheet) {
-         return give(sheet.entry, [&](auto& id, auto* entry) {
-             return sheet.dictionary->setAt(L"ENTRY", entry, id);
-         });
-     }},
+    {"NewRecord", [](Sheet& sheet) { return handOver(sheet.layer, [&](auto& id, auto* layer) { return sheet.layers->add(id, layer); }); }},
+    {"CopyFromAnotherDrawing", [](Sheet& sheet) { return handOver(sheet.copy, [&](auto& id, auto* copy) { return sheet.space->appendKdDbEntity(id, copy); }); }},
+    {"Part", [](Sheet& sheet) { return handOver(sheet.vertex, [&](auto& id, auto* vertex) { return sheet.path->appendVertex(id, vertex); }); }},
+    {"Entry", [](Sheet& sheet) { return handOver(sheet.entry, [&](auto& id, auto* entry) { return sheet.dictionary->setAt(L"ENTRY", entry, id); }); }},
     {"ExtensionDictionary", [](Sheet& sheet) { return sheet.text->createExtensionDictionary(); }},
     {"ExtendedData", [](Sheet& sheet) { return sheet.text->setXData(sheet.data.get()); }},
     {"TakenContents", [](Sheet& sheet) { return sheet.path->copyFrom(sheet.copy.get()); }},
     {"Erasing", [](Sheet& sheet) { return sheet.block->erase(); }},
     {"Name", [](Sheet& sheet) { return sheet.linetype->setName(kLong.c_str()); }},
-    {"Font",
-     [](Sheet& sheet) {
-         const std::wstring face(30, L'x');
-         return sheet.style->setFont(face.c_str(), true, false, 0, 0, 0, false);
-     }},
+    {"Font", [](Sheet& sheet) { return sheet.style->setFont(kFace.c_str(), true, false, 0, 0, 0, false); }},
     {"FontFile", [](Sheet& sheet) { return sheet.style->setFileName(kLong.c_str()); }},
     {"Text", [](Sheet& sheet) { return sheet.text->setContents(kLong.c_str()); }},
-    {"Vertex",
-     [](Sheet& sheet) {
-         return sheet.polyline->addVertexAt(0, {1, 2});
-     }},
+    {"Vertex", [](Sheet& sheet) { return sheet.polyline->addVertexAt(0, {1, 2}); }},
     {"Override", [](Sheet& sheet) { return sheet.dimension->setDimlfac(3.0); }},
-    {"DimensionVariables",
-     [](Sheet& sheet) { return drawing()->setDimstyleData(sheet.otherStyle); }},
+    {"DimensionVariables", [](Sheet& sheet) { return drawing()->setDimstyleData(sheet.otherStyle); }},
 };
+
+// clang-format on
 
 class HostOperationTest : public ::testing::TestWithParam<Operation> {};
 

@@ -1,7 +1,7 @@
 #include "orvex/colors.h"
 #include "orvex/system_variables.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 namespace {
 
@@ -53,20 +53,27 @@ TEST_F(ColorsTest, TheBackgroundIsThatOfTheCurrentView)
     EXPECT_EQ(Orvex::GetCurrentBkColor(&database()), model) << "inside a viewport";
 }
 
-TEST_F(ColorsTest, TheDialogGivesAnIndex)
+TEST_F(ColorsTest, TheDialogAsksUntilItGetsAnIndex)
 {
-    int chosen = -1;
-    korra::queueInput("30");
-    EXPECT_EQ(Orvex::InvokeColorDlg(7, chosen), 1);
-    EXPECT_EQ(chosen, 30);
-    EXPECT_THAT(printed(), HasSubstr("7"));
-
-    korra::queueInput("\\esc");
-    EXPECT_EQ(Orvex::InvokeColorDlg(256, chosen), 0);
-    EXPECT_EQ(chosen, 30) << "untouched";
-    printed();
-    EXPECT_EQ(Orvex::InvokeColorDlg(257, chosen), 0);
-    EXPECT_EQ(printed(), "") << "no dialog";
+    // What is current and how it is shown; the answers, the result and the index.
+    const std::tuple<unsigned short, const char*, std::vector<std::string>, int, int> cases[] = {
+        {7, "<7>", {"300", "blue", "30"}, 1, 30},
+        {7, "<7>", {"bylayer"}, 1, 256},
+        {0, "<BYBLOCK>", {""}, 1, 0},
+        {256, "<BYLAYER>", {""}, 1, 256},
+        {7, "<7>", {"\\esc"}, 0, -1},
+        {257, "", {}, 0, -1},
+    };
+    for (const auto& [current, shown, answers, result, index] : cases) {
+        int chosen = -1;
+        give(answers);
+        EXPECT_EQ(Orvex::InvokeColorDlg(current, chosen), result) << current;
+        EXPECT_EQ(chosen, index) << current;
+        const std::string asked = printed();
+        EXPECT_THAT(asked, HasSubstr(shown));
+        EXPECT_EQ(asked.empty(), answers.empty());
+        EXPECT_EQ(asked.find("Not a colour.") != asked.npos, answers.size() > 1);
+    }
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "orvex/dim_styles.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "tables/messages.h"
 
 #include "kd/ap.h"
@@ -62,11 +62,6 @@ std::string styleText()
                 style->dimtad(), style->dimaunit(), style->dimtofl(), style->dimtolj(),
                 style->dimfit());
     return narrow(text);
-}
-
-KdDbObjectId addTextStyle(const wchar_t* name)
-{
-    return addRecord<KdDbTextStyleTable, KdDbTextStyleTableRecord>(name);
 }
 
 std::string textStyleOf(const wchar_t* name)

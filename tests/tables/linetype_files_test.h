@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 namespace tests {

@@ -1,6 +1,6 @@
 #include "orvex/linetypes.h"
-#include "orvex/system_variables.h"
 
+#include "support/variables.h"
 #include "tables/linetype_files_test.h"
 #include "tables/messages.h"
 
@@ -24,15 +24,11 @@ Operation* hostsOwn(const char* symbol)
     return reinterpret_cast<Operation*>(dlsym(RTLD_NEXT, symbol));
 }
 
-/// "FILEDIA" while a test makes a text of it; else null, and the variable is the host's.
-std::wstring* fileDialogsText = nullptr;
+/// While it holds "FILEDIA" is the text "on", and no variable of the host's.
+bool fileDialogsAreText = false;
 
-int fileDialogs()
-{
-    int value = -1;
-    QmSysVarMgr::GetSysIntValue(value, L"FILEDIA");
-    return value;
-}
+/// What "FILEDIA" was set to.
+std::vector<std::wstring> fileDialogsWritten;
 
 class LinetypesTest : public LinetypeFilesTest {
 protected:
@@ -89,7 +85,7 @@ TEST_F(LinetypesTest, LoadsFromTheFileOfTheUnitsElseFromTheOther)
         EXPECT_EQ(load(name, measurement), result);
         EXPECT_DOUBLE_EQ(patternLength(CString(name).Trim()), length);
         EXPECT_EQ(printed(), "");
-        EXPECT_EQ(fileDialogs(), 1);
+        EXPECT_EQ(variable(L"FILEDIA"), "1");
     }
 }
 
@@ -99,9 +95,10 @@ TEST_F(LinetypesTest, LoadsAgainOnlyWhenTold)
     EXPECT_THAT(tracedOperations([&] { EXPECT_EQ(load(L" a ", KdDb::kEnglish), 1); }),
                 Not(Contains("kdedFindFile")));
     EXPECT_DOUBLE_EQ(patternLength(L"A"), 12);
-    const auto reloading = tracedCalls([&] { EXPECT_EQ(load(L"A", KdDb::kEnglish, 1), 1); });
+    fileDialogsWritten.clear();
+    EXPECT_EQ(load(L"A", KdDb::kEnglish, 1), 1);
     EXPECT_DOUBLE_EQ(patternLength(L"A"), 1.5);
-    EXPECT_THAT(reloading, Contains(HasSubstr("kdedSetVar(\"FILEDIA\"")).Times(2)) << "off and on";
+    EXPECT_THAT(fileDialogsWritten, ElementsAre(L"0", L"1")) << "off and on";
 }
 
 TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
@@ -126,11 +123,11 @@ TEST_F(LinetypesTest, SaysWhichFilesAreMissingAndInWhichALinetypeIs)
 
 TEST_F(LinetypesTest, FileDialogsThatAreATextComeBackAsText)
 {
-    std::wstring text = L"on";
-    fileDialogsText = &text;
+    fileDialogsWritten.clear();
+    fileDialogsAreText = true;
     EXPECT_EQ(load(L"A", KdDb::kMetric), 1);
-    fileDialogsText = nullptr;
-    EXPECT_EQ(text, L"on, written");
+    fileDialogsAreText = false;
+    EXPECT_THAT(fileDialogsWritten, ElementsAre(L"on"));
 }
 
 TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
@@ -150,18 +147,20 @@ TEST_F(LinetypesTest, ExactlyTheHostsLineWeightsExist)
 
 int kdedGetVar(const wchar_t* name, resbuf* result)
 {
-    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA")
+    if (!fileDialogsAreText || std::wstring_view(name) != L"FILEDIA")
         return hostsOwn<decltype(kdedGetVar)>("_Z10kdedGetVarPKwP6resbuf")(name, result);
     result->restype = RTSTR;
-    result->resval.rstring = kdapi_copyString(fileDialogsText->c_str());
+    result->resval.rstring = kdapi_copyString(L"on");
     return RTNORM;
 }
 
 int kdedSetVar(const wchar_t* name, const resbuf* value)
 {
-    if (!fileDialogsText || std::wstring_view(name) != L"FILEDIA")
-        return hostsOwn<decltype(kdedSetVar)>("_Z10kdedSetVarPKwPK6resbuf")(name, value);
-    EXPECT_EQ(value->restype, RTSTR);
-    *fileDialogsText = value->resval.rstring + std::wstring(L", written");
-    return RTNORM;
+    const bool isFileDialogs = std::wstring_view(name) == L"FILEDIA";
+    if (isFileDialogs)
+        fileDialogsWritten.push_back(value->restype == RTSTR ? value->resval.rstring
+                                                             : std::to_wstring(value->resval.rint));
+    return isFileDialogs && fileDialogsAreText
+               ? RTNORM
+               : hostsOwn<decltype(kdedSetVar)>("_Z10kdedSetVarPKwPK6resbuf")(name, value);
 }

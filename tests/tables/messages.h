@@ -2,7 +2,7 @@
 
 #include "orvex/shell.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 namespace tests {
 

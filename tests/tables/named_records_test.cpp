@@ -1,7 +1,7 @@
 // What the managers of layers, text styles and dimension styles have in common.
 
-#include "support/library_test.h"
 #include "support/named_records.h"
+#include "support/room_test.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "orvex/text_styles.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 #include "tables/messages.h"
 
@@ -144,6 +144,13 @@ TEST_F(TextStylesTest, MakingLeavesAMissingBigFontOut)
     EXPECT_EQ(make({.bigFontFile = L"no.shx"}), 1);
     EXPECT_EQ(printed(), "\nBig font file no.shx can not be found！");
     EXPECT_EQ(styleText(), "[plain.shx|] [ 0 0 0] 0.7 30");
+}
+
+TEST_F(TextStylesTest, FilesTakeThePlaceOfAFontOfTheDefaultCharacterSet)
+{
+    make(windowsFont(L"DejaVu Sans"));
+    EXPECT_THAT(tracedCalls([] { change({}); }),
+                Contains(HasSubstr("setFont(\"\", 0, 0, 1, 2, 0)")));
 }
 
 TEST_F(TextStylesTest, AStyleForDrawingIsNeverUnderlined)

@@ -118,15 +118,14 @@ TEST_F(PickCopiesTest, PointsAreInTheWorldWhateverTheUcsAndDoNotSnap)
 
 TEST_F(PickCopiesTest, AKeywordAsksForANumber)
 {
-    const std::tuple<std::vector<const char*>, int, double> cases[] = {
+    const std::tuple<std::vector<std::string>, int, double> cases[] = {
         {{"Value", "2.5"}, RTKWORD, 2.5}, {{"v", "\\esc"}, RTCAN, -1.0},
         {{"Value", ""}, RTNONE, -1.0},    {{"\\esc"}, RTCAN, -1.0},
         {{"\\miss"}, RTERROR, -1.0},      {{"4,0"}, RTNORM, -1.0}};
 
     for (const auto& [input, status, expected] : cases) {
         SCOPED_TRACE(input.front());
-        for (const char* line : input)
-            korra::queueInput(line);
+        give(input);
         KdDbEntity* entity = nullptr;
         KdGePoint3d point;
         double value = -1.0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 /// What the pick tests pick in, all on the model tab:
 ///   a line from (0,0) to (10,0);
@@ -18,26 +18,21 @@ struct PickScene {
 /// A light polyline (0,50) to (10,50), then a half circle to (10,60).
 inline KdDbPolyline* newPickPolyline()
 {
-    auto* const polyline = new KdDbPolyline;
-    polyline->addVertexAt(0, {0, 50});
-    polyline->addVertexAt(1, {10, 50}, 1.0);
-    polyline->addVertexAt(2, {10, 60});
-    return polyline;
+    return newPolyline({{0, 50}, {10, 50, 1.0}, {10, 60}});
 }
 
 inline PickScene makePickScene()
 {
     PickScene scene;
-    scene.line = tests::addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0}));
-    scene.nestedLine = tests::addEntityToBlock(L"INNER", new KdDbLine({0, 0, 0}, {10, 0, 0}));
-    tests::addEntityToBlock(L"OUTER", new KdDbBlockReference({5, 0, 0}, tests::blockId(L"INNER")));
-    scene.reference =
-        tests::addEntity(new KdDbBlockReference({100, 0, 0}, tests::blockId(L"OUTER")));
-    scene.polyline = tests::addEntity(newPickPolyline());
+    scene.line = addEntity(new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    scene.nestedLine = addEntityToBlock(L"INNER", new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    addEntityToBlock(L"OUTER", new KdDbBlockReference({5, 0, 0}, blockId(L"INNER")));
+    scene.reference = addEntity(new KdDbBlockReference({100, 0, 0}, blockId(L"OUTER")));
+    scene.polyline = addEntity(newPickPolyline());
     auto* const oldPolyline = new KdDb2dPolyline;
     for (const double x : {0.0, 10.0})
         oldPolyline->appendVertex(new KdDbVertex({x, 80, 0}, 0.0));
-    scene.oldPolyline = tests::addEntity(oldPolyline);
+    scene.oldPolyline = addEntity(oldPolyline);
     return scene;
 }
 
@@ -46,7 +41,7 @@ inline PickScene makePickScene()
 inline KdDbObjectId goToSheet()
 {
     EXPECT_TRUE(korra::setVariable("TILEMODE", "0"));
-    return tests::addEntity(tests::newWindow(2, {100, 100, 0}, 600, 400, 200));
+    return addEntity(newWindow(2, {100, 100, 0}, 600, 400, 200));
 }
 
 inline void moveUcs(double x, double y)
@@ -54,7 +49,7 @@ inline void moveUcs(double x, double y)
     EXPECT_EQ(kdedSetCurrentUCS(KdGeMatrix3d::translation({x, y, 0})), Kdapi::eOk);
 }
 
-class PickSceneTest : public tests::HostTest {
+class PickSceneTest : public HostTest {
 protected:
     void SetUp() override
     {

@@ -23,8 +23,7 @@ struct Picked {
 
 Picked pickBoth(const std::vector<std::string>& lines, decltype(EntSelEx)* entSel = EntSelEx)
 {
-    for (const std::string& line : lines)
-        korra::queueInput(line);
+    give(lines);
     Picked picked;
     picked.status =
         entSel(L"", picked.id, picked.viewport, picked.point, picked.nested, picked.transform);
@@ -158,8 +157,7 @@ TEST_F(PickingTest, AnEndWithoutAPickIsToldByTheInputAndTheExtendedFormsGiveTheC
             EXPECT_TRUE(picked.id.isNull() && picked.nested.isNull());
             EXPECT_EQ(picked.point, point);
 
-            for (const std::string& line : lines)
-                korra::queueInput(line);
+            give(lines);
             Picked copied;
             KdDbEntity* entity = nullptr;
             decltype(rx_entsel_ext)* copy = rx_entsel;

@@ -1,6 +1,6 @@
 #include "orvex/viewports.h"
 
-#include "support/library_test.h"
+#include "support/room_test.h"
 
 #include <cmath>
 #include <numbers>

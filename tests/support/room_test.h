@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests of the library's rooms lean on, and the names that they all use.
+// What the tests of the rooms lean on, and the names that they all use.
 
 #include "support/drawing.h"
 #include "support/host_test.h"
