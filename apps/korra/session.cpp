@@ -56,7 +56,10 @@ KdApDocument* openDrawing(const Options& options)
     if (!options.drawing)
         return korra::newDocument();
     KdApDocument* document = nullptr;
-    require(korra::openDocument(*options.drawing, document));
+    const korra::FileOutcome outcome = korra::openDocument(*options.drawing, document);
+    require(outcome);
+    for (const std::string& note : outcome.notes)
+        std::fprintf(stderr, "korra: %s\n", note.c_str());
     return document;
 }
 

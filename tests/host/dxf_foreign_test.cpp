@@ -8,6 +8,8 @@
 #include <set>
 
 using korra::ObjectAccess;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 namespace tests::dxf {
 namespace {
@@ -24,6 +26,16 @@ protected:
         return id;
     }
 };
+
+/// The drawing is opened and saved as it is. @return what its opener is told
+std::vector<std::string> notesOnKept(const std::string& text)
+{
+    KdDbDatabase database(false);
+    const korra::FileOutcome outcome = korra::readDrawingText(database, text, "sample.dxf");
+    EXPECT_TRUE(outcome.done) << outcome.message;
+    EXPECT_TRUE(korra::drawingText(database) == text);
+    return outcome.notes;
+}
 
 std::string withStyle(const char* textStyle)
 {
@@ -89,6 +101,18 @@ TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
 
     addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
     EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
+}
+
+TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
+{
+    const std::string text = withEntities("0 LINE; 5 A");
+    for (const std::string& blank :
+         {std::string(), std::string("\n\x1A"), std::string(99999, '\0')})
+        EXPECT_THAT(notesOnKept(text + blank), IsEmpty());
+    const char* note =
+        "sample.dxf:13: what stands behind the end of the drawing is kept but not read";
+    for (const std::string& more : {std::string("x"), '\x1A' + text, std::string(99999, ' ') + 'x'})
+        EXPECT_THAT(notesOnKept(text + more), ElementsAre(note));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -99,6 +100,15 @@ TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
     EXPECT_EQ(read.status, 0) << read.errors;
     for (const char* value : {"<7.25>", "<My>", "<10,0,0>"})
         EXPECT_THAT(read.out, HasSubstr(value));
+}
+
+TEST_F(ProgramTest, WhatAnOpenedDrawingIsSaidToHoldGoesToTheErrors)
+{
+    folder_.write("odd.dxf", "0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\nmore\n");
+    const Outcome outcome = run("@odd.dxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.errors, StartsWith("korra: " + folder_.pathOf("odd.dxf") + ":9: what "));
+    EXPECT_EQ(outcome.out, "Command: \n");
 }
 
 TEST_F(ProgramTest, AFailedSaveLeavesTheOldFile)

@@ -15,9 +15,24 @@
 namespace korra {
 namespace {
 
+/// @param line  0: none
+std::string located(const std::string& name, std::size_t line, const std::string& what)
+{
+    return name + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": " + what;
+}
+
 FileOutcome failure(const std::string& name, std::size_t line, const std::string& what)
 {
-    return {false, name + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": " + what};
+    return {false, located(name, line, what)};
+}
+
+std::vector<std::string> notesOn(const ReadFile& file, const std::string& name)
+{
+    std::vector<std::string> notes;
+    if (file.lineBehindEnd > 0)
+        notes.push_back(located(name, file.lineBehindEnd,
+                                "what stands behind the end of the drawing is kept but not read"));
+    return notes;
 }
 
 FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const std::string& name)
@@ -27,8 +42,9 @@ FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const st
         return failure(name, 0, "cannot be read into a database that holds a drawing");
     try {
         ReadFile file = FileScanner(std::move(read)).scan();
+        FileOutcome outcome{true, {}, notesOn(file, name)};
         DrawingAssembly(contents, file).run();
-        return {true, {}};
+        return outcome;
     } catch (const DrawingError& error) {
         contents.clear();
         return failure(name, error.line, error.what);

@@ -93,6 +93,13 @@ bool TagStream::next(Tag& tag)
     return true;
 }
 
+std::string TagStream::rest()
+{
+    while (fill()) {
+    }
+    return buffer_.substr(begin_, filled_ - begin_);
+}
+
 int TagStream::groupCode(std::string_view text) const
 {
     const int code = parseGroupCode(text);

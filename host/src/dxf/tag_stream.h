@@ -30,6 +30,9 @@ public:
     /// @throw DrawingError for a code that is no number, half a tag, an over-long line, binary data
     bool next(Tag& tag);
 
+    /// All bytes behind the last tag; the stream is at its end then.
+    std::string rest();
+
     /// Line that was read last.
     std::size_t line() const { return line_; }
 
