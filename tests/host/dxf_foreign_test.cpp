@@ -5,10 +5,12 @@
 #include "support/host_test.h"
 #include "support/objects.h"
 
+#include <array>
 #include <set>
 
 using korra::ObjectAccess;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 namespace tests::dxf {
@@ -101,6 +103,45 @@ TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
 
     addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
     EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
+}
+
+TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
+{
+    const std::string layers =
+        "0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 5 1; 70 5\n"
+        "0 LAYER; 5 A; 2 \xE9; 6 CONTINUOUS\n"
+        "0 LAYER; 5 B; 2 \xE8; 6 CONTINUOUS\n"
+        "0 LAYER; 5 C; 2 \xC3\xA4; 6 CONTINUOUS\n"
+        "0 LAYER; 5 D; 2 \x81; 6 CONTINUOUS\n"
+        "0 LAYER; 5 E; 2 \x8D; 6 CONTINUOUS; 0 ENDTAB; 0 ENDSEC\n"
+        "0 SECTION; 2 ENTITIES; 0 TEXT; 5 1A; 8 \xE8; 10 1; 20 0; 30 0; 40 2; 1 \xE9t\xE9\n"
+        "0 ENDSEC; 0 EOF\n";
+    // The code page, and the first two names in it.
+    const std::tuple<const char*, const wchar_t*, const wchar_t*> cases[] = {
+        {"", L"\u00E9", L"\u00E8"}, {"9 $DWGCODEPAGE; 3 ANSI_1251\n", L"\u0439", L"\u0438"}};
+    for (const auto& [codePage, first, second] : cases) {
+        const std::string text = file("0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1021\n" +
+                                      std::string(codePage) + "0 ENDSEC\n" + layers);
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        const auto layer = [&](const wchar_t* name) {
+            return database->contents().record(korra::TableKind::layer, name).handle().value();
+        };
+        EXPECT_THAT((std::array{layer(first), layer(second), layer(L"\u00E4")}),
+                    ElementsAre(0xA, 0xB, 0xC));
+        EXPECT_EQ(find<KdDbText>(*database, 0x1A)->layerId().handle().value(), 0xBu);
+        std::set<std::wstring> names;
+        for (const std::uint64_t handle : {0xA, 0xB, 0xC, 0xD, 0xE})
+            names.insert(find<KdDbLayerTableRecord>(*database, handle)->name());
+        EXPECT_EQ(names.size(), 5u);
+
+        changeObject<KdDbText>(*database, 0x1A, [](auto& changing) { changing.setHeight(3.0); });
+        EXPECT_THAT(korra::drawingText(*database),
+                    HasSubstr(file("8 \xE8; 10 1; 20 0; 30 0; 40 3; 1 \xE9t\xE9\n")));
+        changeObject<KdDbText>(*database, 0x1A,
+                               [](auto& changing) { changing.setTextString(L"\u00E9t"); });
+        EXPECT_THAT(korra::drawingText(*database), HasSubstr("\n\xC3\xA9t\n"));
+    }
 }
 
 TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
