@@ -1,4 +1,5 @@
 #include "dxf/atomic_file.h"
+#include "dxf/binary_form.h"
 #include "dxf/drawing_assembly.h"
 #include "dxf/drawing_writer.h"
 #include "korra/host.h"
@@ -41,7 +42,7 @@ FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const st
     if (!contents.slots.empty())
         return failure(name, 0, "cannot be read into a database that holds a drawing");
     try {
-        ReadFile file = FileScanner(std::move(read)).scan();
+        ReadFile file = FileScanner(inAsciiForm(std::move(read))).scan();
         FileOutcome outcome{true, {}, notesOn(file, name)};
         DrawingAssembly(contents, file).run();
         return outcome;
