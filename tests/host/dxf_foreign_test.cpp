@@ -2,6 +2,7 @@
 
 #include "dxf_samples.h"
 
+#include "drawing/layouts.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
@@ -141,6 +142,29 @@ TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
         changeObject<KdDbText>(*database, 0x1A,
                                [](auto& changing) { changing.setTextString(L"\u00E9t"); });
         EXPECT_THAT(korra::drawingText(*database), HasSubstr("\n\xC3\xA9t\n"));
+    }
+}
+
+TEST_F(ForeignDrawing, KeepsLayoutsThatLieInNoBlockOrInNoDictionary)
+{
+    const std::string sample = file(kModernSample);
+    const std::string model = replaced(replaced(sample, "340\n30\n", "340\n0\n"),
+                                       "71\n     0\n330\n20\n", "71\n0\n330\nEE\n");
+    const auto withModel = readWhole(model);
+    EXPECT_EQ(korra::drawingText(*withModel), model);
+    EXPECT_EQ(korra::setCurrentLayout(withModel->contents(), L"MODEL"), Kdapi::eOk);
+
+    const std::string sheet = replaced(replaced(replaced(sample, "340\n31\n", "340\n0\n"),
+                                                "71\n     1\n330\n21\n", "71\n1\n330\nEE\n"),
+                                       "Blatt 1\n350", "Layout1\n350");
+    const std::string unentered =
+        replaced(replaced(sample, "Blatt 1\n350\n31\n", "Blatt 1\n350\n61\n"),
+                 "350\n61\n  0\nDICTIONARY", "350\n62\n  0\nDICTIONARY");
+    const std::string otherCase = replaced(sample, "ACAD_LAYOUT", "Acad_Layout");
+    for (const std::string& text : {sheet, unentered, otherCase}) {
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        EXPECT_EQ(korra::layoutsOf(database->contents()).size(), text == sheet ? 3u : 2u);
     }
 }
 
