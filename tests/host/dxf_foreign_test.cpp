@@ -180,5 +180,19 @@ TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
         EXPECT_THAT(notesOnKept(text + more), ElementsAre(note));
 }
 
+TEST_F(ForeignDrawing, HoldsEntitiesThatAreNotShown)
+{
+    EXPECT_THAT(notesOnKept(withEntities("0 VIEWPORT; 5 A; 69 1; 0 LINE; 5 B; 0 SEQEND; 5 C")),
+                IsEmpty());
+    EXPECT_THAT(notesOnKept(withEntities("0 HATCH; 5 A")),
+                ElementsAre("sample.dxf: 1 HATCH is kept but not shown"));
+    EXPECT_THAT(notesOnKept(file(
+                    "0 SECTION; 2 BLOCKS; 0 BLOCK; 5 1; 2 PART; 0 SPLINE; 5 2; 0 ELLIPSE; 5 3\n"
+                    "0 ENDBLK; 5 4; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 SPLINE; 5 5\n"
+                    "0 POLYLINE; 5 6; 66 1; 70 64; 0 VERTEX; 5 7; 0 SEQEND; 5 8\n"
+                    "0 ENDSEC; 0 SECTION; 2 OBJECTS; 0 THING; 5 9; 0 ENDSEC; 0 EOF\n")),
+                ElementsAre("sample.dxf: 2 SPLINE, 1 ELLIPSE, 1 POLYLINE are kept but not shown"));
+}
+
 } // namespace
 } // namespace tests::dxf

@@ -2,6 +2,7 @@
 #include "dxf/binary_form.h"
 #include "dxf/drawing_assembly.h"
 #include "dxf/drawing_writer.h"
+#include "dxf/object_kinds.h"
 #include "korra/host.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
@@ -10,6 +11,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <memory>
 #include <new>
 
@@ -27,12 +30,41 @@ FileOutcome failure(const std::string& name, std::size_t line, const std::string
     return {false, located(name, line, what)};
 }
 
+bool hasNoPicture(const ReadObject& read)
+{
+    const bool isEntity = read.place == FilePlace::entities || read.place == FilePlace::block;
+    return isEntity && isUnknown(*read.object) && typeName(*read.object) != "SEQEND";
+}
+
+/// "12 HATCH, 3 SPLINE are kept but not shown"; empty when every entity is shown.
+std::string notShown(const ReadFile& file)
+{
+    std::map<std::string, int> counts;
+    int total = 0;
+    for (const ReadObject& read : file.objects) {
+        if (!hasNoPicture(read))
+            continue;
+        ++counts[printable(typeName(*read.object))];
+        ++total;
+    }
+    if (total == 0)
+        return {};
+    std::vector<std::pair<std::string, int>> sorted(counts.begin(), counts.end());
+    std::ranges::stable_sort(sorted, std::ranges::greater(), &std::pair<std::string, int>::second);
+    std::string list;
+    for (const auto& [type, count] : sorted)
+        list += (list.empty() ? "" : ", ") + std::to_string(count) + ' ' + type;
+    return list + (total == 1 ? " is" : " are") + " kept but not shown";
+}
+
 std::vector<std::string> notesOn(const ReadFile& file, const std::string& name)
 {
     std::vector<std::string> notes;
     if (file.lineBehindEnd > 0)
         notes.push_back(located(name, file.lineBehindEnd,
                                 "what stands behind the end of the drawing is kept but not read"));
+    if (const std::string kept = notShown(file); !kept.empty())
+        notes.push_back(located(name, 0, kept));
     return notes;
 }
 
