@@ -1,5 +1,7 @@
+#include "output.h"
 #include "session.h"
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -8,11 +10,13 @@ namespace {
 int run(const Options& options)
 {
     if (options.help) {
-        std::fputs(kUsage, stdout);
+        print(kUsage);
+        requireOutput();
         return kDone;
     }
     if (options.version) {
-        std::puts("korra " KORRA_VERSION);
+        print("korra " KORRA_VERSION "\n");
+        requireOutput();
         return kDone;
     }
     return runSession(options);
@@ -22,6 +26,7 @@ int run(const Options& options)
 
 int main(int count, char** arguments)
 {
+    std::signal(SIGPIPE, SIG_IGN); // a pipe that nobody reads is told like a full disk
     try {
         return run(readOptions({arguments + 1, arguments + count}));
     } catch (const UsageError& error) {

@@ -19,7 +19,7 @@ Opens a drawing, or a new one, and runs the commands that are typed or scripted.
   --help            print this text
 
 Exit status: 0 done; 1 a command was unknown, or the host was stopped by a fatal message;
-2 wrong usage; 3 a file could not be read or written.
+2 wrong usage; 3 a file could not be read or written, standard output included.
 )";
 
 namespace {

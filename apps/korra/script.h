@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <istream>
 #include <optional>
 #include <string>
@@ -12,7 +13,16 @@ public:
     /// The next input without its line end; nullopt behind the last one.
     std::optional<std::string> next();
 
+    /// True when the script ended with a line that is longer than a megabyte.
+    bool isRefused() const { return refused_; }
+
+    /// Number of the line that was read last.
+    std::size_t line() const { return line_; }
+
 private:
+    bool read(std::string& text);
+
     std::istream& lines_;
-    bool begun_ = false;
+    std::size_t line_ = 0;
+    bool refused_ = false;
 };

@@ -3,6 +3,7 @@
 #include "korra/console.h"
 #include "korra/host.h"
 #include "korra/modules.h"
+#include "output.h"
 #include "platform/faults.h"
 #include "script.h"
 
@@ -34,21 +35,10 @@ public:
     RunningHost& operator=(const RunningHost&) = delete;
 };
 
-/// A file that could not be read or written; what() is the message.
-class FileFailure : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 void require(const korra::FileOutcome& outcome)
 {
     if (!outcome.done)
         throw FileFailure(outcome.message);
-}
-
-void printToStandardOutput(const std::string& text)
-{
-    std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
 KdApDocument* openDrawing(const Options& options)
@@ -56,7 +46,10 @@ KdApDocument* openDrawing(const Options& options)
     if (!options.drawing)
         return korra::newDocument();
     KdApDocument* document = nullptr;
-    require(korra::openDocument(*options.drawing, document));
+    const korra::FileOutcome outcome = korra::openDocument(*options.drawing, document);
+    require(outcome);
+    for (const std::string& note : outcome.notes)
+        std::fprintf(stderr, "korra: %s\n", note.c_str());
     return document;
 }
 
@@ -85,32 +78,35 @@ std::unique_ptr<std::ifstream> openScript(const Options& options)
     return file;
 }
 
-/// Runs the commands of a script or of whoever types. @return false when one was unknown
-bool runInput(std::istream& lines, bool typed)
+/// Runs the commands of a script or of whoever types; ends where nobody would see what they print.
+/// @param name  of the script, for messages
+/// @return false when a command was unknown
+bool runInput(std::istream& lines, const std::string& name, bool typed)
 {
     Script script(lines);
-    korra::setInputSource(
-        [&script] {
-            std::fflush(stdout);
-            return script.next();
-        },
-        typed ? korra::InputEcho::byUser : korra::InputEcho::byHost);
+    korra::setInputSource([&script] { return print("") ? script.next() : std::nullopt; },
+                          typed ? korra::InputEcho::byUser : korra::InputEcho::byHost);
     const bool allKnown = korra::runCommands();
     korra::setInputSource(nullptr);
+    requireOutput();
+    if (script.isRefused())
+        throw FileFailure(name + ':' + std::to_string(script.line()) +
+                          ": the line is longer than a megabyte");
     return allKnown;
 }
 
 ExitStatus runHosted(const Options& options)
 {
     const RunningHost host(options);
-    korra::setCommandLineOutput(printToStandardOutput);
+    korra::setCommandLineOutput(print);
     platform::echoTrace(options.trace);
     const auto file = openScript(options);
     KdApDocument* const document = openDrawing(options);
     prepare(options);
 
     std::istream& lines = file ? *file : std::cin;
-    const bool allKnown = runInput(lines, !file && isatty(STDIN_FILENO));
+    const bool allKnown =
+        runInput(lines, file ? *options.script : "standard input", !file && isatty(STDIN_FILENO));
     if (options.save)
         require(korra::saveDocument(*document, *options.save));
     return allKnown ? kDone : kUnknownCommand;

@@ -16,7 +16,7 @@ class BrokenDrawing : public HostTest {};
 /// The message behind the file's name; empty when the text was read.
 std::string messageOf(KdDbDatabase& database, const std::string& text)
 {
-    const auto [done, message] = korra::readDrawingText(database, text, "broken.dxf");
+    const auto [done, message, notes] = korra::readDrawingText(database, text, "broken.dxf");
     EXPECT_EQ(done, message.empty());
     if (done)
         return "";

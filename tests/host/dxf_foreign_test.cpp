@@ -2,12 +2,17 @@
 
 #include "dxf_samples.h"
 
+#include "drawing/layouts.h"
 #include "support/host_test.h"
 #include "support/objects.h"
 
+#include <array>
 #include <set>
 
 using korra::ObjectAccess;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 namespace tests::dxf {
 namespace {
@@ -24,6 +29,16 @@ protected:
         return id;
     }
 };
+
+/// The drawing is opened and saved as it is. @return what its opener is told
+std::vector<std::string> notesOnKept(const std::string& text)
+{
+    KdDbDatabase database(false);
+    const korra::FileOutcome outcome = korra::readDrawingText(database, text, "sample.dxf");
+    EXPECT_TRUE(outcome.done) << outcome.message;
+    EXPECT_TRUE(korra::drawingText(database) == text);
+    return outcome.notes;
+}
 
 std::string withStyle(const char* textStyle)
 {
@@ -89,6 +104,94 @@ TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
 
     addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
     EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
+}
+
+TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
+{
+    const std::string layers =
+        "0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 5 1; 70 5\n"
+        "0 LAYER; 5 A; 2 \xE9; 6 CONTINUOUS\n"
+        "0 LAYER; 5 B; 2 \xE8; 6 CONTINUOUS\n"
+        "0 LAYER; 5 C; 2 \xC3\xA4; 6 CONTINUOUS\n"
+        "0 LAYER; 5 D; 2 \x81; 6 CONTINUOUS\n"
+        "0 LAYER; 5 E; 2 \x8D; 6 CONTINUOUS; 0 ENDTAB; 0 ENDSEC\n"
+        "0 SECTION; 2 ENTITIES; 0 TEXT; 5 1A; 8 \xE8; 10 1; 20 0; 30 0; 40 2; 1 \xE9t\xE9\n"
+        "0 ENDSEC; 0 EOF\n";
+    // The code page, and the first two names in it.
+    const std::tuple<const char*, const wchar_t*, const wchar_t*> cases[] = {
+        {"", L"\u00E9", L"\u00E8"}, {"9 $DWGCODEPAGE; 3 ANSI_1251\n", L"\u0439", L"\u0438"}};
+    for (const auto& [codePage, first, second] : cases) {
+        const std::string text = file("0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1021\n" +
+                                      std::string(codePage) + "0 ENDSEC\n" + layers);
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        const auto layer = [&](const wchar_t* name) {
+            return database->contents().record(korra::TableKind::layer, name).handle().value();
+        };
+        EXPECT_THAT((std::array{layer(first), layer(second), layer(L"\u00E4")}),
+                    ElementsAre(0xA, 0xB, 0xC));
+        EXPECT_EQ(find<KdDbText>(*database, 0x1A)->layerId().handle().value(), 0xBu);
+        std::set<std::wstring> names;
+        for (const std::uint64_t handle : {0xA, 0xB, 0xC, 0xD, 0xE})
+            names.insert(find<KdDbLayerTableRecord>(*database, handle)->name());
+        EXPECT_EQ(names.size(), 5u);
+
+        changeObject<KdDbText>(*database, 0x1A, [](auto& changing) { changing.setHeight(3.0); });
+        EXPECT_THAT(korra::drawingText(*database),
+                    HasSubstr(file("8 \xE8; 10 1; 20 0; 30 0; 40 3; 1 \xE9t\xE9\n")));
+        changeObject<KdDbText>(*database, 0x1A,
+                               [](auto& changing) { changing.setTextString(L"\u00E9t"); });
+        EXPECT_THAT(korra::drawingText(*database), HasSubstr("\n\xC3\xA9t\n"));
+    }
+}
+
+TEST_F(ForeignDrawing, KeepsLayoutsThatLieInNoBlockOrInNoDictionary)
+{
+    const std::string sample = file(kModernSample);
+    const std::string model = replaced(replaced(sample, "340\n30\n", "340\n0\n"),
+                                       "71\n     0\n330\n20\n", "71\n0\n330\nEE\n");
+    const auto withModel = readWhole(model);
+    EXPECT_EQ(korra::drawingText(*withModel), model);
+    EXPECT_EQ(korra::setCurrentLayout(withModel->contents(), L"MODEL"), Kdapi::eOk);
+
+    const std::string sheet = replaced(replaced(replaced(sample, "340\n31\n", "340\n0\n"),
+                                                "71\n     1\n330\n21\n", "71\n1\n330\nEE\n"),
+                                       "Blatt 1\n350", "Layout1\n350");
+    const std::string unentered =
+        replaced(replaced(sample, "Blatt 1\n350\n31\n", "Blatt 1\n350\n61\n"),
+                 "350\n61\n  0\nDICTIONARY", "350\n62\n  0\nDICTIONARY");
+    const std::string otherCase = replaced(sample, "ACAD_LAYOUT", "Acad_Layout");
+    for (const std::string& text : {sheet, unentered, otherCase}) {
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        EXPECT_EQ(korra::layoutsOf(database->contents()).size(), text == sheet ? 3u : 2u);
+    }
+}
+
+TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
+{
+    const std::string text = withEntities("0 LINE; 5 A");
+    for (const std::string& blank :
+         {std::string(), std::string("\n\x1A"), std::string(99999, '\0')})
+        EXPECT_THAT(notesOnKept(text + blank), IsEmpty());
+    const char* note =
+        "sample.dxf:13: what stands behind the end of the drawing is kept but not read";
+    for (const std::string& more : {std::string("x"), '\x1A' + text, std::string(99999, ' ') + 'x'})
+        EXPECT_THAT(notesOnKept(text + more), ElementsAre(note));
+}
+
+TEST_F(ForeignDrawing, HoldsEntitiesThatAreNotShown)
+{
+    EXPECT_THAT(notesOnKept(withEntities("0 VIEWPORT; 5 A; 69 1; 0 LINE; 5 B; 0 SEQEND; 5 C")),
+                IsEmpty());
+    EXPECT_THAT(notesOnKept(withEntities("0 HATCH; 5 A")),
+                ElementsAre("sample.dxf: 1 HATCH is kept but not shown"));
+    EXPECT_THAT(notesOnKept(file(
+                    "0 SECTION; 2 BLOCKS; 0 BLOCK; 5 1; 2 PART; 0 SPLINE; 5 2; 0 ELLIPSE; 5 3\n"
+                    "0 ENDBLK; 5 4; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 SPLINE; 5 5\n"
+                    "0 POLYLINE; 5 6; 66 1; 70 64; 0 VERTEX; 5 7; 0 SEQEND; 5 8\n"
+                    "0 ENDSEC; 0 SECTION; 2 OBJECTS; 0 THING; 5 9; 0 ENDSEC; 0 EOF\n")),
+                ElementsAre("sample.dxf: 2 SPLINE, 1 ELLIPSE, 1 POLYLINE are kept but not shown"));
 }
 
 } // namespace

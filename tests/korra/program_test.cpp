@@ -3,10 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -19,15 +22,15 @@ struct Outcome {
 /// Runs the program in a folder of its own.
 class ProgramTest : public ::testing::Test {
 protected:
-    /// @param arguments  as a shell takes them; "@" stands for the folder
+    /// @param arguments  as a shell takes them, with redirections; "@" stands for the folder
     Outcome run(std::string arguments, const std::string& input = "") const
     {
         for (std::size_t at = 0; (at = arguments.find('@', at)) != std::string::npos;)
             arguments.replace(at, 1, folder_.pathOf(""));
         folder_.write("input", input);
-        const std::string command = std::string(ORVEX_BIN_DIR) + "/korra " + arguments + " <" +
+        const std::string command = std::string(ORVEX_BIN_DIR) + "/korra <" +
                                     folder_.pathOf("input") + " >" + folder_.pathOf("out") + " 2>" +
-                                    folder_.pathOf("errors");
+                                    folder_.pathOf("errors") + ' ' + arguments;
         const int waited = std::system(command.c_str());
         return {WIFEXITED(waited) ? WEXITSTATUS(waited) : -1, folder_.contentsOf("out"),
                 folder_.contentsOf("errors")};
@@ -103,6 +106,50 @@ TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
     EXPECT_EQ(read.status, 0) << read.errors;
     for (const char* value : {"<7.25>", "<My>", "<10,0,0>", "<3>"})
         EXPECT_THAT(read.out, HasSubstr(value));
+}
+
+TEST_F(ProgramTest, WhatAnOpenedDrawingIsSaidToHoldGoesToTheErrors)
+{
+    folder_.write("odd.dxf", "0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\nmore\n");
+    const Outcome outcome = run("@odd.dxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.errors, StartsWith("korra: " + folder_.pathOf("odd.dxf") + ":9: what "));
+    EXPECT_EQ(outcome.out, "Command: \n");
+}
+
+TEST_F(ProgramTest, OutputThatCannotBeWrittenIsAFailureAndNothingIsSaved)
+{
+    constexpr int kClosedPipe = 9; // the last one that every shell can name
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    ASSERT_EQ(dup2(ends[1], kClosedPipe), kClosedPipe);
+    for (const int end : ends)
+        close(end);
+    for (const char* arguments : {"--help >/dev/full", "--version >/dev/full",
+                                  "--save @out.dxf >/dev/full", "--save @out.dxf >&9"}) {
+        const Outcome outcome = run(arguments, "REGEN\n");
+        EXPECT_EQ(outcome.status, 3) << arguments;
+        EXPECT_THAT(outcome.errors, StartsWith("korra: standard output: cannot be written: "));
+    }
+    close(kClosedPipe);
+    EXPECT_EQ(folder_.contentsOf("out.dxf"), "");
+}
+
+TEST_F(ProgramTest, WhatWasPrintedIsOutBeforeAModuleEndsTheProgram)
+{
+    const Outcome outcome = run("--module probe_ending", "REGEN\nENDALL\n");
+    EXPECT_EQ(outcome.out, "Command: REGEN\nCommand: ENDALL\nhalf a line");
+}
+
+TEST_F(ProgramTest, AScriptLineOfOverAMegabyteIsRefused)
+{
+    const std::string megabyte(std::size_t{1} << 20, 'x');
+    EXPECT_EQ(run("", megabyte).status, 1) << "a line may be as long";
+    folder_.write("script", "REGEN\n" + megabyte + 'x');
+    const Outcome outcome = run("--script @script");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.errors,
+              "korra: " + folder_.pathOf("script") + ":2: the line is longer than a megabyte\n");
 }
 
 } // namespace

@@ -62,6 +62,7 @@ TEST_F(LinkerTest, WhatCannotBeLoadedIsSaidAndLeavesNothingBehind)
         {ORVEX_BIN_DIR "/OrvexbaseRes.dll", "is no extension module"},
         {"probe_old", "another version"},
         {"probe_refusing", "its initialisation failed"},
+        {"probe_throwing", "probe_throwing.krx: threw while it started: no licence"},
     };
 
     for (const auto& [name, message] : cases) {

@@ -15,6 +15,8 @@ namespace {
 constexpr double kSheetWidth = 297.0;
 constexpr double kSheetHeight = 210.0;
 
+constexpr wchar_t kModel[] = L"Model"; ///< the layout of model space
+
 constexpr std::uint16_t kForegroundColor = 7;
 
 template <class Table>
@@ -114,7 +116,7 @@ KdDbLayout& makeLayout(DatabaseContents& contents, const KdDbBlockTableRecord& b
     const auto layouts = layoutsOf(contents);
     auto* const layout = new KdDbLayout;
     if (isModelSpace(block)) {
-        layout->setLayoutName(L"Model");
+        layout->setLayoutName(kModel);
     } else {
         layout->setLayoutName(freeLayoutName(layouts).c_str());
         ObjectAccess::tabOrder(*layout) =
@@ -124,14 +126,39 @@ KdDbLayout& makeLayout(DatabaseContents& contents, const KdDbBlockTableRecord& b
     return *layout;
 }
 
+bool hasNoBlock(const KdDbLayout& layout)
+{
+    return !ObjectAccess::live<KdDbBlockTableRecord>(layout.getBlockTableRecordId());
+}
+
 /// The layout that is bound to a block from either side; null when there is none.
 KdDbLayout* layoutOf(const DatabaseContents& contents, const KdDbBlockTableRecord& block)
 {
-    for (KdDbLayout* layout : layoutsOf(contents)) {
-        if (layout->getBlockTableRecordId() == block.objectId())
-            return layout;
-    }
-    return ObjectAccess::live<KdDbLayout>(block.getLayoutId());
+    const auto layouts = layoutsOf(contents);
+    const auto bound =
+        std::ranges::find(layouts, block.objectId(), &KdDbLayout::getBlockTableRecordId);
+    if (bound != layouts.end())
+        return *bound;
+    if (auto* const named = ObjectAccess::live<KdDbLayout>(block.getLayoutId()))
+        return named;
+    const auto lost = std::ranges::find_if(layouts, [](const KdDbLayout* layout) {
+        return hasNoBlock(*layout) && platform::compareNoCase(layout->getLayoutName(), kModel) == 0;
+    });
+    return isModelSpace(block) && lost != layouts.end() ? *lost : nullptr;
+}
+
+/// Enters a layout under its name; under a longer one where something else has that, which stays.
+void enterLayout(KdDbDictionary& dictionary, KdDbLayout& layout)
+{
+    const auto isTaken = [&](const std::wstring& name) {
+        return std::ranges::any_of(ObjectAccess::entries(dictionary), [&](const auto& entry) {
+            return platform::compareNoCase(entry.name, name) == 0;
+        });
+    };
+    std::wstring name = layout.getLayoutName();
+    while (isTaken(name))
+        name += L'_';
+    ObjectAccess::enter(dictionary, name, layout);
 }
 
 /// Binds a space to its layout in both directions, and enters the layout under its name.
@@ -150,8 +177,7 @@ void completeLayout(DatabaseContents& contents, KdDbBlockTableRecord& block)
     }
     const auto layouts = layoutsOf(contents);
     if (std::ranges::find(layouts, layout) == layouts.end())
-        ObjectAccess::enter(*ObjectAccess::live<KdDbDictionary>(layoutDictionaryOf(contents)),
-                            layout->getLayoutName(), *layout);
+        enterLayout(*ObjectAccess::live<KdDbDictionary>(layoutDictionaryOf(contents)), *layout);
 }
 
 /// Gives a sheet that has at most floating viewports its own one, which shows the whole sheet.

@@ -18,7 +18,8 @@ KdDbObjectId dictionaryIn(KdDbObjectId dictionary, std::wstring_view name)
     if (!outer)
         return {};
     for (const auto& entry : ObjectAccess::entries(*outer)) {
-        if (entry.name == name && ObjectAccess::live<KdDbDictionary>(entry.id))
+        if (platform::compareNoCase(entry.name, name) == 0 &&
+            ObjectAccess::live<KdDbDictionary>(entry.id))
             return entry.id;
     }
     return {};

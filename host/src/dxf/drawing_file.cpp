@@ -1,6 +1,8 @@
 #include "dxf/atomic_file.h"
+#include "dxf/binary_form.h"
 #include "dxf/drawing_assembly.h"
 #include "dxf/drawing_writer.h"
+#include "dxf/object_kinds.h"
 #include "korra/host.h"
 #include "objects/contents.h"
 #include "platform/gate.h"
@@ -9,15 +11,61 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <memory>
 #include <new>
 
 namespace korra {
 namespace {
 
+/// @param line  0: none
+std::string located(const std::string& name, std::size_t line, const std::string& what)
+{
+    return name + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": " + what;
+}
+
 FileOutcome failure(const std::string& name, std::size_t line, const std::string& what)
 {
-    return {false, name + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": " + what};
+    return {false, located(name, line, what)};
+}
+
+bool hasNoPicture(const ReadObject& read)
+{
+    const bool isEntity = read.place == FilePlace::entities || read.place == FilePlace::block;
+    return isEntity && isUnknown(*read.object) && typeName(*read.object) != "SEQEND";
+}
+
+/// "12 HATCH, 3 SPLINE are kept but not shown"; empty when every entity is shown.
+std::string notShown(const ReadFile& file)
+{
+    std::map<std::string, int> counts;
+    int total = 0;
+    for (const ReadObject& read : file.objects) {
+        if (!hasNoPicture(read))
+            continue;
+        ++counts[printable(typeName(*read.object))];
+        ++total;
+    }
+    if (total == 0)
+        return {};
+    std::vector<std::pair<std::string, int>> sorted(counts.begin(), counts.end());
+    std::ranges::stable_sort(sorted, std::ranges::greater(), &std::pair<std::string, int>::second);
+    std::string list;
+    for (const auto& [type, count] : sorted)
+        list += (list.empty() ? "" : ", ") + std::to_string(count) + ' ' + type;
+    return list + (total == 1 ? " is" : " are") + " kept but not shown";
+}
+
+std::vector<std::string> notesOn(const ReadFile& file, const std::string& name)
+{
+    std::vector<std::string> notes;
+    if (file.lineBehindEnd > 0)
+        notes.push_back(located(name, file.lineBehindEnd,
+                                "what stands behind the end of the drawing is kept but not read"));
+    if (const std::string kept = notShown(file); !kept.empty())
+        notes.push_back(located(name, 0, kept));
+    return notes;
 }
 
 FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const std::string& name)
@@ -26,9 +74,10 @@ FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const st
     if (!contents.slots.empty())
         return failure(name, 0, "cannot be read into a database that holds a drawing");
     try {
-        ReadFile file = FileScanner(std::move(read)).scan();
+        ReadFile file = FileScanner(inAsciiForm(std::move(read))).scan();
+        FileOutcome outcome{true, {}, notesOn(file, name)};
         DrawingAssembly(contents, file).run();
-        return {true, {}};
+        return outcome;
     } catch (const DrawingError& error) {
         contents.clear();
         return failure(name, error.line, error.what);

@@ -27,17 +27,6 @@ std::optional<std::string> bytesOfHex(std::string_view digits)
     return digits.size() % 2 == 0 ? std::optional(bytes) : std::nullopt;
 }
 
-std::string hexOfBytes(std::string_view bytes)
-{
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string digits;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        digits += {kDigits[value >> 4], kDigits[value & 15]};
-    }
-    return digits;
-}
-
 template <class T>
 std::optional<TypedValue> typed(int code, std::optional<T> value)
 {
@@ -121,7 +110,7 @@ std::string extendedValueTags(const TypedValue& value, const TextEncoding& encod
     if (const auto* const text = std::get_if<std::wstring>(&value.value)) {
         add(value.code, encoding.encode(*text));
     } else if (const auto* const bytes = std::get_if<std::string>(&value.value)) {
-        add(value.code, hexOfBytes(*bytes));
+        add(value.code, formatBytes(*bytes));
     } else if (const auto* const point = std::get_if<KdGePoint3d>(&value.value)) {
         add(value.code, formatReal(point->x));
         add(value.code + 10, formatReal(point->y));

@@ -14,6 +14,13 @@ namespace {
 
 constexpr int kVariableCode = 9;
 
+/// True for what is no text: old files end with a mark, and fill up their last sector.
+bool isBlank(std::string_view bytes)
+{
+    constexpr std::string_view kBlanks("\0\t\n\r\x1A ", 6);
+    return bytes.find_first_not_of(kBlanks) == std::string_view::npos;
+}
+
 bool isSectionKnown(std::string_view name)
 {
     constexpr std::array<std::string_view, 5> kKnown = {"HEADER", "TABLES", "BLOCKS", "ENTITIES",
@@ -56,9 +63,17 @@ ReadFile FileScanner::scan()
         readSection();
     while (object_.type != "EOF");
     file_.form.crlf = stream_.endsLinesWithCrLf();
-    file_.form.closing = object_.bytes;
     file_.form.lastHandle = lastHandle_;
+    readClosing();
     return std::move(file_);
+}
+
+void FileScanner::readClosing()
+{
+    const std::string rest = stream_.rest();
+    if (!isBlank(rest))
+        file_.lineBehindEnd = object_.line + 1;
+    file_.form.closing = object_.bytes + rest;
 }
 
 void FileScanner::readSection()

@@ -51,6 +51,7 @@ struct ReadFile {
     std::vector<ReadObject> objects; ///< in the order of the file
     std::vector<ReadBlock> blocks;
     std::vector<std::pair<std::size_t, std::string>> sequenceEnds; ///< by entity
+    std::size_t lineBehindEnd = 0; ///< where more than blanks stands behind EOF; else 0
 };
 
 /// Takes a drawing file apart in one pass.
@@ -67,6 +68,7 @@ private:
     void expect(const char* type) const;
     bool atBoundary() const;
 
+    void readClosing();
     void readSection();
     void readSectionBody(const std::string& name);
     void readVariables();

@@ -60,9 +60,10 @@ TextEncoding encodingOf(const DrawingHeader& header, bool byteOrderMark)
     };
     const std::string version = textOf("$ACADVER");
     const std::string codePage = textOf("$DWGCODEPAGE");
+    const std::string page = codePage.empty() ? "ANSI_1252" : codePage;
     if (byteOrderMark || isUnicodeVersion(version) || (version.empty() && codePage.empty()))
-        return TextEncoding();
-    return TextEncoding(codePage.empty() ? "ANSI_1252" : codePage);
+        return TextEncoding("UTF-8", page);
+    return TextEncoding(page);
 }
 
 std::string tagsOf(const DrawingHeader::Variable& variable, std::string_view lineEnd)

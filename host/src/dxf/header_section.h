@@ -12,6 +12,7 @@ namespace korra {
 ///
 /// A drawing of version AC1021 or later is UTF-8, an earlier one in its $DWGCODEPAGE, without it in
 /// ANSI_1252; one that tells neither is UTF-8, and so is one with a byte order mark.
+/// What is no UTF-8 in such a drawing is read in that code page too: programs mix them.
 /// @param section  tags of the section from its 0/SECTION on
 DrawingHeader readHeader(const TagList& section, bool byteOrderMark);
 

@@ -23,6 +23,9 @@ public:
     /// @throw DrawingError also where the file ends without its EOF
     void next(RawObject& object);
 
+    /// All bytes behind the last object.
+    std::string rest() { return tags_.rest(); }
+
     /// Byte order mark and comments before the first object.
     const std::string& opening() const { return opening_; }
 

@@ -93,6 +93,13 @@ bool TagStream::next(Tag& tag)
     return true;
 }
 
+std::string TagStream::rest()
+{
+    while (fill()) {
+    }
+    return buffer_.substr(begin_, filled_ - begin_);
+}
+
 int TagStream::groupCode(std::string_view text) const
 {
     const int code = parseGroupCode(text);
@@ -110,13 +117,18 @@ std::string_view withoutLineEnd(std::string_view line)
     return line;
 }
 
-std::string shown(std::string_view text)
+std::string printable(std::string_view text)
 {
     constexpr std::size_t kEnough = 40;
     std::string plain(text.substr(0, kEnough));
     std::ranges::replace_if(
         plain, [](char c) { return c < ' ' || c > '~'; }, '?');
-    return '"' + plain + (text.size() > kEnough ? "...\"" : "\"");
+    return plain + (text.size() > kEnough ? "..." : "");
+}
+
+std::string shown(std::string_view text)
+{
+    return '"' + printable(text) + '"';
 }
 
 } // namespace korra

@@ -30,6 +30,9 @@ public:
     /// @throw DrawingError for a code that is no number, half a tag, an over-long line, binary data
     bool next(Tag& tag);
 
+    /// All bytes behind the last tag; the stream is at its end then.
+    std::string rest();
+
     /// Line that was read last.
     std::size_t line() const { return line_; }
 
@@ -58,7 +61,10 @@ private:
 /// The text without the line end that it ends with.
 std::string_view withoutLineEnd(std::string_view line);
 
-/// A text of a file as a message shows it: short, one line, plain characters.
+/// A text of a file as a message may hold it: short, one line, plain characters.
+std::string printable(std::string_view text);
+
+/// The same in quotes.
 std::string shown(std::string_view text);
 
 } // namespace korra

@@ -85,10 +85,16 @@ public:
     {
     }
 
-    std::wstring decode(std::string_view bytes) const
+    struct Decoded {
+        std::wstring text;
+        bool isWhole = true; ///< no byte had to be read as Latin-1
+    };
+
+    Decoded decode(std::string_view bytes) const
     {
         if (!toWide_ || isAscii(bytes))
-            return widened(bytes);
+            return {widened(bytes)};
+        bool isWhole = true;
         std::wstring text(bytes.size() + 1, L'\0');
         const char* in = bytes.data();
         std::size_t inLeft = bytes.size();
@@ -96,16 +102,15 @@ public:
         std::size_t outLeft = text.size() * sizeof(wchar_t);
         toWide_.reset();
         while (!toWide_.run(in, inLeft, out, outLeft) && inLeft > 0) {
-            *reinterpret_cast<wchar_t*>(out) = kReplacement;
+            isWhole = false;
+            *reinterpret_cast<wchar_t*>(out) = static_cast<unsigned char>(*in);
             out += sizeof(wchar_t);
             outLeft -= sizeof(wchar_t);
-            // A character cut off at the end is one replacement, a wrong byte another.
-            const std::size_t skipped = errno == EINVAL ? inLeft : 1;
-            in += skipped;
-            inLeft -= skipped;
+            ++in;
+            --inLeft;
         }
         text.resize(text.size() - outLeft / sizeof(wchar_t));
-        return text;
+        return {std::move(text), isWhole};
     }
 
     /// The bytes of one character; nullopt when the code page lacks it.
@@ -181,7 +186,7 @@ std::optional<std::wstring> multiByteEscape(std::wstring_view text)
                                                   CodePage("CP949"), CodePage("JOHAB"),
                                                   CodePage("CP936")};
     const std::string bytes = {static_cast<char>(*value >> 8), static_cast<char>(*value & 0xFF)};
-    return pages[static_cast<std::size_t>(text[3] - L'1')].decode(bytes);
+    return pages[static_cast<std::size_t>(text[3] - L'1')].decode(bytes).text;
 }
 
 /// ^J is a control character, "^ " the caret itself.
@@ -272,9 +277,18 @@ TextEncoding::TextEncoding(std::string codePage)
 {
 }
 
+TextEncoding::TextEncoding(std::string codePage, std::string_view otherPage)
+    : TextEncoding(std::move(codePage))
+{
+    otherPage_ = std::make_shared<CodePage>(iconvName(otherPage));
+}
+
 std::wstring TextEncoding::decode(std::string_view bytes) const
 {
-    const std::wstring text = page_->decode(bytes);
+    CodePage::Decoded decoded = page_->decode(bytes);
+    if (!decoded.isWhole && otherPage_)
+        decoded = otherPage_->decode(bytes);
+    const std::wstring& text = decoded.text;
     return text.find_first_of(L"\\^") == std::wstring::npos ? text : unescaped(text);
 }
 

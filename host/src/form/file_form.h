@@ -18,7 +18,7 @@ namespace korra {
 struct FileForm {
     bool crlf = false;
     std::string opening; ///< byte order mark and comments before the first section
-    std::string closing; ///< the 0/EOF tag
+    std::string closing; ///< the 0/EOF tag and what stands behind it
 
     /// Sections in the order of the file.
     struct Section {

@@ -108,6 +108,17 @@ std::string formatHandle(std::uint64_t value)
     return digits;
 }
 
+std::string formatBytes(std::string_view bytes)
+{
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string digits;
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        digits += {kDigits[value >> 4], kDigits[value & 15]};
+    }
+    return digits;
+}
+
 double degreesToRadians(double degrees)
 {
     return degrees * (std::numbers::pi / 180.0);

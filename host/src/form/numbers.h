@@ -30,6 +30,9 @@ std::string formatWhole(long long value);
 /// Upper-case hexadecimal.
 std::string formatHandle(std::uint64_t value);
 
+/// Bytes as upper-case hexadecimal digits, two each.
+std::string formatBytes(std::string_view bytes);
+
 double degreesToRadians(double degrees);
 
 /// Degrees that read back as the same radians where such a text exists, else the nearest.

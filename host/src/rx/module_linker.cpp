@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -137,6 +138,22 @@ LoadOutcome initialise(LoadedModule& module)
     return LoadOutcome::loaded;
 }
 
+/// As initialise(). What the module throws is told in an exception that outlives it.
+/// @throw std::runtime_error
+LoadOutcome tryToInitialise(LoadedModule& module)
+{
+    const auto told = [&](const std::string& why) {
+        return std::runtime_error(platform::toUtf8(module.name) + ": threw while it started" + why);
+    };
+    try {
+        return initialise(module);
+    } catch (const std::exception& error) {
+        throw told(std::string(": ") + error.what());
+    } catch (...) {
+        throw told({});
+    }
+}
+
 void end(LoadedModule& module)
 {
     eachDocument([&] { sendMessage(module, KdRx::kUnloadDwgMsg); });
@@ -210,7 +227,7 @@ LoadOutcome loadModule(const wchar_t* name)
     modules.push_back(std::make_unique<LoadedModule>(LoadedModule{fileName, handle}));
     LoadedModule& module = *modules.back();
     Newcomer newcomer(module);
-    const LoadOutcome outcome = initialise(module);
+    const LoadOutcome outcome = tryToInitialise(module);
     if (outcome == LoadOutcome::loaded)
         newcomer.keep();
     return outcome;

@@ -39,6 +39,7 @@ void addModuleFolder(const std::string& folder);
 ///
 /// After its process attach the module is asked for its version, initialised and told of every open
 /// document. Whatever it cannot do, or throws, leaves it unloaded again.
+/// @throw std::runtime_error that names the module, where it throws while it starts
 LoadOutcome loadModule(const wchar_t* name);
 
 /// Tells a module of the end of its documents and of its own, and lets it go.

@@ -7,6 +7,8 @@
 #include "platform/modules.h"
 #include "platform/text.h"
 
+#include <stdexcept>
+
 namespace {
 
 using korra::rx::LoadOutcome;
@@ -45,10 +47,14 @@ bool isLoaded(LoadOutcome outcome)
 korra::FileOutcome korra::loadModule(const std::string& name)
 {
     const platform::TurnOf turn(platform::Party::host);
-    const LoadOutcome outcome = rx::loadModule(platform::fromUtf8(name).c_str());
-    if (isLoaded(outcome))
-        return {true, {}};
-    return {false, name + ": " + inWords(outcome)};
+    try {
+        const LoadOutcome outcome = rx::loadModule(platform::fromUtf8(name).c_str());
+        if (isLoaded(outcome))
+            return {true, {}};
+        return {false, name + ": " + inWords(outcome)};
+    } catch (const std::runtime_error& error) {
+        return {false, error.what()};
+    }
 }
 
 bool kdrxLoadModule(const wchar_t* name, bool printit, bool)

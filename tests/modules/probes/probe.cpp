@@ -7,6 +7,8 @@
 
 #include <afxwin.h>
 
+#include <exception>
+
 #ifndef PROBE_VERSION
 #define PROBE_VERSION 0x07E90000
 #endif
@@ -31,6 +33,16 @@ AFX_EXTENSION_MODULE extension;
 constexpr platform::StringResource kStrings[] = {
     {101, L"probe's own 101"}, {9000, L"9000"}, {9001, L"100% \"%s\""}};
 constexpr platform::CursorResource kCursors[] = {{7}};
+
+/// Its class is gone with the module.
+struct OwnError : std::exception {
+    const char* what() const noexcept override { return "no licence"; }
+};
+
+[[maybe_unused]] KdRx::AppRetCode fail()
+{
+    throw OwnError();
+}
 
 void unlock(void* packet)
 {

@@ -37,6 +37,9 @@ KdApDocument* newDocument();
 struct FileOutcome {
     bool done = false;
     std::string message; ///< one line, "FILE:LINE: what is wrong"; UTF-8; empty when done
+
+    /// What whoever opens a drawing should know though it is open, in the form of the message.
+    std::vector<std::string> notes = {};
 };
 
 /// Opens a drawing file as the current document.

@@ -1,0 +1,262 @@
+#include "dxf/binary_form.h"
+
+#include "dxf/tag_text.h"
+#include "form/numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+
+namespace korra {
+namespace {
+
+/// Behind the name of a program.
+constexpr std::string_view kSentinelEnd(" Binary DXF\r\n\x1A\0", 15);
+constexpr std::size_t kSentinelSize = 22;
+
+/// No text of a drawing is as long.
+constexpr std::size_t kLongestText = std::size_t{1} << 20;
+
+enum class ValueForm { none, text, real, bits16, bits32, bits64, byte, chunk };
+
+/// Group codes up to one have their values in one form.
+struct CodeRange {
+    int last;
+    ValueForm form;
+};
+
+constexpr std::array kCodeRanges = {
+    CodeRange{9, ValueForm::text},      CodeRange{59, ValueForm::real},
+    CodeRange{79, ValueForm::bits16},   CodeRange{89, ValueForm::none},
+    CodeRange{99, ValueForm::bits32},   CodeRange{109, ValueForm::text},
+    CodeRange{149, ValueForm::real},    CodeRange{159, ValueForm::none},
+    CodeRange{169, ValueForm::bits64},  CodeRange{179, ValueForm::bits16},
+    CodeRange{209, ValueForm::none},    CodeRange{239, ValueForm::real},
+    CodeRange{269, ValueForm::none},    CodeRange{289, ValueForm::bits16},
+    CodeRange{299, ValueForm::byte},    CodeRange{309, ValueForm::text},
+    CodeRange{319, ValueForm::chunk},   CodeRange{369, ValueForm::text},
+    CodeRange{389, ValueForm::bits16},  CodeRange{399, ValueForm::text},
+    CodeRange{409, ValueForm::bits16},  CodeRange{419, ValueForm::text},
+    CodeRange{429, ValueForm::bits32},  CodeRange{439, ValueForm::text},
+    CodeRange{459, ValueForm::bits32},  CodeRange{469, ValueForm::real},
+    CodeRange{481, ValueForm::text},    CodeRange{998, ValueForm::none},
+    CodeRange{1003, ValueForm::text},   CodeRange{1004, ValueForm::chunk},
+    CodeRange{1009, ValueForm::text},   CodeRange{1059, ValueForm::real},
+    CodeRange{1070, ValueForm::bits16}, CodeRange{1071, ValueForm::bits32},
+};
+
+ValueForm formOf(int code)
+{
+    const auto* const range = std::ranges::lower_bound(kCodeRanges, code, {}, &CodeRange::last);
+    return range == kCodeRanges.end() ? ValueForm::none : range->form;
+}
+
+/// Takes bytes from a file and knows where it is.
+class ByteStream {
+public:
+    explicit ByteStream(TagStream::ReadBytes read) : read_(std::move(read)) {}
+
+    /// How many bytes were taken.
+    std::size_t place() const { return place_; }
+
+    /// The next bytes, fewer only at the end of the file.
+    std::string_view peek(std::size_t count)
+    {
+        while (buffer_.size() - begin_ < count && fill()) {
+        }
+        return std::string_view(buffer_).substr(begin_, count);
+    }
+
+    std::string_view take(std::size_t count)
+    {
+        const std::string_view bytes = peek(count);
+        if (bytes.size() < count)
+            fail("the file ends within a tag");
+        skip(count);
+        return bytes;
+    }
+
+    /// The bytes before the next zero byte, which is taken with them.
+    std::string_view takeText()
+    {
+        std::size_t length = 0;
+        while ((length = std::string_view(buffer_).substr(begin_).find('\0')) == buffer_.npos) {
+            if (buffer_.size() - begin_ > kLongestText)
+                fail("a text is longer than a megabyte");
+            if (!fill())
+                fail("the file ends within a text");
+        }
+        return take(length + 1).substr(0, length);
+    }
+
+    /// Up to `size` bytes, none at the end.
+    std::size_t read(char* target, std::size_t size)
+    {
+        if (begin_ == buffer_.size())
+            return read_(target, size);
+        const std::size_t count = buffer_.copy(target, size, begin_);
+        skip(count);
+        return count;
+    }
+
+    [[noreturn]] void fail(const std::string& what) const
+    {
+        throw DrawingError{0, what + ", at byte " + std::to_string(place_)};
+    }
+
+private:
+    bool fill()
+    {
+        constexpr std::size_t kStep = std::size_t{1} << 16;
+        buffer_.erase(0, begin_);
+        begin_ = 0;
+        const std::size_t before = buffer_.size();
+        buffer_.resize(before + kStep);
+        const std::size_t count = read_(buffer_.data() + before, kStep);
+        buffer_.resize(before + count);
+        return count > 0;
+    }
+
+    void skip(std::size_t count)
+    {
+        begin_ += count;
+        place_ += count;
+    }
+
+    TagStream::ReadBytes read_;
+    std::string buffer_;
+    std::size_t begin_ = 0; ///< of what was not taken yet
+    std::size_t place_ = 0;
+};
+
+/// Turns tags of the binary form into those of the ASCII form.
+class BinaryForm {
+public:
+    /// @param bytes  behind the sentinel
+    explicit BinaryForm(ByteStream bytes) : bytes_(std::move(bytes))
+    {
+        // Codes of one byte came first. A drawing begins with code 0, or 999 in a comment.
+        const std::string_view first = bytes_.peek(2);
+        hasShortCodes_ =
+            first.starts_with(kLongCode) || (first.starts_with('\0') && first != kZero);
+    }
+
+    std::size_t read(char* target, std::size_t size)
+    {
+        while (text_.size() < size && !ended_)
+            convertTag();
+        if (text_.empty())
+            return bytes_.read(target, size);
+        const std::size_t count = text_.copy(target, size);
+        text_.erase(0, count);
+        return count;
+    }
+
+private:
+    static constexpr char kLongCode = '\xFF'; ///< among codes of one byte: two more are the code
+    static constexpr std::string_view kZero{"\0\0", 2};
+
+    void convertTag()
+    {
+        if (bytes_.peek(1).empty()) { // that EOF is missing its reader sees
+            ended_ = true;
+            return;
+        }
+        const int code = takeCode();
+        const std::string value = takeValue(code);
+        appendTag(text_, code, value, "\n");
+        ended_ = code == 0 && value == "EOF";
+    }
+
+    int takeCode()
+    {
+        if (hasShortCodes_) {
+            const auto code = takeBits<std::uint8_t>();
+            if (code != static_cast<std::uint8_t>(kLongCode))
+                return code;
+        }
+        return takeBits<std::uint16_t>();
+    }
+
+    std::string takeValue(int code)
+    {
+        switch (formOf(code)) {
+        case ValueForm::text:
+            return takeLine();
+        case ValueForm::real:
+            return takeReal();
+        case ValueForm::bits16:
+            return formatWhole(static_cast<std::int16_t>(takeBits<std::uint16_t>()));
+        case ValueForm::bits32:
+            return formatWhole(static_cast<std::int32_t>(takeBits<std::uint32_t>()));
+        case ValueForm::bits64:
+            return formatWhole(static_cast<std::int64_t>(takeBits<std::uint64_t>()));
+        case ValueForm::byte:
+            return formatWhole(takeBits<std::uint8_t>());
+        case ValueForm::chunk:
+            return formatBytes(bytes_.take(takeBits<std::uint8_t>()));
+        case ValueForm::none:
+            break;
+        }
+        bytes_.fail(std::to_string(code) + " is no group code of the binary form");
+    }
+
+    /// A text of one line: its line ends are told as in the ASCII form.
+    std::string takeLine()
+    {
+        std::string line;
+        for (const char character : bytes_.takeText()) {
+            if (character == '\n' || character == '\r')
+                line += {'^', static_cast<char>(character + '@')};
+            else
+                line += character;
+        }
+        return line;
+    }
+
+    std::string takeReal()
+    {
+        const auto value = std::bit_cast<double>(takeBits<std::uint64_t>());
+        if (!std::isfinite(value))
+            bytes_.fail("a number was expected");
+        return formatReal(value);
+    }
+
+    /// Numbers stand with the lowest byte first.
+    template <class Bits>
+    Bits takeBits()
+    {
+        const std::string_view bytes = bytes_.take(sizeof(Bits));
+        std::uint64_t bits = 0;
+        for (std::size_t index = sizeof(Bits); index-- > 0;)
+            bits = bits << 8 | static_cast<unsigned char>(bytes[index]);
+        return static_cast<Bits>(bits);
+    }
+
+    ByteStream bytes_;
+    std::string text_; ///< turned and not read yet
+    bool hasShortCodes_;
+    bool ended_ = false;
+};
+
+} // namespace
+
+TagStream::ReadBytes inAsciiForm(TagStream::ReadBytes read)
+{
+    ByteStream bytes(std::move(read));
+    const std::string_view first = bytes.peek(kSentinelSize);
+    const bool isBinary = first.size() == kSentinelSize && first.ends_with(kSentinelEnd);
+    if (!isBinary)
+        return [bytes = std::move(bytes)](char* target, std::size_t size) mutable {
+            return bytes.read(target, size);
+        };
+    bytes.take(kSentinelSize);
+    return [form = BinaryForm(std::move(bytes))](char* target, std::size_t size) mutable {
+        return form.read(target, size);
+    };
+}
+
+} // namespace korra
