@@ -110,4 +110,15 @@ TEST_F(ProgramTest, AFailedSaveLeavesTheOldFile)
     EXPECT_EQ(folder_.contentsOf("kept.dxf"), "not a drawing");
 }
 
+TEST_F(ProgramTest, ASaveThatNobodyCouldReadAgainLeavesTheOldFileAndNamesTheObject)
+{
+    folder_.write("old.dxf", "old");
+    const Outcome outcome =
+        run("--module drafting --save @old.dxf " ORVEX_DRAWINGS_DIR "/bracket.dxf",
+            "DIMSET\n30,-25\ndimgap\n-1e308\n"); // the graphics would reach beyond all numbers
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.errors, HasSubstr("old.dxf: cannot be saved: LINE "));
+    EXPECT_EQ(folder_.contentsOf("old.dxf"), "old");
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 #include "dxf/drawing_writer.h"
 
 #include "blocks/spaces.h"
+#include "dxf/drawing_error.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
@@ -34,6 +35,12 @@ std::string withSecondName(std::string begin, std::string_view lineEnd)
     return withValue(tags, second, std::string(tags.valueOf(2)), lineEnd);
 }
 
+/// An object in messages.
+std::string nameOf(const KdDbObject& object)
+{
+    return std::string(typeName(object)) + ' ' + formatHandle(object.objectId().handle().value());
+}
+
 bool needsSequenceEnd(KdDbObject& entity)
 {
     const OwnedObjects* const parts = ObjectAccess::owned(entity);
@@ -56,10 +63,12 @@ std::string DrawingWriter::objectText(KdDbObject& object)
     const ObjectSlot& slot = *ObjectAccess::slot(object);
     const bool isBlock = KdDbBlockTableRecord::cast(&object) != nullptr;
     const auto codes = isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>();
-    if (source(object).empty())
-        return writer_.objectWritten(object, newObjectHead(object), codes);
-    const std::string text = given(object.objectId(), source(object));
-    return isChanged(slot) ? writer_.objectWritten(object, text, codes) : text;
+    const std::string text =
+        source(object).empty() ? newObjectHead(object) : given(object.objectId(), source(object));
+    if (!isChanged(slot) && !source(object).empty())
+        return text;
+    return writtenAs([&] { return nameOf(object); },
+                     [&] { return writer_.objectWritten(object, text, codes); });
 }
 
 std::string DrawingWriter::objects()
@@ -207,7 +216,8 @@ std::string DrawingWriter::blockBegin(KdDbBlockTableRecord& block,
         begin = withOwnHandle(begin);
     if (isWhole)
         return begin;
-    begin = writer_.fieldsWritten(block, begin, kBlockCodes);
+    begin = writtenAs([&] { return nameOf(block); },
+                      [&] { return writer_.fieldsWritten(block, begin, kBlockCodes); });
     if (!frame)
         begin += tag(3, TagList(begin).valueOf(2)) + tag(1, "");
     return withSecondName(begin, lineEnd_);

@@ -1,5 +1,6 @@
 #include "dxf/drawing_writer.h"
 
+#include "dxf/block_nesting.h"
 #include "dxf/header_section.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 namespace korra {
 namespace {
@@ -22,13 +24,19 @@ constexpr std::array<TableKind, kTableKinds> kTableOrder = {
     TableKind::viewport, TableKind::linetype, TableKind::layer,    TableKind::textStyle,
     TableKind::ucs,      TableKind::regApp,   TableKind::dimStyle, TableKind::block};
 
-/// The first handle behind those of the file and of its objects; after the very last one the first.
+/// The handle behind another one; behind the very last one the first.
+std::uint64_t handleBehind(std::uint64_t handle)
+{
+    return handle < kLastHandle ? handle + 1 : 1;
+}
+
+/// The first handle behind those of the file and of its objects.
 std::uint64_t handleBehindAll(const DatabaseContents& contents)
 {
     std::uint64_t last = contents.form.lastHandle;
     for (const ObjectSlot* slot : contents.slots)
         last = std::max(last, slot->erased ? 0 : slot->handle.value());
-    return last < kLastHandle ? last + 1 : 1;
+    return handleBehind(last);
 }
 
 bool isUsed(const DatabaseContents& contents, std::uint64_t handle)
@@ -100,6 +108,7 @@ std::string DrawingWriter::tag(int code, std::string_view value) const
 
 std::string DrawingWriter::text()
 {
+    checkBlockNesting(contents_, [](const KdDbBlockTableRecord&) { return std::size_t{0}; });
     std::vector<FileForm::Section> sections = form_.sections;
     for (FileForm::Section& section : sections)
         section.bytes += sectionBody(section.name);
@@ -189,9 +198,10 @@ std::string DrawingWriter::withOwnHandle(const std::string& frame)
     if (TagList(frame).handleTag() != TagList::kNone)
         return frame;
     while (isUsed(contents_, nextHandle_))
-        ++nextHandle_;
-    lastHandle_ = std::max(lastHandle_, nextHandle_);
-    return withHandle(frame, nextHandle_++, lineEnd_);
+        nextHandle_ = handleBehind(nextHandle_);
+    const std::uint64_t handle = std::exchange(nextHandle_, handleBehind(nextHandle_));
+    lastHandle_ = std::max(lastHandle_, handle);
+    return withHandle(frame, handle, lineEnd_);
 }
 
 std::string DrawingWriter::tables()

@@ -1,5 +1,6 @@
 #include "dxf/tag_writer.h"
 
+#include "dxf/drawing_error.h"
 #include "dxf/extended_values.h"
 #include "dxf/references.h"
 #include "dxf/tag_text.h"
@@ -133,7 +134,7 @@ void TagWriter::replace(std::size_t tag, std::string_view value)
     const std::string_view raw = cursor_.tag(tag).raw;
     std::string& text = replaced_[tag];
     text = raw.substr(0, raw.find('\n') + 1);
-    text.append(value).append(lineEnd_);
+    appendValue(text, value, lineEnd_);
 }
 
 void TagWriter::behindMarker(int count)
@@ -148,9 +149,9 @@ void TagWriter::writeReal(int code, double value, Missing missing)
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
         if (missing == Missing::inserted)
-            insert(code, formatReal(value));
+            insert(code, realText(value));
     } else if (parseReal(cursor_.tag(tag).value) != value) {
-        replace(tag, formatReal(value));
+        replace(tag, realText(value));
     }
 }
 
@@ -169,12 +170,12 @@ void TagWriter::writeAngle(int code, double value, Missing missing)
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
         if (missing == Missing::inserted)
-            insert(code, formatDegrees(value));
+            insert(code, degreesText(value));
         return;
     }
     const auto degrees = parseReal(cursor_.tag(tag).value);
     if (!degrees || degreesToRadians(*degrees) != value)
-        replace(tag, formatDegrees(value));
+        replace(tag, degreesText(value));
 }
 
 void TagWriter::angle(int code, double& value)
@@ -243,9 +244,9 @@ void TagWriter::writeAxes(int code, std::span<const double> values, Missing miss
         if (tags.axis[axis] != TagCursor::kNone) {
             place_ = tags.axis[axis];
             if (parseReal(cursor_.tag(place_).value) != values[axis])
-                replace(place_, formatReal(values[axis]));
+                replace(place_, realText(values[axis]));
         } else if (!tags.found() || values[axis] != 0.0) {
-            insert(axisCode, formatReal(values[axis]));
+            insert(axisCode, realText(values[axis]));
         }
     }
 }
@@ -329,6 +330,8 @@ void TagWriter::handle(int code, KdDbHandle& value)
 
 void TagWriter::color(int code, KdCmColor& value)
 {
+    if (value.colorIndex() > kLastColor)
+        throw DrawingError{0, "the colour " + formatWhole(value.colorIndex()) + " is none"};
     writeColor(code, value, value.colorIndex(), insertedIf(value != KdCmColor()));
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -50,10 +51,18 @@ FileOutcome saveDocument(KdApDocument& document, const std::string& path);
 FileOutcome readDrawing(KdDbDatabase& database, const std::string& path);
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path);
 
-/// Reads a drawing from memory, and writes one there.
+/// Reads a drawing from memory.
 /// @param name  stands for the file in messages
 FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
                             const std::string& name);
+
+/// A drawing holds what no file can hold; what() names the object.
+class UnsavableDrawing : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What the file of a drawing holds. @throw UnsavableDrawing
 std::string drawingText(const KdDbDatabase& database);
 
 /// Closes a document without saving; the next one becomes current.
