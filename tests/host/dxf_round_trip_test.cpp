@@ -201,7 +201,8 @@ TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
     EXPECT_GE(handle, 0xFFFu);
     const std::string seed = "9 $HANDSEED; 5 ";
     const std::string added =
-        "0 LINE; 5 " + korra::formatHandle(handle) + "; 8 0; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; ";
+        "0 LINE; 5 " + korra::formatHandle(handle) +
+        "; 330 22; 100 Entity; 8 0; 100 Line; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; ";
     EXPECT_EQ(
         drawingText(*database),
         replaced(replaced(text, file(seed + "FFF"), file(seed + korra::formatHandle(handle + 1))),

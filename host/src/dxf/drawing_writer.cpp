@@ -1,6 +1,7 @@
 #include "dxf/drawing_writer.h"
 
 #include "dxf/block_nesting.h"
+#include "dxf/class_markers.h"
 #include "dxf/header_section.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
@@ -51,7 +52,8 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
     : contents_(contents),
       form_(contents.form),
       lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
-      writer_(contents),
+      markerPrefix_(hasNewObjects() ? markerPrefix(contents) : std::nullopt),
+      writer_(contents, markerPrefix_),
       nextHandle_(handleBehindAll(contents)),
       writesEverything_(!contents.form.isFromFile() || needsObjectsSection())
 {
@@ -85,6 +87,12 @@ bool DrawingWriter::isWritten(const ObjectSlot& slot) const
     return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty());
 }
 
+bool DrawingWriter::hasNewObjects() const
+{
+    return std::ranges::any_of(
+        contents_.slots, [&](const ObjectSlot* slot) { return !slot->erased && isNew(*slot); });
+}
+
 bool DrawingWriter::needsObjectsSection() const
 {
     return std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
@@ -104,6 +112,12 @@ std::string DrawingWriter::tag(int code, std::string_view value) const
     std::string text;
     appendTag(text, code, value, lineEnd_);
     return text;
+}
+
+/// A class marker; nothing where the drawing has none.
+std::string DrawingWriter::marker(const char* stem) const
+{
+    return markerPrefix_ ? tag(100, *markerPrefix_ + stem) : std::string();
 }
 
 std::string DrawingWriter::text()
@@ -226,7 +240,10 @@ std::string DrawingWriter::newTableText(TableKind kind)
 {
     if (kind == TableKind::block && !writesBlockRecords())
         return {};
-    const std::string head = tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) + tag(70, "0");
+    const std::string head =
+        tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) +
+        (markerPrefix_ ? tag(330, "0") : std::string()) + marker("SymbolTable") + tag(70, "0") +
+        (kind == TableKind::dimStyle ? marker("DimStyleTable") : std::string());
     const FileForm::Table table = {
         std::string(kindOfTable(kind).fileName), head, {}, tag(0, "ENDTAB")};
     return writesEverything_ || records(kind).count > 0 ? tableText(table, kind) : std::string();

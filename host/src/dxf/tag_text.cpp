@@ -38,13 +38,16 @@ void appendTag(std::string& text, int code, std::string_view value, std::string_
     appendValue(text, value, lineEnd);
 }
 
-std::string withTag(std::string_view bytes, int code, std::string_view value,
+std::string withTag(const TagList& tags, std::size_t behind, int code, std::string_view value,
                     std::string_view lineEnd)
 {
-    const TagList tags(bytes);
-    std::string text(tags[0].raw);
-    appendTag(text, code, value, lineEnd);
-    return text.append(bytes.substr(tags[0].raw.size()));
+    std::string text;
+    for (std::size_t index = 0; index < tags.size(); ++index) {
+        text += tags[index].raw;
+        if (index == behind)
+            appendTag(text, code, value, lineEnd);
+    }
+    return text;
 }
 
 std::string withHandle(std::string_view bytes, std::uint64_t handle, std::string_view lineEnd)
@@ -52,7 +55,7 @@ std::string withHandle(std::string_view bytes, std::uint64_t handle, std::string
     const TagList tags(bytes);
     const std::size_t tag = tags.handleTag();
     if (tag == TagList::kNone)
-        return withTag(bytes, tags.handleCode(), formatHandle(handle), lineEnd);
+        return withTag(tags, 0, tags.handleCode(), formatHandle(handle), lineEnd);
     if (parseHandle(tags[tag].value) == handle)
         return std::string(bytes);
     return withValue(tags, tag, formatHandle(handle), lineEnd);

@@ -18,8 +18,8 @@ void appendValue(std::string& text, std::string_view value, std::string_view lin
 /// Appends a tag as drawing files are usually written: the code right-aligned in three places.
 void appendTag(std::string& text, int code, std::string_view value, std::string_view lineEnd);
 
-/// An object's bytes with a tag put behind its first one.
-std::string withTag(std::string_view bytes, int code, std::string_view value,
+/// An object's bytes with a tag put behind one of its tags.
+std::string withTag(const TagList& tags, std::size_t behind, int code, std::string_view value,
                     std::string_view lineEnd);
 
 /// An object's bytes, given its handle unless they have one; 0 is none.

@@ -67,10 +67,11 @@ std::size_t findValue(const std::vector<ExtendedValue>& values, std::size_t firs
 
 } // namespace
 
-TagWriter::TagWriter(const DatabaseContents& contents)
+TagWriter::TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix)
     : contents_(contents),
       encoding_(contents.header.encoding()),
-      lineEnd_(contents.form.crlf ? "\r\n" : "\n")
+      lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
+      markerPrefix_(std::move(markerPrefix))
 {
 }
 
@@ -80,6 +81,7 @@ void TagWriter::begin(std::string_view source, std::span<const int> only)
     replaced_.clear();
     insertedBehind_.clear();
     place_ = lastOfHead(cursor_.tags());
+    writesMarkers_ = markerPrefix_ && place_ + 1 == cursor_.tags().size();
 }
 
 std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source,
@@ -137,8 +139,10 @@ void TagWriter::replace(std::size_t tag, std::string_view value)
     appendValue(text, value, lineEnd_);
 }
 
-void TagWriter::behindMarker(int count)
+void TagWriter::behindMarker(int count, const char* stem)
 {
+    if (writesMarkers_)
+        appendTag(insertedBehind_[place_], 100, *markerPrefix_ + stem, lineEnd_);
     cursor_.behindMarker(count);
     if (cursor_.first() > 0)
         place_ = std::max(place_, cursor_.first() - 1);
@@ -286,8 +290,11 @@ void TagWriter::name(int code, KdDbObjectId& value, TableKind table, Reference)
 {
     const std::size_t tag = take(code);
     const auto* const record = KdDbSymbolTableRecord::cast(ObjectAccess::object(value));
-    if (!record)
-        return; // what names no record stays as it is
+    if (!record) { // what names no record stays as it is; a new part of an entity has no layer yet
+        if (tag == TagCursor::kNone && table == TableKind::layer)
+            insert(code, encoding_.encode(standardName(table, namedBy_)));
+        return;
+    }
     if (tag == TagCursor::kNone) {
         if (!maySkip(table, namedBy_, record->name()))
             insert(code, encoding_.encode(record->name()));
