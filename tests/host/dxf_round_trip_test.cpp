@@ -8,6 +8,7 @@
 #include "support/host_test.h"
 
 #include <regex>
+#include <tuple>
 
 using korra::drawingText;
 using korra::ObjectAccess;
@@ -143,6 +144,29 @@ TEST_F(DrawingRoundTrip, AColorKeepsOrLosesItsRedGreenAndBlue)
     expectReplaced<Layer>(0x11, {{red, "62 5"}}, [](auto& layer) { layer.setColor(colorOf(5)); });
     expectReplaced<Layer>(0x11, {{red, "62 -1; 420  16711680"}},
                           [](auto& layer) { layer.setIsOff(true); });
+}
+
+TEST_F(DrawingRoundTrip, ANegativeColorOfALayerIsANumberOfItsOwnWhetherTheLayerIsOffOrNot)
+{
+    const std::string red = "62      1; 420  16711680";
+    const std::tuple<std::uint16_t, bool, const char*> cases[] = {
+        {65533, false, "62 32765"}, {65535, false, "62 32767"}, {65535, true, "62 -32767"}};
+    for (const auto& [index, off, written] : cases) {
+        const std::string text = replaced(file(kModernSample), file(red), file(written));
+        expectReplaced<KdDbLayerTableRecord>(0x11, {{red, written}}, [&](auto& layer) {
+            layer.setColor(colorOf(index));
+            layer.setIsOff(off);
+        });
+        const auto database = readWhole(text);
+        const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
+        EXPECT_EQ(layer->color().colorIndex(), index);
+        EXPECT_EQ(layer->isOff(), off);
+    }
+    const std::string earlier = replaced(file(kModernSample), file(red), file("62 -65533"));
+    const auto database = readWhole(earlier);
+    const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
+    EXPECT_EQ(layer->color().colorIndex(), 65533);
+    EXPECT_TRUE(layer->isOff());
 }
 
 TEST_F(DrawingRoundTrip, ListsGrowAndShrink)

@@ -344,7 +344,11 @@ void TagWriter::color(int code, KdCmColor& value)
 
 void TagWriter::layerColor(int code, KdCmColor& value, bool& off)
 {
-    const long long index = value.colorIndex();
+    long long index = value.colorIndex();
+    if (index >= kFirstNegativeColor)
+        index -= kNegativeColorShift;
+    else if (index >= kFirstNegativeColorInFiles)
+        throw DrawingError{0, "the colour " + formatWhole(index) + " is none"};
     writeColor(code, value, off ? -index : index, Missing::inserted);
 }
 
