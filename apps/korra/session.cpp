@@ -51,21 +51,43 @@ void printToStandardOutput(const std::string& text)
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-KdApDocument* openDrawing(const Options& options)
-{
-    if (!options.drawing)
-        return korra::newDocument();
-    KdApDocument* document = nullptr;
-    require(korra::openDocument(*options.drawing, document));
-    return document;
-}
-
-void prepare(const Options& options)
+void addFolders(const Options& options)
 {
     for (const std::string& folder : options.folders) {
         korra::addModuleFolder(folder);
         korra::addSupportFolder(folder);
     }
+}
+
+std::optional<std::string> templateOf(const Options& options)
+{
+    return options.startFrom ? options.startFrom : korra::findSupportFile("template.dxf");
+}
+
+KdApDocument* openDrawing(const Options& options)
+{
+    KdApDocument* document = nullptr;
+    if (options.drawing)
+        require(korra::openDocument(*options.drawing, document));
+    else if (const auto path = templateOf(options))
+        require(korra::newDocumentFrom(*path, document));
+    else
+        document = korra::newDocument();
+    return document;
+}
+
+void save(const Options& options, KdApDocument& document)
+{
+    require(korra::saveDocument(document, *options.save));
+    if (!options.drawing && !templateOf(options))
+        std::fprintf(stderr,
+                     "korra: %s: made without a template; some programs read only drawings that "
+                     "began with one of theirs\n",
+                     options.save->c_str());
+}
+
+void prepare(const Options& options)
+{
     for (const std::string& module : options.modules)
         require(korra::loadModule(module));
     for (const auto& [name, value] : options.variables)
@@ -106,13 +128,14 @@ ExitStatus runHosted(const Options& options)
     korra::setCommandLineOutput(printToStandardOutput);
     platform::echoTrace(options.trace);
     const auto file = openScript(options);
+    addFolders(options);
     KdApDocument* const document = openDrawing(options);
     prepare(options);
 
     std::istream& lines = file ? *file : std::cin;
     const bool allKnown = runInput(lines, !file && isatty(STDIN_FILENO));
     if (options.save)
-        require(korra::saveDocument(*document, *options.save));
+        save(options, *document);
     return allKnown ? kDone : kUnknownCommand;
 }
 

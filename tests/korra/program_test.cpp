@@ -78,6 +78,7 @@ TEST_F(ProgramTest, OptionsAreTakenOrRefused)
         {"--nonsense", 2, "unknown option --nonsense"},
         {"a.dxf b.dxf", 2, "more than one drawing"},
         {"--script @missing", 3, "missing: cannot be read"},
+        {"--template @missing.dxf", 3, "missing.dxf: cannot be read"},
         {"--module nosuchmodule", 3, "nosuchmodule"},
         {"@missing.dxf", 3, "missing.dxf"},
         {"--save @no/such/folder.dxf", 3, "folder.dxf"},
@@ -99,6 +100,24 @@ TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
     EXPECT_EQ(read.status, 0) << read.errors;
     for (const char* value : {"<7.25>", "<My>", "<10,0,0>"})
         EXPECT_THAT(read.out, HasSubstr(value));
+}
+
+TEST_F(ProgramTest, ANewDrawingStartsFromATemplateAndIsANewOneAllTheSame)
+{
+    const std::string kept = "  0\nSECTION\n  2\nHEADER\n  9\n$LTSCALE\n 40\n";
+    const std::string rest = "\n  9\n$HANDSEED\n  5\nABC\n  0\nENDSEC\n  0\nEOF\n";
+    folder_.write("other.dxf", kept + "3.50" + rest);
+    EXPECT_THAT(run("--save @new.dxf").errors, HasSubstr("new.dxf: made without a template"));
+    folder_.write("template.dxf", kept + "2.50" + rest);
+    const char* const script = "SETVAR\nDWGNAME\n";
+    for (const auto& [arguments, value] :
+         {std::pair("--template @other.dxf --path @ ", "3.50"), std::pair("--path @ ", "2.50")}) {
+        const Outcome outcome = run(std::string(arguments) + "--save @new.dxf", script);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_EQ(folder_.contentsOf("new.dxf"), kept + value + rest);
+        EXPECT_THAT(outcome.out, HasSubstr("<Drawing1>"));
+    }
 }
 
 TEST_F(ProgramTest, AFailedSaveLeavesTheOldFile)

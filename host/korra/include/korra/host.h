@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -40,6 +41,10 @@ struct FileOutcome {
     std::string message; ///< one line, "FILE:LINE: what is wrong"; UTF-8; empty when done
 };
 
+/// Opens a new drawing that begins as a template does, and makes it the current document.
+/// @param document  null, nothing changed, when the template is no whole drawing
+FileOutcome newDocumentFrom(const std::string& templatePath, KdApDocument*& document);
+
 /// Opens a drawing file as the current document.
 /// @param document  the new document; null, nothing changed, when the file is no whole drawing
 FileOutcome openDocument(const std::string& path, KdApDocument*& document);
@@ -74,6 +79,9 @@ void addModuleFolder(const std::string& folder);
 /// Adds a folder to the end of the search path for support files: linetypes and shape fonts. The
 /// folder "support" beside the program comes behind all of them.
 void addSupportFolder(const std::string& folder);
+
+/// Full path of the first support file of the name, in any case; nullopt when there is none.
+std::optional<std::string> findSupportFile(const std::string& name);
 
 /// Everything that should have been given back and was not, in words; empty is clean.
 ///
