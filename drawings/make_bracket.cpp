@@ -1,6 +1,7 @@
 // Draws the sheet of a bearing bracket through the host's own interface and writes it to a file:
 // three views, dimensions of each kind, nested blocks, a title block with attributes, and a sheet
-// that sees the model through two viewports of different scale and direction.
+// that sees the model through two viewports of different scale and direction. A drawing that is
+// named behind the file is what it is drawn into.
 
 #include "kd/db.h"
 #include "korra/host.h"
@@ -332,20 +333,32 @@ void drawSheet(const Layers& layers)
     sheet.add(new KdDbText({20, 20, 0}, L"FIRST ANGLE PROJECTION", 4), layers.text);
 }
 
+korra::FileOutcome begin(const char* path)
+{
+    KdApDocument* document = path ? nullptr : korra::newDocument();
+    return path ? korra::openDocument(path, document) : korra::FileOutcome{true, {}};
+}
+
+korra::FileOutcome draw(const char* path)
+{
+    const Layers layers;
+    drawModel(layers, addDimensionStyle());
+    drawSheet(layers);
+    return korra::writeDrawing(drawing(), path);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_bracket FILE.dxf\n");
+    if (argc != 2 && argc != 3) {
+        std::fprintf(stderr, "usage: make_bracket FILE.dxf [TEMPLATE.dxf]\n");
         return 2;
     }
     korra::startHost();
-    korra::newDocument();
-    const Layers layers;
-    drawModel(layers, addDimensionStyle());
-    drawSheet(layers);
-    const korra::FileOutcome outcome = korra::writeDrawing(drawing(), argv[1]);
+    korra::FileOutcome outcome = begin(argv[2]); // null behind the last argument
+    if (outcome.done)
+        outcome = draw(argv[1]);
     if (!outcome.done)
         std::fprintf(stderr, "%s\n", outcome.message.c_str());
     korra::stopHost();

@@ -10,6 +10,7 @@ Opens a drawing, or a new one, and runs the commands that are typed or scripted.
 
   --module FILE     load an extension module; repeatable; a bare name lies beside the program
   --script FILE     take the input from a file, one input a line; - is standard input
+  --template FILE   what a new drawing starts from; else template.dxf where support files lie
   --save FILE       write the drawing at the end
   --set NAME=VALUE  set a system variable; repeatable
   --size WxH        size of the screen in pixels, 800x600 unless set
@@ -63,6 +64,7 @@ const std::map<std::string, Setting> kSettings = {
     {"--module", [](Options& options, const auto& value) { options.modules.push_back(value); }},
     {"--script", [](Options& options, const auto& value) { options.script = value; }},
     {"--save", [](Options& options, const auto& value) { options.save = value; }},
+    {"--template", [](Options& options, const auto& value) { options.startFrom = value; }},
     {"--path", [](Options& options, const auto& value) { options.folders.push_back(value); }},
     {"--size", [](Options& options, const auto& value) { options.size = readSize(value); }},
     {"--set", [](Options& options,

@@ -19,7 +19,8 @@ struct Options {
     std::optional<std::string> script;                          ///< `-`: standard input
     std::optional<std::string> save;
     std::optional<std::string> drawing;
-    std::optional<Size> size; ///< of the screen, pixels
+    std::optional<std::string> startFrom; ///< the template of a new drawing
+    std::optional<Size> size;             ///< of the screen, pixels
     bool trace = false;
     bool version = false;
     bool help = false;

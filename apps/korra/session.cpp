@@ -41,24 +41,51 @@ void require(const korra::FileOutcome& outcome)
         throw FileFailure(outcome.message);
 }
 
-KdApDocument* openDrawing(const Options& options)
+/// What is to be known of an opened drawing goes to the errors.
+void tellNotes(const korra::FileOutcome& outcome)
 {
-    if (!options.drawing)
-        return korra::newDocument();
-    KdApDocument* document = nullptr;
-    const korra::FileOutcome outcome = korra::openDocument(*options.drawing, document);
     require(outcome);
     for (const std::string& note : outcome.notes)
         std::fprintf(stderr, "korra: %s\n", note.c_str());
-    return document;
 }
 
-void prepare(const Options& options)
+void addFolders(const Options& options)
 {
     for (const std::string& folder : options.folders) {
         korra::addModuleFolder(folder);
         korra::addSupportFolder(folder);
     }
+}
+
+std::optional<std::string> templateOf(const Options& options)
+{
+    return options.startFrom ? options.startFrom : korra::findSupportFile("template.dxf");
+}
+
+KdApDocument* openDrawing(const Options& options)
+{
+    KdApDocument* document = nullptr;
+    if (options.drawing)
+        tellNotes(korra::openDocument(*options.drawing, document));
+    else if (const auto path = templateOf(options))
+        tellNotes(korra::newDocumentFrom(*path, document));
+    else
+        document = korra::newDocument();
+    return document;
+}
+
+void save(const Options& options, KdApDocument& document)
+{
+    require(korra::saveDocument(document, *options.save));
+    if (!options.drawing && !templateOf(options))
+        std::fprintf(stderr,
+                     "korra: %s: made without a template; some programs read only drawings that "
+                     "began with one of theirs\n",
+                     options.save->c_str());
+}
+
+void prepare(const Options& options)
+{
     for (const std::string& module : options.modules)
         require(korra::loadModule(module));
     for (const auto& [name, value] : options.variables)
@@ -101,6 +128,7 @@ ExitStatus runHosted(const Options& options)
     korra::setCommandLineOutput(print);
     platform::echoTrace(options.trace);
     const auto file = openScript(options);
+    addFolders(options);
     KdApDocument* const document = openDrawing(options);
     prepare(options);
 
@@ -108,7 +136,7 @@ ExitStatus runHosted(const Options& options)
     const bool allKnown =
         runInput(lines, file ? *options.script : "standard input", !file && isatty(STDIN_FILENO));
     if (options.save)
-        require(korra::saveDocument(*document, *options.save));
+        save(options, *document);
     return allKnown ? kDone : kUnknownCommand;
 }
 

@@ -3,6 +3,7 @@
 
 #include "dxf_samples.h"
 
+#include "support/changes.h"
 #include "support/host_test.h"
 
 using ::testing::EndsWith;
@@ -148,7 +149,18 @@ TEST_F(BrokenDrawing, BlocksThatContainThemselvesNestTooDeepOrShowTooMuch)
     EXPECT_NE(refusal(chainOfBlocks(100000, 1)), ""); // and the walk has no recursion
 }
 
-/// The text is refused in one line, or is whole: what is written of it stays what it is.
+/// What is written of the drawing can be read and stays what it is, or the drawing is not saved.
+bool isUnsavableOrWhole(const KdDbDatabase& database)
+{
+    try {
+        const std::string written = korra::drawingText(database);
+        return korra::drawingText(*readWhole(written)) == written;
+    } catch (const korra::UnsavableDrawing& refusal) {
+        return std::string_view(refusal.what()).starts_with("cannot be saved: ");
+    }
+}
+
+/// The text is refused in one line, or is whole, and stays so under changes.
 bool isRefusedOrWhole(const std::string& text)
 {
     KdDbDatabase database(false);
@@ -156,7 +168,10 @@ bool isRefusedOrWhole(const std::string& text)
     if (!message.empty())
         return message.find('\n') == message.npos;
     const std::string written = korra::drawingText(database);
-    return korra::drawingText(*readWhole(written)) == written;
+    if (korra::drawingText(*readWhole(written)) != written)
+        return false;
+    scaleEntities(database, 1e300);
+    return isUnsavableOrWhole(database);
 }
 
 TEST_F(BrokenDrawing, WithoutALineOrWithAnotherInItsPlaceItIsRefusedOrWhole)

@@ -8,6 +8,7 @@
 #include "support/host_test.h"
 
 #include <regex>
+#include <tuple>
 
 using korra::drawingText;
 using korra::ObjectAccess;
@@ -145,6 +146,29 @@ TEST_F(DrawingRoundTrip, AColorKeepsOrLosesItsRedGreenAndBlue)
                           [](auto& layer) { layer.setIsOff(true); });
 }
 
+TEST_F(DrawingRoundTrip, ANegativeColorOfALayerIsANumberOfItsOwnWhetherTheLayerIsOffOrNot)
+{
+    const std::string red = "62      1; 420  16711680";
+    const std::tuple<std::uint16_t, bool, const char*> cases[] = {
+        {65533, false, "62 32765"}, {65535, false, "62 32767"}, {65535, true, "62 -32767"}};
+    for (const auto& [index, off, written] : cases) {
+        const std::string text = replaced(file(kModernSample), file(red), file(written));
+        expectReplaced<KdDbLayerTableRecord>(0x11, {{red, written}}, [&](auto& layer) {
+            layer.setColor(colorOf(index));
+            layer.setIsOff(off);
+        });
+        const auto database = readWhole(text);
+        const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
+        EXPECT_EQ(layer->color().colorIndex(), index);
+        EXPECT_EQ(layer->isOff(), off);
+    }
+    const std::string earlier = replaced(file(kModernSample), file(red), file("62 -65533"));
+    const auto database = readWhole(earlier);
+    const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
+    EXPECT_EQ(layer->color().colorIndex(), 65533);
+    EXPECT_TRUE(layer->isOff());
+}
+
 TEST_F(DrawingRoundTrip, ListsGrowAndShrink)
 {
     expectReplaced<KdDbPolyline>(
@@ -218,7 +242,8 @@ TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
     EXPECT_GE(handle, 0xFFFu);
     const std::string seed = "9 $HANDSEED; 5 ";
     const std::string added =
-        "0 LINE; 5 " + korra::formatHandle(handle) + "; 8 0; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; ";
+        "0 LINE; 5 " + korra::formatHandle(handle) +
+        "; 330 22; 100 Entity; 8 0; 100 Line; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; ";
     EXPECT_EQ(
         drawingText(*database),
         replaced(replaced(text, file(seed + "FFF"), file(seed + korra::formatHandle(handle + 1))),

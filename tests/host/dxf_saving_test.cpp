@@ -3,6 +3,8 @@
 #include "dxf_samples.h"
 
 #include "dxf/atomic_file.h"
+#include "support/changes.h"
+#include "support/drawing.h"
 #include "support/host_test.h"
 #include "support/support_folder.h"
 
@@ -13,7 +15,9 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <limits>
 #include <thread>
 #include <vector>
 
@@ -34,6 +38,8 @@ protected:
     const SupportFolder folder_;
     const std::string text_ = file(kModernSample);
 };
+
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 TEST_F(DrawingSaving, MakesAFileOrReplacesTheOneBehindALinkAndKeepsItsPermissions)
 {
@@ -118,6 +124,88 @@ TEST_F(DrawingSaving, AFailureLeavesTheOldFileAndNothingElse)
     EXPECT_EQ(outcome.message.find(path("old.dxf") + ": cannot be written: "), 0u);
     EXPECT_EQ(folder_.contentsOf("old.dxf"), "old");
     EXPECT_EQ(filesInFolder(), 1);
+}
+
+/// The message of a save into a file that must stay as it is.
+std::string refusalOf(const SupportFolder& folder, const KdDbDatabase& database)
+{
+    folder.write("old.dxf", "old");
+    const auto [done, message] = korra::writeDrawing(database, folder.pathOf("old.dxf"));
+    EXPECT_FALSE(done);
+    EXPECT_EQ(folder.contentsOf("old.dxf"), "old");
+    return message.substr(std::min(message.find(": ") + 2, message.size()));
+}
+
+TEST_F(DrawingSaving, RefusesWhatNobodyCouldReadAgainAndNamesTheObject)
+{
+    using Change = std::function<void(KdDbDatabase&)>;
+    const std::pair<const char*, Change> cases[] = {
+        {"LINE 46: a number is not finite", [](auto& drawing) { scaleEntities(drawing, 1e308); }},
+        {"ATTRIB 59: an angle is not finite",
+         [](auto& drawing) {
+             changeObject<KdDbText>(drawing, 0x59, [](auto& text) { text.setRotation(1e308); });
+         }},
+        {"ATTRIB 59: a text is longer than a megabyte",
+         [](auto& drawing) {
+             const std::wstring tooLong(1500000, L'x');
+             changeObject<KdDbText>(drawing, 0x59,
+                                    [&](auto& text) { text.setTextString(tooLong.c_str()); });
+         }},
+        {"LINE 50: the colour 300 is none",
+         [](auto& drawing) {
+             changeObject<KdDbLine>(drawing, 0x50, [](auto& line) { line.setColor(colorOf(300)); });
+         }},
+        {"LINE 50: a number is not finite", // in extended data
+         [](auto& drawing) {
+             changeObject<KdDbLine>(drawing, 0x50, [](auto& line) {
+                 korra::ObjectAccess::willChange(line);
+                 korra::ObjectAccess::extras(line).xData.push_back({1040, kInfinite});
+             });
+         }},
+        {"BLOCK_RECORD 22: a number is not finite",
+         [](auto& drawing) {
+             changeObject<KdDbBlockTableRecord>(drawing, 0x22, [](auto& block) {
+                 block.setOrigin({kInfinite, 0.0, 0.0});
+             });
+         }},
+        {"$DIMPOST: a text is longer than a megabyte",
+         [](auto& drawing) {
+             drawing.contents().header.setText("$DIMPOST", std::wstring(1500000, L'x'), 1);
+         }},
+        {"the block \"B25\" shows more than 100000000 entities",
+         [](auto& drawing) {
+             kddbHostApplicationServices()->setWorkingDatabase(&drawing);
+             addEntityToBlock(L"B0", new KdDbPoint);
+             for (int level = 1; level <= 27; ++level) {
+                 const KdDbObjectId shown = blockId((L"B" + std::to_wstring(level - 1)).c_str());
+                 for (int time = 0; time < 2; ++time)
+                     addEntityToBlock((L"B" + std::to_wstring(level)).c_str(),
+                                      new KdDbBlockReference(KdGePoint3d::kOrigin, shown));
+             }
+         }},
+    };
+    for (const auto& [message, change] : cases) {
+        const auto database = readWhole(text_);
+        change(*database);
+        EXPECT_EQ(refusalOf(folder_, *database), std::string("cannot be saved: ") + message);
+    }
+}
+
+TEST_F(DrawingSaving, GivesHandlesUpToTheLastAndThenTheFreeOnesFromTheFirst)
+{
+    for (const char* handle : {"7FFFFFFFFFFFFFFE", "7FFFFFFFFFFFFFFF"}) {
+        const std::string text = file("0 SECTION; 2 HEADER; 9 $HANDSEED; 5 " + std::string(handle) +
+                                      "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 " + handle +
+                                      "; 8 0; 0 ENDSEC; 0 EOF");
+        const auto database = readWhole(text);
+        kddbHostApplicationServices()->setWorkingDatabase(database.get());
+        addEntityToBlock(L"New", new KdDbLine);
+        addEntity(new KdDbBlockReference(KdGePoint3d::kOrigin, blockId(L"New")));
+        const std::string written = korra::drawingText(*database);
+        const auto again = readWhole(written);
+        EXPECT_EQ(korra::drawingText(*again), written);
+        EXPECT_NE(find<KdDbLine>(*again, std::stoull(handle, nullptr, 16)), nullptr);
+    }
 }
 
 TEST_F(DrawingSaving, RefusesWhatIsNoPlaceForADrawing)

@@ -81,6 +81,7 @@ TEST_F(ProgramTest, OptionsAreTakenOrRefused)
         {"--nonsense", 2, "unknown option --nonsense"},
         {"a.dxf b.dxf", 2, "more than one drawing"},
         {"--script @missing", 3, "missing: cannot be read"},
+        {"--template @missing.dxf", 3, "missing.dxf: cannot be read"},
         {"--module nosuchmodule", 3, "nosuchmodule"},
         {"@missing.dxf", 3, "missing.dxf"},
         {"--save @no/such/folder.dxf", 3, "folder.dxf"},
@@ -106,6 +107,24 @@ TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
     EXPECT_EQ(read.status, 0) << read.errors;
     for (const char* value : {"<7.25>", "<My>", "<10,0,0>", "<3>"})
         EXPECT_THAT(read.out, HasSubstr(value));
+}
+
+TEST_F(ProgramTest, ANewDrawingStartsFromATemplateAndIsANewOneAllTheSame)
+{
+    const std::string kept = "  0\nSECTION\n  2\nHEADER\n  9\n$LTSCALE\n 40\n";
+    const std::string rest = "\n  9\n$HANDSEED\n  5\nABC\n  0\nENDSEC\n  0\nEOF\n";
+    folder_.write("other.dxf", kept + "3.50" + rest);
+    EXPECT_THAT(run("--save @new.dxf").errors, HasSubstr("new.dxf: made without a template"));
+    folder_.write("template.dxf", kept + "2.50" + rest);
+    const char* const script = "SETVAR\nDWGNAME\n";
+    for (const auto& [arguments, value] :
+         {std::pair("--template @other.dxf --path @ ", "3.50"), std::pair("--path @ ", "2.50")}) {
+        const Outcome outcome = run(std::string(arguments) + "--save @new.dxf", script);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_EQ(folder_.contentsOf("new.dxf"), kept + value + rest);
+        EXPECT_THAT(outcome.out, HasSubstr("<Drawing1>"));
+    }
 }
 
 TEST_F(ProgramTest, WhatAnOpenedDrawingIsSaidToHoldGoesToTheErrors)
@@ -150,6 +169,17 @@ TEST_F(ProgramTest, AScriptLineOfOverAMegabyteIsRefused)
     EXPECT_EQ(outcome.status, 3);
     EXPECT_EQ(outcome.errors,
               "korra: " + folder_.pathOf("script") + ":2: the line is longer than a megabyte\n");
+}
+
+TEST_F(ProgramTest, ASaveThatNobodyCouldReadAgainLeavesTheOldFileAndNamesTheObject)
+{
+    folder_.write("old.dxf", "old");
+    const Outcome outcome =
+        run("--module drafting --save @old.dxf " ORVEX_DRAWINGS_DIR "/bracket.dxf",
+            "DIMSET\n30,-25\ndimgap\n-1e308\n"); // the graphics would reach beyond all numbers
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.errors, HasSubstr("old.dxf: cannot be saved: LINE "));
+    EXPECT_EQ(folder_.contentsOf("old.dxf"), "old");
 }
 
 } // namespace

@@ -24,7 +24,7 @@ void KdDbAttributeDefinition::draw(korra::DrawSink& sink) const
 
 void KdDbAttributeDefinition::describe(korra::ObjectVisitor& visitor)
 {
-    textFields(visitor, 74);
+    textFields(visitor, "AttributeDefinition", 74);
     visitor.text(3, prompt_);
     visitor.text(2, tag_);
     visitor.integer(70, attributeFlags_);
@@ -45,7 +45,7 @@ void KdDbAttribute::draw(korra::DrawSink& sink) const
 
 void KdDbAttribute::describe(korra::ObjectVisitor& visitor)
 {
-    textFields(visitor, 74);
+    textFields(visitor, "Attribute", 74);
     visitor.text(2, tag_);
     visitor.integer(70, attributeFlags_);
     visitor.integer(73, fieldLength_, 0);

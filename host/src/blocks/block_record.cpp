@@ -74,7 +74,7 @@ KdDbBlockTableRecord::~KdDbBlockTableRecord() = default;
 
 void KdDbBlockTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "BlockTableRecord");
     visitor.reference(340, layout_, korra::Reference::soft, KdDbLayout::desc());
     visitor.point(10, origin_, KdGePoint3d::kOrigin);
     visitor.owned(entities_);

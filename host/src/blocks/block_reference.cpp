@@ -225,7 +225,7 @@ void KdDbBlockReference::draw(korra::DrawSink& sink) const
 void KdDbBlockReference::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "BlockReference");
     visitor.derived(66, attributes_.isEmpty() ? 0 : 1);
     visitor.name(2, block_, korra::TableKind::block);
     visitor.point(10, position_);

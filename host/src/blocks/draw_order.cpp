@@ -98,7 +98,7 @@ std::unordered_map<KdDbObjectId, KdDbHandle> KdDbSortentsTable::sortHandles() co
 void KdDbSortentsTable::describe(korra::ObjectVisitor& visitor)
 {
     KdDbObject::describe(visitor);
-    visitor.behindMarker(1);
+    visitor.behindMarker(1, "SortentsTable");
     visitor.reference(330, block_, korra::Reference::soft, KdDbBlockTableRecord::desc());
     visitor.list(331, entries_, [](korra::ObjectVisitor& element, Entry& entry) {
         element.reference(331, entry.entity, korra::Reference::soft, KdDbEntity::desc());

@@ -34,7 +34,8 @@ std::vector<KdDbObjectId> viewportsOf(const KdDbBlockTableRecord& sheet)
 void KdDbLayout::describe(korra::ObjectVisitor& visitor)
 {
     KdDbObject::describe(visitor);
-    visitor.behindMarker(2); // plot settings use the same codes before it
+    visitor.behindMarker(1, "PlotSettings"); // which use the same codes
+    visitor.behindMarker(2, "Layout");
     visitor.text(1, name_);
     visitor.integer(70, flags_);
     visitor.integer(71, tabOrder_);

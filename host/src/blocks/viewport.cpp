@@ -106,7 +106,7 @@ void KdDbViewport::draw(korra::DrawSink& sink) const
 void KdDbViewport::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Viewport");
     visitor.point(10, center_);
     visitor.real(40, width_);
     visitor.real(41, height_);

@@ -50,6 +50,26 @@ std::wstring fullPath(const std::string& path)
     return platform::fromUtf8(unresolved ? path : full.lexically_normal().string());
 }
 
+/// The title of the next drawing that no file has yet.
+std::wstring nextTitle()
+{
+    return L"Drawing" + std::to_wstring(++host().newDrawings);
+}
+
+/// Opens the drawing of a file as a document of another name.
+/// @param name  asked for once the drawing is whole
+template <class Name>
+FileOutcome openAs(const std::string& path, Name name, KdApDocument*& document)
+{
+    const platform::TurnOf turn(platform::Party::host);
+    document = nullptr;
+    auto database = std::make_unique<KdDbDatabase>(false);
+    FileOutcome outcome = readDrawing(*database, path);
+    if (outcome.done)
+        document = &host().documents.open(name(), std::move(database));
+    return outcome;
+}
+
 } // namespace
 
 Host& host()
@@ -109,19 +129,18 @@ void addModuleFolder(const std::string& folder)
 KdApDocument* newDocument()
 {
     const platform::TurnOf turn(platform::Party::host);
-    const std::wstring title = L"Drawing" + std::to_wstring(++host().newDrawings);
-    return &host().documents.open(title, std::make_unique<KdDbDatabase>());
+    return &host().documents.open(nextTitle(), std::make_unique<KdDbDatabase>());
+}
+
+FileOutcome newDocumentFrom(const std::string& templatePath, KdApDocument*& document)
+{
+    return openAs(templatePath, nextTitle, document);
 }
 
 FileOutcome openDocument(const std::string& path, KdApDocument*& document)
 {
-    const platform::TurnOf turn(platform::Party::host);
-    document = nullptr;
-    auto database = std::make_unique<KdDbDatabase>(false);
-    FileOutcome outcome = readDrawing(*database, path);
-    if (outcome.done)
-        document = &host().documents.open(fullPath(path), std::move(database));
-    return outcome;
+    return openAs(
+        path, [&] { return fullPath(path); }, document);
 }
 
 FileOutcome saveDocument(KdApDocument& document, const std::string& path)

@@ -14,6 +14,11 @@ using korra::ObjectAccess;
 namespace {
 
 constexpr int kKindMask = 7;
+
+/// Class markers of the points that define a dimension, by its kind.
+constexpr std::array<const char*, kKindMask + 1> kDefinitionMarkers = {
+    "AlignedDimension", "AlignedDimension",       "2LineAngularDimension", "DiametricDimension",
+    "RadialDimension",  "3PointAngularDimension", "OrdinateDimension",     "OrdinateDimension"};
 constexpr int kTextMovedFlag = 128;
 
 /// A new block "*D1", "*D2", … of a database.
@@ -163,7 +168,7 @@ void KdDbDimension::transformDefinition(const KdGeMatrix3d&, const korra::PlaneI
 void KdDbDimension::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Dimension");
     visitor.name(2, block_, korra::TableKind::block,
                  blockIsOfSource_ ? korra::Reference::soft : korra::Reference::hard);
     visitor.point(10, dimLinePoint_);
@@ -180,8 +185,10 @@ void KdDbDimension::describe(korra::ObjectVisitor& visitor)
     visitor.angle(51, horizontalRotation_, 0.0);
     visitor.name(3, style_, korra::TableKind::dimStyle);
     place_.describeNormal(visitor);
-    visitor.behindMarker(3);
+    visitor.behindMarker(3, kDefinitionMarkers[static_cast<std::size_t>(kind())]);
     definition(visitor);
+    if (kind() == 0)
+        visitor.behindMarker(4, "RotatedDimension"); // no field of its own behind it
     visitor.unsaved(blockIsOfSource_);
     visitor.unsaved(notYetInBlock_);
 }

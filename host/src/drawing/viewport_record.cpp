@@ -22,7 +22,7 @@ bool isActiveOfWorkingDatabase(const KdDbViewportTableRecord& tile)
 
 void KdDbViewportTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "ViewportTableRecord");
     visitor.point(12, center_);
     korra::storedVector(visitor, 16, direction_);
     visitor.point(17, target_);

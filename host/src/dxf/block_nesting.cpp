@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 namespace korra {
 namespace {
@@ -17,12 +18,12 @@ constexpr int kDeepestNesting = 500;
 /// A few references in each of a few dozen blocks could show more than anyone can draw.
 constexpr double kMostEntities = 1e8;
 
+using LineOf = std::function<std::size_t(const KdDbBlockTableRecord&)>;
+
 /// Walks every block to the blocks that it shows, without recursion: a file decides how deep.
 class NestingWalk {
 public:
-    NestingWalk(const ReadFile& file, const std::vector<KdDbObjectId>& ids) : file_(file), ids_(ids)
-    {
-    }
+    explicit NestingWalk(const LineOf& lineOf) : lineOf_(lineOf) {}
 
     void visit(KdDbBlockTableRecord& block)
     {
@@ -59,6 +60,8 @@ private:
 
     void look(const KdDbEntity& entity)
     {
+        if (entity.isErased())
+            return;
         const ShownBlock shown = entity.shownBlock();
         Step& step = path_.back();
         step.times = shown.times;
@@ -105,28 +108,10 @@ private:
         std::wstring name = block.name();
         std::ranges::replace_if(
             name, [](wchar_t c) { return c < L' '; }, L'?');
-        throw DrawingError{lineOf(block), "the block \"" + platform::toUtf8(name) + '"' + what};
+        throw DrawingError{lineOf_(block), "the block \"" + platform::toUtf8(name) + '"' + what};
     }
 
-    /// A space that the file does not define is blamed on the first entity in it that shows a
-    /// block.
-    std::size_t lineOf(const KdDbBlockTableRecord& block) const
-    {
-        for (const ReadBlock& read : file_.blocks) {
-            if (ids_[read.record] == block.objectId())
-                return read.line;
-        }
-        for (std::size_t index = 0; index < ids_.size(); ++index) {
-            const auto* const entity = KdDbEntity::cast(ObjectAccess::object(ids_[index]));
-            if (entity && entity->ownerId() == block.objectId() &&
-                !entity->shownBlock().block.isNull())
-                return file_.objects[index].line;
-        }
-        return 0;
-    }
-
-    const ReadFile& file_;
-    const std::vector<KdDbObjectId>& ids_;
+    const LineOf& lineOf_;
     std::vector<Step> path_;
     std::unordered_map<const KdDbBlockTableRecord*, std::optional<Extent>>
         extents_; ///< none: on path
@@ -134,15 +119,16 @@ private:
 
 } // namespace
 
-void checkBlockNesting(const DatabaseContents& contents, const ReadFile& file,
-                       const std::vector<KdDbObjectId>& ids)
+void checkBlockNesting(const DatabaseContents& contents, const LineOf& lineOf)
 {
     auto* const table = ObjectAccess::live<KdDbSymbolTable>(contents.table(TableKind::block));
     if (!table)
         return;
-    NestingWalk walk(file, ids);
-    for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each())
-        walk.visit(static_cast<KdDbBlockTableRecord&>(*record));
+    NestingWalk walk(lineOf);
+    for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
+        if (!record->isErased())
+            walk.visit(static_cast<KdDbBlockTableRecord&>(*record));
+    }
 }
 
 } // namespace korra

@@ -1,17 +1,17 @@
 #pragma once
 
-#include "dxf/file_scanner.h"
 #include "objects/contents.h"
 
-#include <vector>
+#include <cstddef>
+#include <functional>
 
 namespace korra {
 
 /// Makes sure that no block contains itself, directly or in a circle, and that blocks neither nest
 /// deeper nor show more than drawing them can follow.
-/// @param ids  of the objects of the file
-/// @throw DrawingError that names the block and the line where it is defined
-void checkBlockNesting(const DatabaseContents& contents, const ReadFile& file,
-                       const std::vector<KdDbObjectId>& ids);
+/// @param lineOf  the line to blame for a block
+/// @throw DrawingError that names the block
+void checkBlockNesting(const DatabaseContents& contents,
+                       const std::function<std::size_t(const KdDbBlockTableRecord&)>& lineOf);
 
 } // namespace korra

@@ -41,7 +41,8 @@ void DrawingAssembly::run()
     readFields();
     placeObjects();
     bindLayouts();
-    checkBlockNesting(contents_, file_, ids_);
+    checkBlockNesting(contents_,
+                      [this](const KdDbBlockTableRecord& block) { return lineOf(block); });
     complete();
 }
 
@@ -179,6 +180,22 @@ void DrawingAssembly::bindLayouts()
         if (block && !ObjectAccess::live<KdDbLayout>(block->getLayoutId()))
             ObjectAccess::layout(*block) = id;
     }
+}
+
+/// Where a block is defined; of a space that the file does not define the first entity in it that
+/// shows a block.
+std::size_t DrawingAssembly::lineOf(const KdDbBlockTableRecord& block) const
+{
+    for (const ReadBlock& read : file_.blocks) {
+        if (ids_[read.record] == block.objectId())
+            return read.line;
+    }
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        const auto* const entity = KdDbEntity::cast(ObjectAccess::object(ids_[index]));
+        if (entity && entity->ownerId() == block.objectId() && !entity->shownBlock().block.isNull())
+            return file_.objects[index].line;
+    }
+    return 0;
 }
 
 /// What the host adds to make the drawing whole is no change of it: it is added again when the file

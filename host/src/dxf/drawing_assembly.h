@@ -5,6 +5,7 @@
 #include "dxf/tag_reader.h"
 #include "objects/contents.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -36,6 +37,7 @@ private:
     void readBlockFields();
     void placeObjects();
     void bindLayouts();
+    std::size_t lineOf(const KdDbBlockTableRecord& block) const;
     void complete();
 
     KdDbObject& object(std::size_t index) const { return *ObjectAccess::object(ids_[index]); }

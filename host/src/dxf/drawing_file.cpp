@@ -125,14 +125,22 @@ FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path)
 {
     const platform::TurnOf turn(platform::Party::host);
-    const std::string problem = replaceFile(path, drawingText(database));
-    return problem.empty() ? FileOutcome{true, {}} : failure(path, 0, problem);
+    try {
+        const std::string problem = replaceFile(path, drawingText(database));
+        return problem.empty() ? FileOutcome{true, {}} : failure(path, 0, problem);
+    } catch (const UnsavableDrawing& error) {
+        return failure(path, 0, error.what());
+    }
 }
 
 std::string drawingText(const KdDbDatabase& database)
 {
     const platform::TurnOf turn(platform::Party::host);
-    return DrawingWriter(database.contents()).text();
+    try {
+        return DrawingWriter(database.contents()).text();
+    } catch (const DrawingError& error) {
+        throw UnsavableDrawing("cannot be saved: " + error.what);
+    }
 }
 
 } // namespace korra

@@ -1,6 +1,7 @@
 #include "dxf/drawing_writer.h"
 
 #include "blocks/spaces.h"
+#include "dxf/drawing_error.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
@@ -34,6 +35,21 @@ std::string withSecondName(std::string begin, std::string_view lineEnd)
     return withValue(tags, second, std::string(tags.valueOf(2)), lineEnd);
 }
 
+/// An object in messages.
+std::string nameOf(const KdDbObject& object)
+{
+    return std::string(typeName(object)) + ' ' + formatHandle(object.objectId().handle().value());
+}
+
+/// Behind the marker of entities, or behind the type.
+std::size_t placeOfSpaceFlag(const TagList& tags)
+{
+    std::size_t place = 0;
+    while (place < tags.size() && tags[place].part != TagPart::marker)
+        ++place;
+    return place < tags.size() ? place : 0;
+}
+
 bool needsSequenceEnd(KdDbObject& entity)
 {
     const OwnedObjects* const parts = ObjectAccess::owned(entity);
@@ -46,7 +62,7 @@ bool needsSequenceEnd(KdDbObject& entity)
 std::string DrawingWriter::newObjectHead(const KdDbObject& object)
 {
     std::string head = given(object.objectId(), tag(0, typeName(object)));
-    if (belongsToObjectsSection(object))
+    if (markerPrefix_ || belongsToObjectsSection(object))
         head += tag(330, formatHandle(object.ownerId().handle().value()));
     return head;
 }
@@ -56,10 +72,12 @@ std::string DrawingWriter::objectText(KdDbObject& object)
     const ObjectSlot& slot = *ObjectAccess::slot(object);
     const bool isBlock = KdDbBlockTableRecord::cast(&object) != nullptr;
     const auto codes = isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>();
-    if (source(object).empty())
-        return writer_.objectWritten(object, newObjectHead(object), codes);
-    const std::string text = given(object.objectId(), source(object));
-    return isChanged(slot) ? writer_.objectWritten(object, text, codes) : text;
+    const std::string text =
+        source(object).empty() ? newObjectHead(object) : given(object.objectId(), source(object));
+    if (!isChanged(slot) && !source(object).empty())
+        return text;
+    return writtenAs([&] { return nameOf(object); },
+                     [&] { return writer_.objectWritten(object, text, codes); });
 }
 
 std::string DrawingWriter::objects()
@@ -123,9 +141,10 @@ std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
     const std::size_t owner = tags.ownerTag();
     const bool namesSpace = owner != TagList::kNone &&
                             parseHandle(tags[owner].value) == space->objectId().handle().value();
-    if (namesSpace || parseWhole(tags.valueOf(67)) == 1)
+    const bool isKept = namesSpace && !source(entity).empty();
+    if (isKept || parseWhole(tags.valueOf(67)) == 1)
         return text;
-    return withTag(text, 67, "1", lineEnd_);
+    return withTag(tags, placeOfSpaceFlag(tags), 67, "1", lineEnd_);
 }
 
 std::string DrawingWriter::entityText(KdDbObject& entity)
@@ -141,8 +160,19 @@ std::string DrawingWriter::entityText(KdDbObject& entity)
     if (end != form_.sequenceEnds.end())
         text += withOwnHandle(end->second);
     else if (needsSequenceEnd(entity))
-        text += withOwnHandle(tag(0, "SEQEND"));
+        text += withOwnHandle(newFrame("SEQEND", entity.objectId()));
     return text;
+}
+
+/// What begins or ends a list of objects, without a handle; with class markers it is an entity.
+/// @param last  stem of its last marker; null: that of entities
+std::string DrawingWriter::newFrame(const char* type, KdDbObjectId owner, const char* last) const
+{
+    std::string frame = tag(0, type);
+    if (!markerPrefix_)
+        return frame;
+    frame += tag(330, formatHandle(owner.handle().value())) + marker("Entity") + tag(8, "0");
+    return last ? frame + marker(last) : frame;
 }
 
 const FileForm::BlockFrame* DrawingWriter::frameOf(const KdDbBlockTableRecord& block) const
@@ -191,7 +221,8 @@ std::string DrawingWriter::blockText(KdDbBlockTableRecord& block)
         for (const ObjectSlot* slot : entitiesToWrite(block))
             text += entityText(*slot->object);
     }
-    return text + (frame ? frame->end : withOwnHandle(tag(0, "ENDBLK")));
+    return text +
+           (frame ? frame->end : withOwnHandle(newFrame("ENDBLK", block.objectId(), "BlockEnd")));
 }
 
 /// The BLOCK has the handle of its record where the table of records does not have the record.
@@ -200,14 +231,17 @@ std::string DrawingWriter::blockBegin(KdDbBlockTableRecord& block,
 {
     const ObjectSlot& slot = *ObjectAccess::slot(block);
     const bool isWhole = frame && !isChanged(slot);
-    std::string begin = frame ? frame->begin : tag(0, "BLOCK") + tag(8, "0");
+    std::string begin = frame ? frame->begin : newFrame("BLOCK", block.objectId(), "BlockBegin");
+    if (!frame && !markerPrefix_)
+        begin += tag(8, "0");
     if (!writesBlockRecords() || !isWritten(slot))
         begin = given(block.objectId(), begin);
     else if (!frame)
         begin = withOwnHandle(begin);
     if (isWhole)
         return begin;
-    begin = writer_.fieldsWritten(block, begin, kBlockCodes);
+    begin = writtenAs([&] { return nameOf(block); },
+                      [&] { return writer_.fieldsWritten(block, begin, kBlockCodes); });
     if (!frame)
         begin += tag(3, TagList(begin).valueOf(2)) + tag(1, "");
     return withSecondName(begin, lineEnd_);

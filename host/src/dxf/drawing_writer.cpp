@@ -1,5 +1,7 @@
 #include "dxf/drawing_writer.h"
 
+#include "dxf/block_nesting.h"
+#include "dxf/class_markers.h"
 #include "dxf/header_section.h"
 #include "dxf/object_kinds.h"
 #include "dxf/tag_text.h"
@@ -10,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 namespace korra {
 namespace {
@@ -22,13 +25,19 @@ constexpr std::array<TableKind, kTableKinds> kTableOrder = {
     TableKind::viewport, TableKind::linetype, TableKind::layer,    TableKind::textStyle,
     TableKind::ucs,      TableKind::regApp,   TableKind::dimStyle, TableKind::block};
 
-/// The first handle behind those of the file and of its objects; after the very last one the first.
+/// The handle behind another one; behind the very last one the first.
+std::uint64_t handleBehind(std::uint64_t handle)
+{
+    return handle < kLastHandle ? handle + 1 : 1;
+}
+
+/// The first handle behind those of the file and of its objects.
 std::uint64_t handleBehindAll(const DatabaseContents& contents)
 {
     std::uint64_t last = contents.form.lastHandle;
     for (const ObjectSlot* slot : contents.slots)
         last = std::max(last, slot->erased ? 0 : slot->handle.value());
-    return last < kLastHandle ? last + 1 : 1;
+    return handleBehind(last);
 }
 
 bool isUsed(const DatabaseContents& contents, std::uint64_t handle)
@@ -43,7 +52,8 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
     : contents_(contents),
       form_(contents.form),
       lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
-      writer_(contents),
+      markerPrefix_(hasNewObjects() ? markerPrefix(contents) : std::nullopt),
+      writer_(contents, markerPrefix_),
       nextHandle_(handleBehindAll(contents)),
       writesEverything_(!contents.form.isFromFile() || needsObjectsSection())
 {
@@ -77,6 +87,12 @@ bool DrawingWriter::isWritten(const ObjectSlot& slot) const
     return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty());
 }
 
+bool DrawingWriter::hasNewObjects() const
+{
+    return std::ranges::any_of(
+        contents_.slots, [&](const ObjectSlot* slot) { return !slot->erased && isNew(*slot); });
+}
+
 bool DrawingWriter::needsObjectsSection() const
 {
     return std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
@@ -98,8 +114,15 @@ std::string DrawingWriter::tag(int code, std::string_view value) const
     return text;
 }
 
+/// A class marker; nothing where the drawing has none.
+std::string DrawingWriter::marker(const char* stem) const
+{
+    return markerPrefix_ ? tag(100, *markerPrefix_ + stem) : std::string();
+}
+
 std::string DrawingWriter::text()
 {
+    checkBlockNesting(contents_, [](const KdDbBlockTableRecord&) { return std::size_t{0}; });
     std::vector<FileForm::Section> sections = form_.sections;
     for (FileForm::Section& section : sections)
         section.bytes += sectionBody(section.name);
@@ -189,9 +212,10 @@ std::string DrawingWriter::withOwnHandle(const std::string& frame)
     if (TagList(frame).handleTag() != TagList::kNone)
         return frame;
     while (isUsed(contents_, nextHandle_))
-        ++nextHandle_;
-    lastHandle_ = std::max(lastHandle_, nextHandle_);
-    return withHandle(frame, nextHandle_++, lineEnd_);
+        nextHandle_ = handleBehind(nextHandle_);
+    const std::uint64_t handle = std::exchange(nextHandle_, handleBehind(nextHandle_));
+    lastHandle_ = std::max(lastHandle_, handle);
+    return withHandle(frame, handle, lineEnd_);
 }
 
 std::string DrawingWriter::tables()
@@ -216,7 +240,10 @@ std::string DrawingWriter::newTableText(TableKind kind)
 {
     if (kind == TableKind::block && !writesBlockRecords())
         return {};
-    const std::string head = tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) + tag(70, "0");
+    const std::string head =
+        tag(0, "TABLE") + tag(2, kindOfTable(kind).fileName) +
+        (markerPrefix_ ? tag(330, "0") : std::string()) + marker("SymbolTable") + tag(70, "0") +
+        (kind == TableKind::dimStyle ? marker("DimStyleTable") : std::string());
     const FileForm::Table table = {
         std::string(kindOfTable(kind).fileName), head, {}, tag(0, "ENDTAB")};
     return writesEverything_ || records(kind).count > 0 ? tableText(table, kind) : std::string();

@@ -4,6 +4,7 @@
 #include "objects/contents.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,7 @@ public:
 private:
     static const std::string& source(const KdDbObject& object);
     static bool belongsToObjectsSection(const KdDbObject& object);
+    bool hasNewObjects() const;
     bool needsObjectsSection() const;
     bool isNew(const ObjectSlot& slot) const;
     bool isChanged(const ObjectSlot& slot) const;
@@ -37,6 +39,7 @@ private:
     DrawingHeader headerToWrite() const;
     std::string given(KdDbObjectId id, std::string_view bytes);
     std::string withOwnHandle(const std::string& frame);
+    std::string newFrame(const char* type, KdDbObjectId owner, const char* last = nullptr) const;
     std::string tables();
     std::string newTableText(TableKind kind);
     std::string tableText(const FileForm::Table& table, TableKind kind);
@@ -64,10 +67,12 @@ private:
     std::string objectText(KdDbObject& object);
     std::string newObjectHead(const KdDbObject& object);
     std::string tag(int code, std::string_view value) const;
+    std::string marker(const char* stem) const;
 
     const DatabaseContents& contents_;
     const FileForm& form_;
     std::string_view lineEnd_;
+    std::optional<std::string> markerPrefix_; ///< none: neither markers nor owners of entities
     TagWriter writer_;
     std::uint64_t lastHandle_ = 0; ///< the greatest that was written
     std::uint64_t nextHandle_;     ///< for what frames objects and is none itself

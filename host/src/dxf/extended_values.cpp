@@ -112,11 +112,11 @@ std::string extendedValueTags(const TypedValue& value, const TextEncoding& encod
     } else if (const auto* const bytes = std::get_if<std::string>(&value.value)) {
         add(value.code, formatBytes(*bytes));
     } else if (const auto* const point = std::get_if<KdGePoint3d>(&value.value)) {
-        add(value.code, formatReal(point->x));
-        add(value.code + 10, formatReal(point->y));
-        add(value.code + 20, formatReal(point->z));
+        add(value.code, realText(point->x));
+        add(value.code + 10, realText(point->y));
+        add(value.code + 20, realText(point->z));
     } else if (const auto* const real = std::get_if<double>(&value.value)) {
-        add(value.code, formatReal(*real));
+        add(value.code, realText(*real));
     } else if (const auto* const number = std::get_if<short>(&value.value)) {
         add(value.code, formatWhole(*number));
     } else {

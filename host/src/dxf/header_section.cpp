@@ -1,5 +1,6 @@
 #include "dxf/header_section.h"
 
+#include "dxf/drawing_error.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
 
@@ -68,11 +69,14 @@ TextEncoding encodingOf(const DrawingHeader& header, bool byteOrderMark)
 
 std::string tagsOf(const DrawingHeader::Variable& variable, std::string_view lineEnd)
 {
-    std::string tags;
-    appendTag(tags, kVariableName, variable.name, lineEnd);
-    for (const HeaderValue& value : variable.values)
-        appendTag(tags, value.code, value.text, lineEnd);
-    return tags;
+    return writtenAs([&] { return variable.name; },
+                     [&] {
+                         std::string tags;
+                         appendTag(tags, kVariableName, variable.name, lineEnd);
+                         for (const HeaderValue& value : variable.values)
+                             appendTag(tags, value.code, value.text, lineEnd);
+                         return tags;
+                     });
 }
 
 } // namespace

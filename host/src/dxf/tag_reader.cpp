@@ -227,7 +227,10 @@ void TagReader::layerColor(int code, KdCmColor& value, bool& off)
         const auto number = parseWhole(cursor_.tag(tag).value);
         if (!number || std::abs(*number) > kLastIndex)
             fail(tag, "a colour");
-        value.setColorIndex(static_cast<std::uint16_t>(std::abs(*number)));
+        long long index = std::abs(*number);
+        if (index >= kFirstNegativeColorInFiles && index < kNegativeColorShift)
+            index += kNegativeColorShift;
+        value.setColorIndex(static_cast<std::uint16_t>(index));
         off = *number < 0;
     }
     readTrueColor(value);

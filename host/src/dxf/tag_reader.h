@@ -52,7 +52,7 @@ public:
 
     void derived(int, long long) override {}
 
-    void behindMarker(int count) override { cursor_.behindMarker(count); }
+    void behindMarker(int count, const char*) override { cursor_.behindMarker(count); }
 
 protected:
     void wholeNumber(int code, long long& value) override;

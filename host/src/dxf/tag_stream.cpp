@@ -10,9 +10,6 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 16;
 
-/// No text of a drawing is as long; without a limit a file without line ends would fill the memory.
-constexpr std::size_t kLongestLine = std::size_t{1} << 20;
-
 constexpr std::size_t kNowhere = ~std::size_t{0};
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 

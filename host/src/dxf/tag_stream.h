@@ -9,6 +9,9 @@
 
 namespace korra {
 
+/// No text of a drawing is as long; without a limit a file without line ends would fill the memory.
+inline constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+
 /// A group code line with the value line below it.
 struct Tag {
     int code = 0;

@@ -8,11 +8,18 @@
 
 namespace korra {
 
+/// The texts of values. @throw DrawingError for a value that nobody could read again
+std::string realText(double value);
+std::string degreesText(double radians);
+
+/// Appends a value and the end of its line. @throw DrawingError for a line that nobody could read
+void appendValue(std::string& text, std::string_view value, std::string_view lineEnd);
+
 /// Appends a tag as drawing files are usually written: the code right-aligned in three places.
 void appendTag(std::string& text, int code, std::string_view value, std::string_view lineEnd);
 
-/// An object's bytes with a tag put behind its first one.
-std::string withTag(std::string_view bytes, int code, std::string_view value,
+/// An object's bytes with a tag put behind one of its tags.
+std::string withTag(const TagList& tags, std::size_t behind, int code, std::string_view value,
                     std::string_view lineEnd);
 
 /// An object's bytes, given its handle unless they have one; 0 is none.

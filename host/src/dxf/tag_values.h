@@ -38,6 +38,12 @@ inline std::optional<long long> wholeOf(const ObjectTag& tag)
 /// Indexes of colours run from 0 (by block) to 256 (by layer); 257 stands for none.
 inline constexpr long long kLastColor = 257;
 
+/// Layers can have the colours -3 to -1, in memory 65533 to 65535. In files their sixteen bits lack
+/// the highest one: the sign says whether the layer is off.
+inline constexpr long long kFirstNegativeColor = 65533;
+inline constexpr long long kNegativeColorShift = 32768;
+inline constexpr long long kFirstNegativeColorInFiles = kFirstNegativeColor - kNegativeColorShift;
+
 /// Red, green and blue of a colour go before its index; the name of a colour book follows them.
 inline constexpr int kTrueColorCode = 420;
 inline constexpr int kColorNameCode = 430;

@@ -1,5 +1,6 @@
 #include "dxf/tag_writer.h"
 
+#include "dxf/drawing_error.h"
 #include "dxf/extended_values.h"
 #include "dxf/references.h"
 #include "dxf/tag_text.h"
@@ -66,10 +67,11 @@ std::size_t findValue(const std::vector<ExtendedValue>& values, std::size_t firs
 
 } // namespace
 
-TagWriter::TagWriter(const DatabaseContents& contents)
+TagWriter::TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix)
     : contents_(contents),
       encoding_(contents.header.encoding()),
-      lineEnd_(contents.form.crlf ? "\r\n" : "\n")
+      lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
+      markerPrefix_(std::move(markerPrefix))
 {
 }
 
@@ -79,6 +81,7 @@ void TagWriter::begin(std::string_view source, std::span<const int> only)
     replaced_.clear();
     insertedBehind_.clear();
     place_ = lastOfHead(cursor_.tags());
+    writesMarkers_ = markerPrefix_ && place_ + 1 == cursor_.tags().size();
 }
 
 std::string TagWriter::fieldsWritten(KdDbObject& object, std::string_view source,
@@ -133,11 +136,13 @@ void TagWriter::replace(std::size_t tag, std::string_view value)
     const std::string_view raw = cursor_.tag(tag).raw;
     std::string& text = replaced_[tag];
     text = raw.substr(0, raw.find('\n') + 1);
-    text.append(value).append(lineEnd_);
+    appendValue(text, value, lineEnd_);
 }
 
-void TagWriter::behindMarker(int count)
+void TagWriter::behindMarker(int count, const char* stem)
 {
+    if (writesMarkers_)
+        appendTag(insertedBehind_[place_], 100, *markerPrefix_ + stem, lineEnd_);
     cursor_.behindMarker(count);
     if (cursor_.first() > 0)
         place_ = std::max(place_, cursor_.first() - 1);
@@ -148,9 +153,9 @@ void TagWriter::writeReal(int code, double value, Missing missing)
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
         if (missing == Missing::inserted)
-            insert(code, formatReal(value));
+            insert(code, realText(value));
     } else if (parseReal(cursor_.tag(tag).value) != value) {
-        replace(tag, formatReal(value));
+        replace(tag, realText(value));
     }
 }
 
@@ -169,12 +174,12 @@ void TagWriter::writeAngle(int code, double value, Missing missing)
     const std::size_t tag = take(code);
     if (tag == TagCursor::kNone) {
         if (missing == Missing::inserted)
-            insert(code, formatDegrees(value));
+            insert(code, degreesText(value));
         return;
     }
     const auto degrees = parseReal(cursor_.tag(tag).value);
     if (!degrees || degreesToRadians(*degrees) != value)
-        replace(tag, formatDegrees(value));
+        replace(tag, degreesText(value));
 }
 
 void TagWriter::angle(int code, double& value)
@@ -243,9 +248,9 @@ void TagWriter::writeAxes(int code, std::span<const double> values, Missing miss
         if (tags.axis[axis] != TagCursor::kNone) {
             place_ = tags.axis[axis];
             if (parseReal(cursor_.tag(place_).value) != values[axis])
-                replace(place_, formatReal(values[axis]));
+                replace(place_, realText(values[axis]));
         } else if (!tags.found() || values[axis] != 0.0) {
-            insert(axisCode, formatReal(values[axis]));
+            insert(axisCode, realText(values[axis]));
         }
     }
 }
@@ -285,8 +290,11 @@ void TagWriter::name(int code, KdDbObjectId& value, TableKind table, Reference)
 {
     const std::size_t tag = take(code);
     const auto* const record = KdDbSymbolTableRecord::cast(ObjectAccess::object(value));
-    if (!record)
-        return; // what names no record stays as it is
+    if (!record) { // what names no record stays as it is; a new part of an entity has no layer yet
+        if (tag == TagCursor::kNone && table == TableKind::layer)
+            insert(code, encoding_.encode(standardName(table, namedBy_)));
+        return;
+    }
     if (tag == TagCursor::kNone) {
         if (!maySkip(table, namedBy_, record->name()))
             insert(code, encoding_.encode(record->name()));
@@ -329,12 +337,18 @@ void TagWriter::handle(int code, KdDbHandle& value)
 
 void TagWriter::color(int code, KdCmColor& value)
 {
+    if (value.colorIndex() > kLastColor)
+        throw DrawingError{0, "the colour " + formatWhole(value.colorIndex()) + " is none"};
     writeColor(code, value, value.colorIndex(), insertedIf(value != KdCmColor()));
 }
 
 void TagWriter::layerColor(int code, KdCmColor& value, bool& off)
 {
-    const long long index = value.colorIndex();
+    long long index = value.colorIndex();
+    if (index >= kFirstNegativeColor)
+        index -= kNegativeColorShift;
+    else if (index >= kFirstNegativeColorInFiles)
+        throw DrawingError{0, "the colour " + formatWhole(index) + " is none"};
     writeColor(code, value, off ? -index : index, Missing::inserted);
 }
 

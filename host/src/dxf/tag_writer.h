@@ -18,10 +18,11 @@ namespace korra {
 ///
 /// A tag whose value is equal keeps its text byte for byte; one that differs gets new text; a field
 /// that has no tag is inserted behind the field named before it; tags that no field knows stay
-/// where they are.
+/// where they are. A new object gets the class markers that its fields stand behind.
 class TagWriter final : public TagVisitor {
 public:
-    explicit TagWriter(const DatabaseContents& contents);
+    /// @param markerPrefix  what class markers begin with; nullopt: new objects get none
+    TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix);
 
     /// @param source  the tags as they are; of a new object those that begin it
     /// @param only  codes of the fields to write; empty: all
@@ -51,7 +52,7 @@ public:
     void color(int code, KdCmColor& value) override;
     void layerColor(int code, KdCmColor& value, bool& off) override;
     void derived(int code, long long value) override;
-    void behindMarker(int count) override;
+    void behindMarker(int count, const char* stem) override;
     void extendedData(std::vector<TypedValue>& values) override;
     void extensionDictionary(KdDbObjectId& value) override;
 
@@ -93,8 +94,10 @@ private:
     const DatabaseContents& contents_;
     const TextEncoding& encoding_;
     std::string_view lineEnd_;
+    std::optional<std::string> markerPrefix_;
     TagCursor cursor_;
-    std::size_t place_ = 0; ///< tag behind which a missing field is inserted
+    bool writesMarkers_ = false; ///< of the object at hand, which is new
+    std::size_t place_ = 0;      ///< tag behind which a missing field is inserted
     std::size_t listCount_ = 0;
     NamedBy namedBy_ = NamedBy::other;
     bool writesExtensions_ = false;

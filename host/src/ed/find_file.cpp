@@ -1,5 +1,6 @@
 #include "ed/editor.h"
 #include "kd/ed.h"
+#include "korra/host.h"
 #include "platform/gate.h"
 #include "platform/modules.h"
 #include "platform/text.h"
@@ -57,6 +58,12 @@ using namespace korra::ed;
 void korra::addSupportFolder(const std::string& folder)
 {
     editor().supportFolders.push_back(folder);
+}
+
+std::optional<std::string> korra::findSupportFile(const std::string& name)
+{
+    const auto found = find(name);
+    return found ? std::optional(found->native()) : std::nullopt;
 }
 
 int kdedFindFile(const wchar_t* name, wchar_t* result, std::size_t size)

@@ -55,12 +55,12 @@ KdDbEntity* KdDbArc::newEdge(int) const
 void KdDbArc::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Circle");
     place_.describeThickness(visitor);
     visitor.point(10, center_);
     visitor.real(40, radius_);
     place_.describeNormal(visitor);
-    visitor.behindMarker(3);
+    visitor.behindMarker(3, "Arc");
     visitor.angle(50, startAngle_);
     visitor.angle(51, endAngle_);
 }

@@ -40,7 +40,7 @@ KdDbEntity* KdDbCircle::newEdge(int) const
 void KdDbCircle::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Circle");
     place_.describeThickness(visitor);
     visitor.point(10, center_);
     visitor.real(40, radius_);

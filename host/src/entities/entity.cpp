@@ -175,7 +175,7 @@ KdDbEntity* KdDbEntity::newEdge(int) const
 void KdDbEntity::describe(korra::ObjectVisitor& visitor)
 {
     KdDbObject::describe(visitor);
-    visitor.behindMarker(1);
+    visitor.behindMarker(1, "Entity");
     visitor.name(8, layer_, korra::TableKind::layer);
     visitor.name(6, linetype_, korra::TableKind::linetype);
     visitor.color(62, color_);

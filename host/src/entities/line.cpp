@@ -44,7 +44,7 @@ KdDbEntity* KdDbLine::newEdge(int) const
 void KdDbLine::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Line");
     place_.describeThickness(visitor);
     visitor.point(10, start_);
     visitor.point(11, end_);

@@ -95,7 +95,7 @@ void KdDbMText::draw(korra::DrawSink& sink) const
 void KdDbMText::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "MText");
     visitor.point(10, location_);
     visitor.real(40, textHeight_);
     visitor.real(41, width_, 0.0);

@@ -23,7 +23,7 @@ void KdDbPoint::draw(korra::DrawSink& sink) const
 void KdDbPoint::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Point");
     visitor.point(10, position_);
     place_.describeThickness(visitor);
     place_.describeNormal(visitor);

@@ -185,7 +185,7 @@ KdDbEntity* KdDbPolyline::newEdge(int marker) const
 void KdDbPolyline::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Polyline");
     visitor.derived(90, static_cast<long long>(vertices_.size()));
     visitor.integer(70, flags_);
     visitor.real(43, constantWidth_, 0.0);

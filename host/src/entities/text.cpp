@@ -105,13 +105,14 @@ void KdDbText::draw(korra::DrawSink& sink) const
 
 void KdDbText::describe(korra::ObjectVisitor& visitor)
 {
-    textFields(visitor, 73);
+    textFields(visitor, "Text", 73);
 }
 
-void KdDbText::textFields(korra::ObjectVisitor& visitor, int verticalModeCode)
+void KdDbText::textFields(korra::ObjectVisitor& visitor, const char* lastMarker,
+                          int verticalModeCode)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, "Text");
     place_.describeThickness(visitor);
     visitor.point(10, position_);
     visitor.real(40, height_);
@@ -124,6 +125,6 @@ void KdDbText::textFields(korra::ObjectVisitor& visitor, int verticalModeCode)
     visitor.integer(72, horizontalMode_, 0);
     visitor.point(11, alignment_, KdGePoint3d::kOrigin);
     place_.describeNormal(visitor);
-    visitor.behindMarker(3);
+    visitor.behindMarker(3, lastMarker);
     visitor.integer(verticalModeCode, verticalMode_, 0);
 }

@@ -21,6 +21,9 @@ constexpr short kHasTangent = 2;
 /// A control point of the frame from which a curve was fitted: it is not on the curve.
 constexpr short kFrameVertex = 16;
 
+/// A vertex of a curve in space.
+constexpr short kInSpace = 32;
+
 } // namespace
 
 Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
@@ -48,7 +51,8 @@ void KdDbVertex::draw(korra::DrawSink& sink) const
 void KdDbVertex::describe(korra::ObjectVisitor& visitor)
 {
     KdDbEntity::describe(visitor);
-    visitor.behindMarker(3);
+    visitor.behindMarker(2, "Vertex");
+    visitor.behindMarker(3, (flags_ & kInSpace) != 0 ? "3dPolylineVertex" : "2dVertex");
     visitor.point(10, position_);
     visitor.real(40, startWidth_, 0.0);
     visitor.real(41, endWidth_, 0.0);
@@ -69,8 +73,11 @@ Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbVertex* vertex)
 Kdapi::ErrorStatus KdDbVertexCurve::appendVertex(KdDbObjectId& id, KdDbVertex* vertex)
 {
     return platform::gate("KdDbVertexCurve::appendVertex", objectId())
-        .guard(Kdapi::eNotOpenForWrite,
-               [&] { return ObjectAccess::appendPart(*this, vertex, id); });
+        .guard(Kdapi::eNotOpenForWrite, [&] {
+            if (vertex && !isPlanar())
+                vertex->flags_ |= kInSpace;
+            return ObjectAccess::appendPart(*this, vertex, id);
+        });
 }
 
 std::vector<KdDbVertexCurve::Segment> KdDbVertexCurve::segments() const
@@ -157,7 +164,7 @@ KdDbEntity* KdDbVertexCurve::newEdge(int marker) const
 void KdDbVertexCurve::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);
-    visitor.behindMarker(2);
+    visitor.behindMarker(2, isPlanar() ? "2dPolyline" : "3dPolyline");
     visitor.derived(66, 1);
     place_.describeElevationPoint(visitor);
     place_.describeThickness(visitor);

@@ -99,8 +99,9 @@ public:
     /// A number that follows from the others, such as the length of a list: written, never read.
     virtual void derived(int code, long long value) = 0;
 
-    /// In files: what follows stands behind the `count`-th subclass marker, where there are any.
-    virtual void behindMarker(int count) = 0;
+    /// In files: what follows stands behind the `count`-th class marker, where there are any.
+    /// @param stem  the marker without what a drawing's markers begin with
+    virtual void behindMarker(int count, const char* stem) = 0;
 
     /// The data that applications have hung on the object.
     virtual void extendedData(std::vector<TypedValue>& values) = 0;
@@ -174,7 +175,7 @@ public:
 
     void derived(int, long long) override {}
 
-    void behindMarker(int) override {}
+    void behindMarker(int, const char*) override {}
 
     void extendedData(std::vector<TypedValue>&) override {}
 

@@ -49,7 +49,7 @@ public:
 
     void derived(int, long long) override {}
 
-    void behindMarker(int) override {}
+    void behindMarker(int, const char*) override {}
 
     void extendedData(std::vector<TypedValue>& values) override { each_(values); }
 

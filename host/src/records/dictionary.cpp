@@ -19,6 +19,7 @@ KdDbDictionary::~KdDbDictionary() = default;
 void KdDbDictionary::describe(korra::ObjectVisitor& visitor)
 {
     KdDbObject::describe(visitor);
+    visitor.behindMarker(1, "Dictionary");
     visitor.integer(280, hardOwner_, false);
     visitor.integer(281, cloning_);
     visitor.list(3, entries_, [this](korra::ObjectVisitor& element, Entry& entry) {

@@ -64,8 +64,7 @@ KdDbDimStyleTableRecord::KdDbDimStyleTableRecord()
 
 void KdDbDimStyleTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
-    visitor.behindMarker(2);
+    describeNamed(visitor, "DimStyleTableRecord");
     for (std::size_t i = 0; i < values_.size(); ++i)
         field(visitor, korra::dimensionVariables()[i], values_[i]);
 }

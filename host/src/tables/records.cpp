@@ -39,7 +39,7 @@ short withFlag(short flags, short flag, bool on)
 
 void KdDbLinetypeTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "LinetypeTableRecord");
     visitor.text(3, comments_);
     visitor.derived(72, 'A'); // the only alignment that the format knows
     visitor.derived(73, static_cast<long long>(dashes_.size()));
@@ -87,7 +87,7 @@ KdDbLayerTableRecord::KdDbLayerTableRecord()
 
 void KdDbLayerTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "LayerTableRecord");
     visitor.layerColor(62, color_, off_);
     visitor.name(6, linetype_, korra::TableKind::linetype);
     visitor.integer(290, plottable_, true);
@@ -144,7 +144,7 @@ Kdapi::ErrorStatus KdDbLayerTableRecord::setLinetypeObjectId(KdDbObjectId linety
 
 void KdDbTextStyleTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "TextStyleTableRecord");
     visitor.real(40, textSize_);
     visitor.real(41, xScale_);
     visitor.angle(50, oblique_);
@@ -183,10 +183,15 @@ Kdapi::ErrorStatus KdDbTextStyleTableRecord::setObliquingAngle(double radians)
 
 void KdDbUCSTableRecord::describe(korra::ObjectVisitor& visitor)
 {
-    KdDbSymbolTableRecord::describe(visitor);
+    describeNamed(visitor, "UCSTableRecord");
     visitor.point(10, origin_);
     korra::storedVector(visitor, 11, xAxis_);
     korra::storedVector(visitor, 12, yAxis_);
+}
+
+void KdDbRegAppTableRecord::describe(korra::ObjectVisitor& visitor)
+{
+    describeNamed(visitor, "RegAppTableRecord");
 }
 
 Kdapi::ErrorStatus KdDbUCSTableRecord::setOrigin(const KdGePoint3d& origin)

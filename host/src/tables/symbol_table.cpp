@@ -166,9 +166,11 @@ Kdapi::ErrorStatus KdDbSymbolTableIterator::getRecordId(KdDbObjectId& id) const
     });
 }
 
-void KdDbSymbolTableRecord::describe(korra::ObjectVisitor& visitor)
+void KdDbSymbolTableRecord::describeNamed(korra::ObjectVisitor& visitor, const char* marker)
 {
     KdDbObject::describe(visitor);
+    visitor.behindMarker(1, "SymbolTableRecord");
+    visitor.behindMarker(2, marker);
     visitor.text(2, name_);
     visitor.integer(70, flags_);
 }

@@ -87,7 +87,8 @@ protected:
     short flags_ = 0;
 
     KORRA_OWN()
-    void describe(korra::ObjectVisitor& visitor) override;
+    /// The fields of every record, behind the markers of records and of this kind of records.
+    void describeNamed(korra::ObjectVisitor& visitor, const char* marker);
 
 private:
     friend class korra::ObjectAccess;
@@ -416,6 +417,9 @@ class KdDbRegAppTableRecord : public KdDbSymbolTableRecord {
     KDRX_DECLARE_MEMBERS(KdDbRegAppTableRecord)
 public:
     KdDbRegAppTableRecord() = default;
+
+    KORRA_OWN()
+    void describe(korra::ObjectVisitor& visitor) override;
 };
 
 #define KDDB_SYMBOL_TABLE(Class)                                                                   \

@@ -57,7 +57,8 @@ public:
     void draw(korra::DrawSink& sink) const override;
 
     /// The text field apart: attributes store the same fields in another order of modes.
-    void textFields(korra::ObjectVisitor& visitor, int verticalModeCode);
+    /// @param lastMarker  behind which the vertical mode stands
+    void textFields(korra::ObjectVisitor& visitor, const char* lastMarker, int verticalModeCode);
 
 private:
     friend class KdDbBlockReference;

@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -42,6 +44,10 @@ struct FileOutcome {
     std::vector<std::string> notes = {};
 };
 
+/// Opens a new drawing that begins as a template does, and makes it the current document.
+/// @param document  null, nothing changed, when the template is no whole drawing
+FileOutcome newDocumentFrom(const std::string& templatePath, KdApDocument*& document);
+
 /// Opens a drawing file as the current document.
 /// @param document  the new document; null, nothing changed, when the file is no whole drawing
 FileOutcome openDocument(const std::string& path, KdApDocument*& document);
@@ -53,10 +59,18 @@ FileOutcome saveDocument(KdApDocument& document, const std::string& path);
 FileOutcome readDrawing(KdDbDatabase& database, const std::string& path);
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path);
 
-/// Reads a drawing from memory, and writes one there.
+/// Reads a drawing from memory.
 /// @param name  stands for the file in messages
 FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
                             const std::string& name);
+
+/// A drawing holds what no file can hold; what() names the object.
+class UnsavableDrawing : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What the file of a drawing holds. @throw UnsavableDrawing
 std::string drawingText(const KdDbDatabase& database);
 
 /// Closes a document without saving; the next one becomes current.
@@ -68,6 +82,9 @@ void addModuleFolder(const std::string& folder);
 /// Adds a folder to the end of the search path for support files: linetypes and shape fonts. The
 /// folder "support" beside the program comes behind all of them.
 void addSupportFolder(const std::string& folder);
+
+/// Full path of the first support file of the name, in any case; nullopt when there is none.
+std::optional<std::string> findSupportFile(const std::string& name);
 
 /// Everything that should have been given back and was not, in words; empty is clean.
 ///
