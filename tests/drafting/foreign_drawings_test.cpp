@@ -45,8 +45,7 @@ std::string drawingIn(const Script& script)
                   << script.bytes << number << "; " << rest;
         notes << "; 0 ENDTAB";
     }
-    notes << "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 A0000; 8 " << script.bytes
-          << "7; 10 1.0; 20 2.0; 30 0.0; 11 90.0; 21 4.0; 31 0.0; 0 ENDSEC; 0 EOF";
+    notes << "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 ENDSEC; 0 EOF";
     return dxf::file(notes.str());
 }
 

@@ -53,10 +53,7 @@ private:
     std::string name_;
 };
 
-class DocumentTest : public HostTest {
-protected:
-    std::vector<std::string> notes;
-};
+class DocumentTest : public HostTest {};
 
 TEST_F(DocumentTest, TheDatabaseOfTheCurrentDocumentIsTheWorkingOne)
 {
@@ -94,6 +91,7 @@ TEST_F(DocumentTest, LocksNestAndTheStrongestShows)
 
 TEST_F(DocumentTest, ReactorsMayLeaveWhileTheyAreTold)
 {
+    std::vector<std::string> notes;
     Listener first(notes, "1 ");
     Listener second(notes, "2 ");
     Listener third(notes, "3 ");
@@ -108,6 +106,7 @@ TEST_F(DocumentTest, StoppingTheHostClosesEveryDocumentButNotDatabasesOfOthers)
 {
     {
         const KdDbDatabase ours(true, true);
+        std::vector<std::string> notes;
         Listener listener(notes);
         manager().addReactor(&listener); // a second time counts for nothing
         korra::newDocument();

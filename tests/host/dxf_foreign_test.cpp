@@ -85,7 +85,8 @@ TEST_F(ForeignDrawing, GivesAnObjectOfItsOwnAHandleOfItsOwn)
 
 TEST_F(ForeignDrawing, EndsTheHeaderInItsMidst)
 {
-    const std::string text = file("0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1015; 0 ENDSEC\n"
+    const std::string text = file("0 SECTION; 2 FIRST; 0 ENDSEC\n"
+                                  "0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1015; 0 ENDSEC\n"
                                   "9 $LTSCALE; 40 2.5; 0 ENDSEC; 0 EOF\n");
     const auto database = readWhole(text);
     EXPECT_EQ(database->contents().header.real("$LTSCALE", 1.0), 2.5);

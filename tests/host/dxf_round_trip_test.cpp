@@ -197,10 +197,8 @@ TEST_F(DrawingRoundTrip, SortHandlesThatStayKeepTheirText)
         replaced(file(kModernSample), file("331 50; 5 52; 331 52; 5 50"), was);
     const std::string text = changed(before, [](const KdDbDatabase& database) {
         changeObject<KdDbSortentsTable>(database, 0x71, [&](auto& table) {
-            const auto id = [&](std::uint64_t handle) {
-                return find<KdDbEntity>(database, handle)->objectId();
-            };
-            EXPECT_EQ(table.setRelativeDrawOrder(arrayOf({id(0x56), id(0x50)})), Kdapi::eOk);
+            table.setRelativeDrawOrder(arrayOf({find<KdDbEntity>(database, 0x56)->objectId(),
+                                                find<KdDbEntity>(database, 0x50)->objectId()}));
         });
     });
     const std::string is = file("331 52; 5 050; 331 53; 5 52; 331 56; 5 53; 331 50; 5 56");

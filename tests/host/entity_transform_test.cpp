@@ -1,5 +1,6 @@
 // What an entity shows moves with it: matrices that carry boxes to boxes carry its box to its box.
 
+#include "dxf_samples.h"
 #include "support/ge_samples.h"
 #include "support/room_test.h"
 
@@ -49,6 +50,16 @@ TEST_F(EntityTransformTest, TextsMoveInSpaceButKeepTheirShape)
         expectMoves(*entity, {kTurned, kShifted, kMirrored, kTilted, kUpsideDown});
         EXPECT_EQ(entity->transformBy(kStretched), Kdapi::eCannotScaleNonUniformly);
     }
+}
+
+TEST_F(EntityTransformTest, RowsAndColumnsOfAReferenceKeepTheirDistances)
+{
+    const auto drawing = dxf::readWhole(dxf::file(
+        "0 SECTION; 2 BLOCKS; 0 BLOCK; 2 B; 0 LINE; 10 0; 20 0; 11 1; 21 1; 0 ENDBLK; 0 ENDSEC\n"
+        "0 SECTION; 2 ENTITIES; 0 INSERT; 5 A; 2 B; 70 2; 71 3; 44 7; 45 8; 0 ENDSEC; 0 EOF\n"));
+    dxf::changeObject<KdDbBlockReference>(*drawing, 0xA, [](auto& each) {
+        expectMoves(each, {kShifted, kMirrored, kTurned});
+    });
 }
 
 TEST_F(EntityTransformTest, WindowsOfASheetStayUpright)
