@@ -130,10 +130,10 @@ TEST_F(DrawingSaving, AFailureLeavesTheOldFileAndNothingElse)
 std::string refusalOf(const SupportFolder& folder, const KdDbDatabase& database)
 {
     folder.write("old.dxf", "old");
-    const auto [done, message] = korra::writeDrawing(database, folder.pathOf("old.dxf"));
-    EXPECT_FALSE(done);
+    const korra::FileOutcome outcome = korra::writeDrawing(database, folder.pathOf("old.dxf"));
+    EXPECT_FALSE(outcome.done);
     EXPECT_EQ(folder.contentsOf("old.dxf"), "old");
-    return message.substr(std::min(message.find(": ") + 2, message.size()));
+    return outcome.message.substr(std::min(outcome.message.find(": ") + 2, outcome.message.size()));
 }
 
 TEST_F(DrawingSaving, RefusesWhatNobodyCouldReadAgainAndNamesTheObject)
