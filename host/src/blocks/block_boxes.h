@@ -26,6 +26,9 @@ public:
     /// @throw std::bad_alloc
     static const BlockBoxes& of(const KdDbBlockTableRecord& block);
 
+    /// True once they were asked for.
+    static bool areMade(const KdDbBlockTableRecord& block) { return block.boxes_ != nullptr; }
+
     /// A box around everything; empty where there is nothing to see.
     KdGeExtents3d bounds() const;
 

@@ -94,11 +94,21 @@ void drawEntity(const KdDbEntity& entity, DrawSink& sink)
     sink.endEntity();
 }
 
+/// What is looked at in any order, as for its extents, is not worth making boxes for.
 void drawBlockContents(KdDbObjectId block, DrawSink& sink)
 {
-    if (const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block))
+    const auto* const record = ObjectAccess::live<KdDbBlockTableRecord>(block);
+    if (!record)
+        return;
+    if (sink.needs().order || BlockBoxes::areMade(*record)) {
         BlockBoxes::of(*record).drawWanted(
             sink, [&](const KdDbEntity& entity) { drawEntity(entity, sink); });
+        return;
+    }
+    for (const KdDbEntity* entity : ObjectAccess::entities(*record).each()) {
+        if (!entity->isErased())
+            drawEntity(*entity, sink);
+    }
 }
 
 KdGeExtents3d boxOfShown(KdDbObjectId block, const KdGeMatrix3d& transform)

@@ -1,5 +1,6 @@
 #include "dxf/binary_form.h"
 
+#include "dxf/drawing_error.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
 
@@ -57,7 +58,7 @@ ValueForm formOf(int code)
 /// Takes bytes from a file and knows where it is.
 class ByteStream {
 public:
-    explicit ByteStream(TagStream::ReadBytes read) : read_(std::move(read)) {}
+    explicit ByteStream(ReadBytes read) : read_(std::move(read)) {}
 
     /// How many bytes were taken.
     std::size_t place() const { return place_; }
@@ -126,7 +127,7 @@ private:
         place_ += count;
     }
 
-    TagStream::ReadBytes read_;
+    ReadBytes read_;
     std::string buffer_;
     std::size_t begin_ = 0; ///< of what was not taken yet
     std::size_t place_ = 0;
@@ -244,7 +245,7 @@ private:
 
 } // namespace
 
-TagStream::ReadBytes inAsciiForm(TagStream::ReadBytes read)
+ReadBytes inAsciiForm(ReadBytes read)
 {
     ByteStream bytes(std::move(read));
     const std::string_view first = bytes.peek(kSentinelSize);

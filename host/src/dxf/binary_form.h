@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dxf/tag_stream.h"
+#include "dxf/file_text.h"
 
 namespace korra {
 
@@ -8,6 +8,6 @@ namespace korra {
 /// any other passes as it is, and so does what stands behind the end of the drawing.
 ///
 /// Reading throws DrawingError where binary data is cut off or no tag.
-TagStream::ReadBytes inAsciiForm(TagStream::ReadBytes read);
+ReadBytes inAsciiForm(ReadBytes read);
 
 } // namespace korra

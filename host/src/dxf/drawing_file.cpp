@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -68,13 +69,15 @@ std::vector<std::string> notesOn(const ReadFile& file, const std::string& name)
     return notes;
 }
 
-FileOutcome readFrom(KdDbDatabase& database, TagStream::ReadBytes read, const std::string& name)
+/// @param size  of the file; 0 when nobody knows
+FileOutcome readFrom(KdDbDatabase& database, ReadBytes read, std::size_t size,
+                     const std::string& name)
 {
     DatabaseContents& contents = database.contents();
     if (!contents.slots.empty())
         return failure(name, 0, "cannot be read into a database that holds a drawing");
     try {
-        ReadFile file = FileScanner(inAsciiForm(std::move(read))).scan();
+        ReadFile file = FileScanner(wholeText(inAsciiForm(std::move(read)), size)).scan();
         FileOutcome outcome{true, {}, notesOn(file, name)};
         DrawingAssembly(contents, file).run();
         return outcome;
@@ -105,7 +108,9 @@ FileOutcome readDrawing(KdDbDatabase& database, const std::string& path)
             throw DrawingError{0, std::string("cannot be read: ") + std::strerror(errno)};
         return count;
     };
-    return readFrom(database, read, path);
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(path, unknown);
+    return readFrom(database, read, unknown ? 0 : size, path);
 }
 
 FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
@@ -119,7 +124,7 @@ FileOutcome readDrawingText(KdDbDatabase& database, const std::string& text,
         rest.remove_prefix(count);
         return count;
     };
-    return readFrom(database, read, name);
+    return readFrom(database, read, text.size(), name);
 }
 
 FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path)

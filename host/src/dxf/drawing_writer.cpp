@@ -59,11 +59,10 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
 {
 }
 
-const std::string& DrawingWriter::source(const KdDbObject& object)
+std::string_view DrawingWriter::source(const KdDbObject& object)
 {
-    static const std::string none;
-    const ObjectExtras* extras = ObjectAccess::extras(object);
-    return extras ? extras->source : none;
+    const ObjectExtras* const extras = ObjectAccess::extras(object);
+    return extras ? extras->source : std::string_view();
 }
 
 bool DrawingWriter::belongsToObjectsSection(const KdDbObject& object)

@@ -23,7 +23,7 @@ public:
     std::string text();
 
 private:
-    static const std::string& source(const KdDbObject& object);
+    static std::string_view source(const KdDbObject& object);
     static bool belongsToObjectsSection(const KdDbObject& object);
     bool hasNewObjects() const;
     bool needsObjectsSection() const;

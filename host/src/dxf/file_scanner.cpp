@@ -28,12 +28,35 @@ bool isSectionKnown(std::string_view name)
     return std::ranges::find(kKnown, name) != kKnown.end();
 }
 
+ReadFile withText(std::string text)
+{
+    ReadFile file;
+    file.form.text = std::make_unique<const std::string>(std::move(text));
+    return file;
+}
+
 } // namespace
+
+bool HandleSet::insert(std::uint64_t handle)
+{
+    constexpr std::uint64_t kSmall = std::uint64_t{1} << 26; // eight megabytes of bits
+    if (handle >= kSmall)
+        return large_.insert(handle).second;
+    if (handle >= small_.size())
+        small_.resize(std::min(kSmall, 2 * handle + 1));
+    const bool isNew = !small_[handle];
+    small_[handle] = true;
+    return isNew;
+}
+
+FileScanner::FileScanner(std::string text)
+    : file_(withText(std::move(text))), stream_(*file_.form.text)
+{
+}
 
 void FileScanner::advance()
 {
-    stream_.next(object_);
-    tags_.split(object_.bytes);
+    stream_.next(object_, tags_);
 }
 
 void FileScanner::fail(const std::string& what) const
@@ -70,10 +93,10 @@ ReadFile FileScanner::scan()
 
 void FileScanner::readClosing()
 {
-    const std::string rest = stream_.rest();
+    const std::string_view rest = stream_.rest();
     if (!isBlank(rest))
         file_.lineBehindEnd = object_.line + 1;
-    file_.form.closing = object_.bytes + rest;
+    file_.form.closing = std::string(object_.bytes).append(rest);
 }
 
 void FileScanner::readSection()
@@ -84,7 +107,7 @@ void FileScanner::readSection()
         fail("a section has no name");
     if (isSectionKnown(name) && !sections_.insert(name).second)
         fail("the section " + name + " comes twice");
-    file_.form.sections.push_back({name, object_.bytes, {}, {}});
+    file_.form.sections.push_back({name, std::string(object_.bytes), {}, {}});
     advance();
     readSectionBody(name);
     expect("ENDSEC");
@@ -134,7 +157,7 @@ void FileScanner::readTables()
 void FileScanner::readTable()
 {
     const std::string name(trimmed(tags_.valueOf(2)));
-    file_.form.tables.push_back({name, object_.bytes, {}, {}});
+    file_.form.tables.push_back({name, std::string(object_.bytes), {}, {}});
     if (const auto kind = tableKindNamed(name))
         readRecords(*kind);
     else
@@ -174,7 +197,7 @@ std::size_t FileScanner::addTable(TableKind kind)
         fail("the table " + std::string(name) + " comes twice");
     const std::size_t table =
         add(newOfKind(kindOfTable(kind)), FilePlace::table, ReadObject::kNone);
-    ObjectAccess::extras(*file_.objects[table].object).source.clear(); // kept in the form
+    ObjectAccess::extras(*file_.objects[table].object).source = {}; // kept in the form
     return table;
 }
 
@@ -234,7 +257,7 @@ void FileScanner::readBlock()
     const std::size_t record = recordOfBlock();
     if (!definedBlocks_.insert(record).second)
         fail("the block " + shown(trimmed(tags_.valueOf(2))) + " is defined twice");
-    ReadBlock block{record, object_.line, {file_.blocks.size(), object_.bytes, {}}};
+    ReadBlock block{record, object_.line, {file_.blocks.size(), std::string(object_.bytes), {}}};
     advance();
     readEntities(FilePlace::block, record);
     expect("ENDBLK");
@@ -275,7 +298,7 @@ void FileScanner::readMesh(std::size_t entity)
     }
     expect("SEQEND");
     noteHandle();
-    file_.sequenceEnds.emplace_back(entity, vertices + object_.bytes);
+    file_.sequenceEnds.emplace_back(entity, vertices.append(object_.bytes));
     advance();
 }
 
@@ -334,7 +357,7 @@ std::uint64_t FileScanner::handleHere() const
 std::uint64_t FileScanner::noteHandle()
 {
     const std::uint64_t handle = handleHere();
-    if (handle != 0 && !handles_.insert(handle).second)
+    if (handle != 0 && !handles_.insert(handle))
         return 0;
     lastHandle_ = std::max(lastHandle_, handle);
     return handle;

@@ -54,10 +54,22 @@ struct ReadFile {
     std::size_t lineBehindEnd = 0; ///< where more than blanks stands behind EOF; else 0
 };
 
+/// Handles that were met: a bit each, which a file's many small ones share in few words.
+class HandleSet {
+public:
+    /// @return false for one that was met before
+    bool insert(std::uint64_t handle);
+
+private:
+    std::vector<bool> small_;
+    std::unordered_set<std::uint64_t> large_;
+};
+
 /// Takes a drawing file apart in one pass.
 class FileScanner {
 public:
-    explicit FileScanner(TagStream::ReadBytes read) : stream_(std::move(read)) {}
+    /// @param text  of the whole file
+    explicit FileScanner(std::string text);
 
     /// @throw DrawingError
     ReadFile scan();
@@ -94,11 +106,11 @@ private:
     std::uint64_t noteHandle();
     std::wstring nameOfObject() const;
 
+    ReadFile file_;
     ObjectStream stream_;
     RawObject object_; ///< the current one
     TagList tags_;     ///< its tags
-    ReadFile file_;
-    std::unordered_set<std::uint64_t> handles_;
+    HandleSet handles_;
     std::uint64_t lastHandle_ = 0;
     std::unordered_set<std::string> sections_;              ///< understood ones that came
     std::unordered_map<std::wstring, std::size_t> records_; ///< of blocks, by folded name

@@ -4,7 +4,7 @@
 
 namespace korra {
 
-ObjectStream::ObjectStream(TagStream::ReadBytes read) : tags_(std::move(read))
+ObjectStream::ObjectStream(std::string_view text) : tags_(text)
 {
     readOpening();
 }
@@ -28,15 +28,19 @@ void ObjectStream::readOpening()
         throw DrawingError{tag_.line - 1, "a drawing begins with a section"};
 }
 
-void ObjectStream::next(RawObject& object)
+void ObjectStream::next(RawObject& object, TagList& tags)
 {
     object.type = trimmed(tag_.value);
     object.line = tag_.line;
     object.bytes = tag_.raw;
+    tags.clear();
+    tags.add(tag_.code, tag_.value, tag_.raw);
     if (object.type == "EOF")
         return;
+    const char* const begin = tag_.raw.data();
     for (readTag(); tag_.code != 0; readTag())
-        object.bytes += tag_.raw;
+        tags.add(tag_.code, tag_.value, tag_.raw);
+    object.bytes = std::string_view(begin, static_cast<std::size_t>(tag_.raw.data() - begin));
 }
 
 } // namespace korra

@@ -1,30 +1,32 @@
 #pragma once
 
+#include "dxf/tag_list.h"
 #include "dxf/tag_stream.h"
 
 #include <string>
-#include <utility>
+#include <string_view>
 
 namespace korra {
 
-/// An object of a drawing file: its 0 tag and what follows up to the next one.
+/// An object of a drawing file: its 0 tag and what follows up to the next one, in the file's text.
 struct RawObject {
-    std::string type;
-    std::string bytes;
+    std::string_view type;
+    std::string_view bytes;
     std::size_t line = 0; ///< of the type
 };
 
 /// Gathers the tags of a file into objects.
 class ObjectStream {
 public:
-    explicit ObjectStream(TagStream::ReadBytes read);
+    /// @param text  outlives the stream and what it gives
+    explicit ObjectStream(std::string_view text);
 
-    /// The next object; its strings are used again.
+    /// The next object and its tags.
     /// @throw DrawingError also where the file ends without its EOF
-    void next(RawObject& object);
+    void next(RawObject& object, TagList& tags);
 
     /// All bytes behind the last object.
-    std::string rest() { return tags_.rest(); }
+    std::string_view rest() const { return tags_.rest(); }
 
     /// Byte order mark and comments before the first object.
     const std::string& opening() const { return opening_; }

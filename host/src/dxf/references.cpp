@@ -57,7 +57,7 @@ KdDbObjectId References::substitute(TableKind kind, std::wstring_view name, Name
     return standard(kind, by);
 }
 
-KdDbObjectId References::standard(TableKind kind, NamedBy by)
+KdDbObjectId References::findStandard(TableKind kind, NamedBy by)
 {
     const wchar_t* name = standardName(kind, by);
     return name ? recordOrNew(kind, name) : KdDbObjectId();

@@ -37,7 +37,12 @@ public:
     KdDbObjectId named(TableKind kind, std::string_view bytes, NamedBy by);
 
     /// What an object has that names no record of a kind: null where nothing stands for that.
-    KdDbObjectId standard(TableKind kind, NamedBy by);
+    KdDbObjectId standard(TableKind kind, NamedBy by)
+    {
+        KdDbObjectId& known =
+            standard_[static_cast<std::size_t>(by)][static_cast<std::size_t>(kind)];
+        return known.isNull() ? known = findStandard(kind, by) : known;
+    }
 
     /// As korra::referredTo().
     std::optional<KdDbObjectId> referredTo(std::string_view bytes, const KdRxClass* kind) const
@@ -66,9 +71,11 @@ private:
 
     using Known = std::unordered_map<std::string, KdDbObjectId, BytesHash, std::equal_to<>>;
 
+    KdDbObjectId findStandard(TableKind kind, NamedBy by);
     KdDbObjectId substitute(TableKind kind, std::wstring_view name, NamedBy by);
 
     DatabaseContents& contents_;
+    std::array<std::array<KdDbObjectId, kTableKinds>, 2> standard_; ///< by who asks
     std::array<Known, kTableKinds> known_; ///< names that were asked for, as the file has them
 };
 

@@ -20,28 +20,34 @@ std::size_t lineEnd(std::string_view bytes, std::size_t from)
 
 } // namespace
 
-void TagList::split(std::string_view bytes)
+void TagList::clear()
 {
     tags_.clear();
     groups_.clear();
     markers_ = 0;
     embedded_ = false;
     extended_ = false;
-    for (std::size_t begin = 0; begin < bytes.size();) {
-        const std::size_t end = lineEnd(bytes, lineEnd(bytes, begin));
-        add(bytes.substr(begin, end - begin));
-        begin = end;
-    }
-    openGroup_ = groups_.empty() ? kNone : groups_.front();
 }
 
-void TagList::add(std::string_view raw)
+void TagList::split(std::string_view bytes)
 {
-    const std::size_t codeEnd = lineEnd(raw, 0);
+    clear();
+    for (std::size_t begin = 0; begin < bytes.size();) {
+        const std::size_t codeEnd = lineEnd(bytes, begin);
+        const std::size_t end = lineEnd(bytes, codeEnd);
+        const std::string_view code = bytes.substr(begin, codeEnd - begin);
+        add(parseGroupCode(withoutLineEnd(code)),
+            withoutLineEnd(bytes.substr(codeEnd, end - codeEnd)), bytes.substr(begin, end - begin));
+        begin = end;
+    }
+}
+
+void TagList::add(int code, std::string_view value, std::string_view raw)
+{
     ObjectTag tag;
+    tag.code = code;
+    tag.value = value;
     tag.raw = raw;
-    tag.code = parseGroupCode(withoutLineEnd(raw.substr(0, codeEnd)));
-    tag.value = withoutLineEnd(raw.substr(codeEnd));
     tag.markers = markers_;
     if (tag.code == 0) {
         tag.part = TagPart::begin;

@@ -39,6 +39,12 @@ public:
     /// Takes other bytes, which outlive the list; the storage is used again.
     void split(std::string_view bytes);
 
+    /// Takes one tag more.
+    /// @param value, raw  outlive the list
+    void add(int code, std::string_view value, std::string_view raw);
+
+    void clear();
+
     std::size_t size() const { return tags_.size(); }
 
     const ObjectTag& operator[](std::size_t index) const { return tags_[index]; }
@@ -66,14 +72,11 @@ public:
     std::size_t extensionDictionaryTag() const;
 
     /// A group that is begun and not ended.
-    std::size_t openGroup() const { return openGroup_; }
+    std::size_t openGroup() const { return groups_.empty() ? kNone : groups_.front(); }
 
 private:
-    void add(std::string_view raw);
-
     std::vector<ObjectTag> tags_;
     std::vector<std::size_t> groups_; ///< begun and not yet ended, innermost last
-    std::size_t openGroup_ = kNone;
     int markers_ = 0;
     bool embedded_ = false; ///< behind the tag that begins the embedded object
     bool extended_ = false;

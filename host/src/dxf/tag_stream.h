@@ -3,7 +3,6 @@
 #include "dxf/drawing_error.h"
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -20,21 +19,18 @@ struct Tag {
     std::size_t line = 0;   ///< of the value
 };
 
-/// Splits a stream of bytes into tags; holds no more of it than one tag and one buffer.
+/// Splits the text of a drawing file into tags.
 class TagStream {
 public:
-    /// Gives up to `size` further bytes; fewer than asked for, none at the end.
-    using ReadBytes = std::function<std::size_t(char* buffer, std::size_t size)>;
+    /// @param text  outlives the stream and its tags
+    explicit TagStream(std::string_view text);
 
-    explicit TagStream(ReadBytes read);
-
-    /// The next tag; its views hold until the next call.
-    /// @return false at the end of the stream
+    /// @return false at the end of the text
     /// @throw DrawingError for a code that is no number, half a tag, an over-long line, binary data
     bool next(Tag& tag);
 
-    /// All bytes behind the last tag; the stream is at its end then.
-    std::string rest();
+    /// All bytes behind the last tag.
+    std::string_view rest() const { return text_.substr(begin_); }
 
     /// Line that was read last.
     std::size_t line() const { return line_; }
@@ -44,18 +40,12 @@ public:
     bool endsLinesWithCrLf() const { return crlf_; }
 
 private:
-    static constexpr std::size_t kNoLine = ~std::size_t{0};
-
-    std::size_t lineEnd(std::size_t from);
-    bool fill();
-    void skipByteOrderMark();
+    std::size_t lineEnd(std::size_t from) const;
     int groupCode(std::string_view text) const;
 
-    ReadBytes read_;
-    std::string buffer_;
-    std::size_t begin_ = 0;  ///< of the next tag in the buffer
-    std::size_t filled_ = 0; ///< end of what was read into the buffer
-    std::size_t zero_;       ///< place of a zero byte in the buffer, or behind everything
+    std::string_view text_;
+    std::size_t zero_;      ///< place of the first zero byte; npos without one
+    std::size_t begin_ = 0; ///< of the next tag
     std::size_t line_ = 0;
     bool byteOrderMark_ = false;
     bool crlf_ = false;

@@ -11,7 +11,7 @@ public:
 
     void owned(OwnedObjects&) final {}
 
-    void source(std::string&) final {}
+    void source(std::string_view&) final {}
 
     void unsaved(bool&) final {}
 

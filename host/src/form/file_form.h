@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -16,6 +17,9 @@ namespace korra {
 /// Empty for a drawing that was made here. Bytes run from the code line of a tag to the end of a
 /// value line and hold the comments (999) that stand between them.
 struct FileForm {
+    /// The whole file: what objects had as their tags lies in it. It stays where it is.
+    std::unique_ptr<const std::string> text;
+
     bool crlf = false;
     std::string opening; ///< byte order mark and comments before the first section
     std::string closing; ///< the 0/EOF tag and what stands behind it

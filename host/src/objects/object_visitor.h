@@ -111,7 +111,7 @@ public:
     virtual void unsaved(KdGeMatrix3d& value) = 0;
 
     /// The object's tags as a file had them.
-    virtual void source(std::string& tags) = 0;
+    virtual void source(std::string_view& tags) = 0;
 
     // References.
 
@@ -183,7 +183,7 @@ public:
 
     void unsaved(KdGeMatrix3d&) override {}
 
-    void source(std::string&) override {}
+    void source(std::string_view&) override {}
 
     void name(int, KdDbObjectId&, TableKind, Reference) override {}
 

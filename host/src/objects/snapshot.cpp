@@ -67,7 +67,7 @@ public:
             std::ranges::for_each(row, each_);
     }
 
-    void source(std::string& tags) override
+    void source(std::string_view& tags) override
     {
         if (extent_ == Extent::everything)
             each_(tags);

@@ -3,6 +3,7 @@
 #include "objects/object_access.h"
 
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -10,7 +11,7 @@ namespace korra {
 
 /// One value of what an object consists of.
 using FieldValue = SoundVariant<long long, double, std::wstring, KdGePoint3d, KdGeVector3d,
-                                KdGePoint2d, KdDbObjectId, KdDbHandle, KdCmColor, std::string,
+                                KdGePoint2d, KdDbObjectId, KdDbHandle, KdCmColor, std::string_view,
                                 std::vector<TypedValue>, OwnedObjects::Objects>;
 
 /// The values of an object in the order in which it names them; a list begins with the count of its
