@@ -34,7 +34,7 @@ std::string_view typeName(const KdDbObject& object)
     if (const Kind* const kind = kindOf(object))
         return kind->fileName;
     const ObjectExtras* const extras = ObjectAccess::extras(object);
-    return extras ? std::string_view(extras->fileType) : std::string_view();
+    return extras ? extras->fileType : std::string_view();
 }
 
 } // namespace korra

@@ -16,6 +16,7 @@ inline constexpr int kBlockCodes[] = {2, 10, 20, 30, 70};
 
 /// A new object for the tags of an entity, or of an object in the objects section; of an unknown
 /// class where no class stands for the type. Vertices and attributes included.
+/// @param type  lies in the text of the drawing's file
 std::unique_ptr<KdDbObject> newObject(Kind::Place place, std::string_view type,
                                       const TagList& tags);
 

@@ -47,7 +47,7 @@ struct ObjectExtras {
     KdDbObjectId extensionDictionary;
     std::vector<TypedValue> xData; ///< every application's data, each begun by its 1001
     std::string_view source; ///< the object's tags as the file had them, byte for byte, in its text
-    std::string fileType;    ///< name of the object type in the file, where no class has it
+    std::string_view fileType; ///< likewise the name of its type, where no class stands for it
 };
 
 /// The host's own way into objects: past open modes, gates and access control.
