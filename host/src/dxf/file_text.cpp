@@ -1,5 +1,6 @@
 #include "dxf/file_text.h"
 
+#include "dxf/drawing_error.h"
 #include "dxf/tag_stream.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@ namespace korra {
 std::string wholeText(const ReadBytes& read, std::size_t size)
 {
     constexpr std::size_t kStep = std::size_t{1} << 16;
+    constexpr std::size_t kMostOfUnknown = std::size_t{1} << 30;
     std::string text;
     text.reserve(size + kStep);
     std::size_t line = 0; // where the last line begins
@@ -19,6 +21,8 @@ std::string wholeText(const ReadBytes& read, std::size_t size)
         text.resize(before + count);
         if (count == 0)
             break;
+        if (size == 0 && text.size() > kMostOfUnknown)
+            throw DrawingError{0, "has no end within a gigabyte"};
         const std::size_t end = text.rfind('\n');
         line = end == text.npos ? line : std::max(line, end + 1);
     }
