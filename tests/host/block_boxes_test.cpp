@@ -6,8 +6,7 @@
 #include "gi/extents_sink.h"
 #include "host/recording_sink.h"
 #include "sinks/pick_sink.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include <random>
 #include <set>
@@ -49,21 +48,14 @@ constexpr std::string_view kNested = R"(0 SECTION; 2 TABLES
 
 class BlockBoxesTest : public HostTest {
 public:
-    void SetUp() override
+    BlockBoxesTest()
     {
-        HostTest::SetUp();
         database_ = readWhole(file(kNested));
         part_ = block(L"Part");
         spaces_ = {block(L"*Model_Space"), block(L"Middle"), part_};
         for (const std::uint64_t handle : {0x11, 0x12, 0x13, 0x21, 0x22, 0x31, 0x32, 0x34, 0x35})
             entities_.push_back(find<KdDbEntity>(*database_, handle)->objectId());
         Open<KdDbEntity>(entities_[7])->setColor(colorOf(1)); // makes the dimension's graphics
-    }
-
-    void TearDown() override
-    {
-        database_.reset();
-        HostTest::TearDown();
     }
 
     KdDbObjectId block(const wchar_t* name) const

@@ -68,11 +68,7 @@ protected:
     /// Variables of the style by name.
     using Changes = std::vector<std::pair<const wchar_t*, KdDbDimensionValue>>;
 
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        measure(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0}));
-    }
+    DimensionTest() { measure(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0})); }
 
     void measure(KdDbDimension* dimension) { id_ = addEntity(dimension); }
 

@@ -4,10 +4,7 @@
 #include "dxf_samples.h"
 
 #include "support/changes.h"
-#include "support/host_test.h"
-
-using ::testing::EndsWith;
-using ::testing::StartsWith;
+#include "support/room_test.h"
 
 namespace tests::dxf {
 namespace {

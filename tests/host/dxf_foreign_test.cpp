@@ -3,16 +3,12 @@
 #include "dxf_samples.h"
 
 #include "drawing/layouts.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include <array>
 #include <set>
 
 using korra::ObjectAccess;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 namespace tests::dxf {
 namespace {

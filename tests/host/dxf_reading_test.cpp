@@ -3,13 +3,12 @@
 #include "dxf_samples.h"
 
 #include "drawing/layouts.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <cmath>
 #include <numbers>
 
 using korra::ObjectAccess;
-using ::testing::ElementsAre;
 
 namespace tests::dxf {
 namespace {
@@ -126,7 +125,7 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 
     const auto early = readWhole(withEntities("0 LINE; 5 A; 330 9\n0 LINE; 5 B; 67 1"));
     EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ElementsAre(0xA));
-    EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), ::testing::Contains(0xB));
+    EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), Contains(0xB));
 }
 
 TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
@@ -173,9 +172,9 @@ TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInForAndKept)
     EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
 
     changeObject<KdDbText>(*database, 0xA, [](auto& changing) { changing.setHeight(2); });
-    EXPECT_THAT(korra::drawingText(*database),
-                ::testing::HasSubstr(
-                    file("0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 2; 1 x; 7 lost\n")));
+    EXPECT_THAT(
+        korra::drawingText(*database),
+        HasSubstr(file("0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 2; 1 x; 7 lost\n")));
 }
 
 TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)

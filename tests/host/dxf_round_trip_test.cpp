@@ -4,15 +4,13 @@
 
 #include "form/numbers.h"
 #include "objects/contents.h"
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 #include <regex>
 #include <tuple>
 
 using korra::drawingText;
 using korra::ObjectAccess;
-using ::testing::HasSubstr;
 
 namespace tests::dxf {
 namespace {

@@ -119,6 +119,14 @@ inline std::unique_ptr<KdDbDatabase> readWhole(const std::string& text)
     return database;
 }
 
+/// The same, as the drawing that new objects go to.
+inline std::unique_ptr<KdDbDatabase> readToWorkOn(const std::string& text)
+{
+    auto database = readWhole(text);
+    kddbHostApplicationServices()->setWorkingDatabase(database.get());
+    return database;
+}
+
 /// The object of a handle; null when there is none of the class.
 template <class T>
 T* find(const KdDbDatabase& database, std::uint64_t handle)

@@ -4,8 +4,7 @@
 
 #include "dxf/atomic_file.h"
 #include "support/changes.h"
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 #include "support/support_folder.h"
 
 #include <fcntl.h>
@@ -101,7 +100,7 @@ TEST_F(DrawingSaving, SavesOfOneFileAtTheSameTimeDoNotTakeEachOthersForLeftovers
     }
     for (std::thread& saver : savers)
         saver.join();
-    EXPECT_THAT(problems, ::testing::Each(""));
+    EXPECT_THAT(problems, Each(""));
     EXPECT_EQ(filesInFolder(), 1);
 }
 

@@ -11,9 +11,8 @@ int calls = 0;
 
 class CommandsTest : public HostTest {
 protected:
-    void SetUp() override
+    CommandsTest()
     {
-        HostTest::SetUp();
         calls = 0;
         define(L"COUNT", L"ZAEHLE", [] {
             ++calls;

@@ -43,11 +43,7 @@ KdGeMatrix3d currentUcs()
 
 class SaversTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        set("1", "37", "0");
-    }
+    SaversTest() { set("1", "37", "0"); }
 };
 
 TEST_F(SaversTest, SettingsComeBackFromEveryScope)

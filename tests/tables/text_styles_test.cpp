@@ -67,9 +67,8 @@ std::string styleText(const wchar_t* name = L"Notes")
 
 class TextStylesTest : public HostTest {
 protected:
-    void SetUp() override
+    TextStylesTest()
     {
-        HostTest::SetUp();
         folder_.use();
         folder_.write("plain.shx", "shapes");
         folder_.write("big.shx", "shapes");
