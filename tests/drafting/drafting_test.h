@@ -1,10 +1,9 @@
 #pragma once
 
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 /// Runs the commands of the add-on, loaded into a fresh host.
-class DraftingTest : public tests::HostTest {
+class DraftingTest : public HostTest {
 protected:
     DraftingTest()
     {
@@ -15,7 +14,7 @@ protected:
     /// What a command prints behind its inputs.
     static std::string run(const std::string& command, const std::vector<std::string>& inputs = {})
     {
-        tests::give(inputs);
+        give(inputs);
         EXPECT_TRUE(korra::runCommand(command));
         return printed();
     }

@@ -6,7 +6,6 @@
 #include "gi/extents_sink.h"
 #include "host/recording_sink.h"
 #include "sinks/pick_sink.h"
-#include "support/room_test.h"
 
 #include <random>
 #include <set>
@@ -160,13 +159,10 @@ public:
         const auto hits = picked<PickSink>(view, at);
         const auto all = picked<Thorough<PickSink>>(view, at);
         met_ += all.size();
-        EXPECT_TRUE(std::ranges::equal(hits, all,
-                                       [](const korra::PickHit& a, const korra::PickHit& b) {
-                                           return a.entity == b.entity && a.marker == b.marker &&
-                                                  a.containers == b.containers &&
-                                                  a.transform == b.transform &&
-                                                  a.distance == b.distance;
-                                       }))
+        const auto parts = [](const korra::PickHit& hit) {
+            return std::tie(hit.entity, hit.marker, hit.containers, hit.transform, hit.distance);
+        };
+        EXPECT_TRUE(std::ranges::equal(hits, all, {}, parts, parts))
             << when << ": " << hits.size() << " of " << all.size();
     }
 

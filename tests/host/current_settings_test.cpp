@@ -4,7 +4,6 @@
 #include "dxf_samples.h"
 
 #include "kd/gi.h"
-#include "support/room_test.h"
 
 #include <numbers>
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "host/recording_sink.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "tables/dimension_variables.h"
 

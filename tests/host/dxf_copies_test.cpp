@@ -4,8 +4,6 @@
 
 #include "dxf_samples.h"
 
-#include "support/room_test.h"
-
 #include <regex>
 
 namespace tests::dxf {

@@ -3,7 +3,6 @@
 #include "dxf_samples.h"
 
 #include "drawing/layouts.h"
-#include "support/room_test.h"
 
 #include <array>
 #include <set>

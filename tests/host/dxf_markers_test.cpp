@@ -4,7 +4,6 @@
 #include "dxf_samples.h"
 
 #include "dxf/tag_list.h"
-#include "support/room_test.h"
 
 #include <regex>
 #include <set>

@@ -4,7 +4,6 @@
 
 #include "form/numbers.h"
 #include "objects/contents.h"
-#include "support/room_test.h"
 
 #include <regex>
 #include <tuple>
@@ -130,41 +129,39 @@ TEST_F(DrawingRoundTrip, AChangeChangesTheTextOfItsFieldAlone)
                               [](auto& text) { text.setContents(std::wstring(500, 'a').c_str()); });
 }
 
+const std::string kRed = "62      1; 420  16711680"; // of a layer
+
 TEST_F(DrawingRoundTrip, AColorKeepsOrLosesItsRedGreenAndBlue)
 {
-    const std::string red = "62      1; 420  16711680"; // of a layer
     using Layer = KdDbLayerTableRecord;
-    expectReplaced<Layer>(0x11, {{red, "62 3; 420 65280"}}, [](auto& layer) {
+    expectReplaced<Layer>(0x11, {{kRed, "62 3; 420 65280"}}, [](auto& layer) {
         KdCmColor green;
         green.setRGB(0, 255, 0);
         layer.setColor(green);
     });
-    expectReplaced<Layer>(0x11, {{red, "62 5"}}, [](auto& layer) { layer.setColor(colorOf(5)); });
-    expectReplaced<Layer>(0x11, {{red, "62 -1; 420  16711680"}},
+    expectReplaced<Layer>(0x11, {{kRed, "62 5"}}, [](auto& layer) { layer.setColor(colorOf(5)); });
+    expectReplaced<Layer>(0x11, {{kRed, "62 -1; 420  16711680"}},
                           [](auto& layer) { layer.setIsOff(true); });
 }
 
 TEST_F(DrawingRoundTrip, ANegativeColorOfALayerIsANumberOfItsOwnWhetherTheLayerIsOffOrNot)
 {
-    const std::string red = "62      1; 420  16711680";
-    const std::tuple<std::uint16_t, bool, const char*> cases[] = {
-        {65533, false, "62 32765"}, {65535, false, "62 32767"}, {65535, true, "62 -32767"}};
-    for (const auto& [index, off, written] : cases) {
-        const std::string text = replaced(file(kModernSample), file(red), file(written));
-        expectReplaced<KdDbLayerTableRecord>(0x11, {{red, written}}, [&](auto& layer) {
-            layer.setColor(colorOf(index));
-            layer.setIsOff(off);
-        });
-        const auto database = readWhole(text);
-        const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
-        EXPECT_EQ(layer->color().colorIndex(), index);
-        EXPECT_EQ(layer->isOff(), off);
+    // The index, whether the layer is off, how both are noted and whether they are written so.
+    const std::tuple<std::uint16_t, bool, const char*, bool> cases[] = {
+        {65533, false, "62 32765", true},
+        {65535, false, "62 32767", true},
+        {65535, true, "62 -32767", true},
+        {65533, true, "62 -65533", false}};
+    for (const auto& [index, off, noted, isWritten] : cases) {
+        const auto database = readWhole(replaced(file(kModernSample), file(kRed), file(noted)));
+        const auto* const read = find<KdDbLayerTableRecord>(*database, 0x11);
+        EXPECT_TRUE(read->color().colorIndex() == index && read->isOff() == off) << noted;
+        if (isWritten)
+            expectReplaced<KdDbLayerTableRecord>(0x11, {{kRed, noted}}, [&](auto& layer) {
+                layer.setColor(colorOf(index));
+                layer.setIsOff(off);
+            });
     }
-    const std::string earlier = replaced(file(kModernSample), file(red), file("62 -65533"));
-    const auto database = readWhole(earlier);
-    const auto* const layer = find<KdDbLayerTableRecord>(*database, 0x11);
-    EXPECT_EQ(layer->color().colorIndex(), 65533);
-    EXPECT_TRUE(layer->isOff());
 }
 
 TEST_F(DrawingRoundTrip, ListsGrowAndShrink)
@@ -228,8 +225,7 @@ TEST_F(DrawingRoundTrip, ARenamedRecordIsNamedAnewByAllThatNameIt)
 TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
 {
     const std::string text = file(kModernSample);
-    const auto database = readWhole(text);
-    kddbHostApplicationServices()->setWorkingDatabase(database.get());
+    const auto database = readToWorkOn(text);
     auto* const line = new KdDbLine({1, 2, 3}, {4, 5, 6});
     line->setLayer(database->clayer());
     addEntityToBlock(L"Винт", line);

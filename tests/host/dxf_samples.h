@@ -1,11 +1,8 @@
 #pragma once
 
-#include "korra/host.h"
 #include "objects/contents.h"
 #include "support/dxf_notes.h"
-#include "support/objects.h"
-
-#include <gtest/gtest.h>
+#include "support/room_test.h"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,6 @@
 #include "kd/ap.h"
 
 #include "support/room_test.h"
-#include "support/variables.h"
 
 #include <stdexcept>
 

@@ -3,7 +3,6 @@
 #include "korra/modules.h"
 #include "platform/text.h"
 #include "support/room_test.h"
-#include "support/support_folder.h"
 
 #include <filesystem>
 

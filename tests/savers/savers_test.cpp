@@ -1,7 +1,6 @@
 #include "orvex/savers.h"
 
 #include "support/room_test.h"
-#include "support/variables.h"
 
 #include "kd/ap.h"
 

@@ -1,7 +1,6 @@
 #include "orvex/text_styles.h"
 
 #include "support/room_test.h"
-#include "support/support_folder.h"
 #include "tables/messages.h"
 
 #include <optional>
