@@ -143,20 +143,25 @@ TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
 
 TEST_F(ForeignDrawing, KeepsLayoutsThatLieInNoBlockOrInNoDictionary)
 {
-    const std::string sample = file(kModernSample);
-    const std::string model = replaced(replaced(sample, "340\n30\n", "340\n0\n"),
-                                       "71\n     0\n330\n20\n", "71\n0\n330\nEE\n");
+    using Replacements = std::vector<std::pair<const char*, const char*>>;
+    const auto sampleWith = [](const Replacements& replacements) {
+        std::string text = file(kModernSample);
+        for (const auto& [what, by] : replacements)
+            text = replaced(text, file(what), file(by));
+        return text;
+    };
+    const std::string model =
+        sampleWith({{"340 30", "340 0"}, {"71      0; 330 20", "71 0; 330 EE"}});
     const auto withModel = readWhole(model);
     EXPECT_EQ(korra::drawingText(*withModel), model);
     EXPECT_EQ(korra::setCurrentLayout(withModel->contents(), L"MODEL"), Kdapi::eOk);
 
-    const std::string sheet = replaced(replaced(replaced(sample, "340\n31\n", "340\n0\n"),
-                                                "71\n     1\n330\n21\n", "71\n1\n330\nEE\n"),
-                                       "Blatt 1\n350", "Layout1\n350");
-    const std::string unentered =
-        replaced(replaced(sample, "Blatt 1\n350\n31\n", "Blatt 1\n350\n61\n"),
-                 "350\n61\n  0\nDICTIONARY", "350\n62\n  0\nDICTIONARY");
-    const std::string otherCase = replaced(sample, "ACAD_LAYOUT", "Acad_Layout");
+    const std::string sheet = sampleWith({{"340 31", "340 0"},
+                                          {"71      1; 330 21", "71 1; 330 EE"},
+                                          {"3 Blatt 1; 350 31", "3 Layout1; 350 31"}});
+    const std::string unentered = sampleWith(
+        {{"3 Blatt 1; 350 31", "3 Blatt 1; 350 61"}, {"3 Mine; 350 61", "3 Mine; 350 62"}});
+    const std::string otherCase = sampleWith({{"3 ACAD_LAYOUT", "3 Acad_Layout"}});
     for (const std::string& text : {sheet, unentered, otherCase}) {
         const auto database = readWhole(text);
         EXPECT_EQ(korra::drawingText(*database), text);

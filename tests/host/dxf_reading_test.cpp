@@ -163,12 +163,12 @@ TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInForAndKept)
         "0 INSERT; 5 B; 2 lost; 0 LINE; 5 C; 0 ENDSEC; 0 EOF");
     const auto database = readWhole(text);
     const auto& written = *find<KdDbText>(*database, 0xA);
-    EXPECT_EQ(nameOf(written.layerId()), L"lost");
-    EXPECT_EQ(nameOf(written.linetypeId()), L"ByLayer");
-    EXPECT_EQ(nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()), L"Continuous");
+    EXPECT_THAT((std::vector{nameOf(written.layerId()), nameOf(written.linetypeId()),
+                             nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()),
+                             nameOf(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord()),
+                             nameOf(find<KdDbLine>(*database, 0xC)->layerId())}),
+                ElementsAre(L"lost", L"ByLayer", L"Continuous", L"(none)", L"0"));
     EXPECT_EQ(written.textStyle(), database->textstyle());
-    EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord()), L"(none)");
-    EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
 
     changeObject<KdDbText>(*database, 0xA, [](auto& changing) { changing.setHeight(2); });
     EXPECT_THAT(

@@ -242,22 +242,6 @@ TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
                  file("0 ENDBLK; 5 45"), file(added + "0 ENDBLK; 5 45")));
 }
 
-TEST_F(DrawingRoundTrip, ANewDrawingReadsBackTheSame)
-{
-    KdDbDatabase drawing;
-    kddbHostApplicationServices()->setWorkingDatabase(&drawing);
-    addEntity(new KdDbLine({0, 0, 0}, {1.0 / 3.0, 1e-20, 12345678.9}));
-    addEntity(new KdDbText({1, 2, 0}, L"Größe ^J\t漢字 😀", 2.5, 0.7));
-    addEntityToBlock(L"Bolt", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1.0));
-    addEntity(new KdDbBlockReference({7, 7, 0}, blockId(L"Bolt")));
-    addEntity(new KdDbAlignedDimension({0, 0, 0}, {10, 0, 0}, {5, 5, 0}));
-
-    const std::string text = drawingText(drawing);
-    const auto again = readWhole(text);
-    EXPECT_EQ(drawingText(*again), text);
-    EXPECT_EQ(again->contents().slots.size(), drawing.contents().slots.size());
-}
-
 TEST_F(DrawingRoundTrip, AnEarlyDrawingGrowsByWhatIsAdded)
 {
     const std::string text = changed(withEntities("0 LINE; 5 A; 8 0"), [](const auto& database) {
