@@ -71,20 +71,21 @@ TEST_F(BinaryDrawing, IsSavedAsAscii)
     for (const Codes codes : {Codes::oneByte, Codes::twoBytes}) {
         codes_ = codes;
         const std::string drawing = withTags(
-            text(5, "AB") + text(8, "0") + real(10, 0.1) + real(20, -1.5e-300) + whole(70, -3, 2) +
-            whole(90, -70000, 4) + text(1, "two\r\nlines") + text(3, "") + real(140, 1.0 / 3.0) +
-            whole(160, -5000000000, 8) + whole(179, 32767, 2) + real(210, 1.0) + whole(289, 7, 2) +
-            whole(290, 1, 1) + bytes(310, std::string("\0\x0A\xFF", 3)) + text(330, "CD") +
-            whole(370, -1, 2) + text(390, "EF") + whole(420, 0x102030, 4) + whole(450, -2, 4) +
-            real(460, 2.0) + text(1001, "MINE") + bytes(1004, "") + real(1059, -7.25) +
+            text(5, "AB") + text(8, "EOF") + real(10, 0.1) + real(20, -1.5e-300) +
+            whole(70, -3, 2) + whole(90, -70000, 4) + text(1, "two\r\nlines") + text(3, "") +
+            real(140, 1.0 / 3.0) + whole(160, -5000000000, 8) + whole(179, 32767, 2) +
+            real(210, 1.0) + whole(289, 7, 2) + whole(290, 1, 1) +
+            bytes(310, std::string("\0\x0A\xFF", 3)) + text(330, "CD") + whole(370, -1, 2) +
+            text(390, "EF") + whole(420, 0x102030, 4) + whole(450, -2, 4) + real(460, 2.0) +
+            text(481, "GH") + text(1001, "MINE") + bytes(1004, "") + real(1059, -7.25) +
             whole(1070, 5, 2) + whole(1071, -70000, 4));
         const std::string behind = codes == Codes::oneByte ? std::string(50, '\x1A') : "";
-        const std::string ascii =
-            file("999 made by hand; 0 SECTION; 2 ENTITIES; 0 THING; 5 AB; 8 0; 10 0.1\n"
-                 "20 -1.5e-300; 70 -3; 90 -70000; 1 two^M^Jlines; 3 ; 140 0.3333333333333333\n"
-                 "160 -5000000000; 179 32767; 210 1; 289 7; 290 1; 310 000AFF; 330 CD\n"
-                 "370 -1; 390 EF; 420 1056816; 450 -2; 460 2; 1001 MINE; 1004 ; 1059 -7.25\n"
-                 "1070 5; 1071 -70000; 0 ENDSEC; 0 EOF\n");
+        const std::string ascii = file(
+            "999 made by hand; 0 SECTION; 2 ENTITIES; 0 THING; 5 AB; 8 EOF; 10 0.1\n"
+            "20 -1.5e-300; 70 -3; 90 -70000; 1 two^M^Jlines; 3 ; 140 0.3333333333333333\n"
+            "160 -5000000000; 179 32767; 210 1; 289 7; 290 1; 310 000AFF; 330 CD\n"
+            "370 -1; 390 EF; 420 1056816; 450 -2; 460 2; 481 GH; 1001 MINE; 1004 ; 1059 -7.25\n"
+            "1070 5; 1071 -70000; 0 ENDSEC; 0 EOF\n");
         EXPECT_EQ(korra::drawingText(*readWhole(drawing + behind)), ascii + behind);
         const std::string bare = replaced(drawing, text(999, "made by hand"), "");
         EXPECT_EQ(korra::drawingText(*readWhole(bare)), replaced(ascii, "999\nmade by hand\n", ""));

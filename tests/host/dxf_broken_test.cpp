@@ -76,6 +76,7 @@ TEST_F(BrokenDrawing, FramesThatAreNotClosedAndWhatComesTwice)
 {
     const Refusal cases[] = {
         {"0 SECTION; 0 ENDSEC", "2: a section has no name"},
+        {"0 SECTION; 2 HEADER; 0 A; 9 $B; 0 ENDSEC", "6: ENDSEC was expected, not \"A\""},
         {"0 SECTION; 2 A; 0 SECTION; 2 B", "6: ENDSEC was expected, not \"SECTION\""},
         {"0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 0 ENDSEC",
          "10: ENDTAB was expected, not \"ENDSEC\""},

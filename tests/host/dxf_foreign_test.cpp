@@ -90,16 +90,18 @@ TEST_F(ForeignDrawing, EndsTheHeaderInItsMidst)
 
 TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
 {
-    const std::string text =
+    const std::string tooFew =
         file("0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 5 1; 70 1\n"
              "0 LAYER; 5 A; 2 0; 6 CONTINUOUS; 0 LAYER; 5 B; 2 Walls; 6 CONTINUOUS\n"
              "0 ENDTAB; 0 ENDSEC; 0 SECTION; 2 BLOCKS; 0 BLOCK; 5 C; 0 LINE; 5 D; 0 ENDBLK\n"
              "0 BLOCK; 5 E; 0 ENDBLK; 0 ENDSEC; 0 EOF\n");
-    const auto database = readWhole(text);
-    EXPECT_EQ(korra::drawingText(*database), text);
-
-    addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
-    EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
+    const std::string tooMany = replaced(tooFew, "\n 70\n1\n", "\n 70\n9\n");
+    for (const auto& [text, count] : {std::pair(tooFew, "\n 70\n3\n"), {tooMany, "\n 70\n9\n"}}) {
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        addTo(*database, [] { return addLayer(L"Third"); });
+        EXPECT_THAT(korra::drawingText(*database), HasSubstr(count));
+    }
 }
 
 TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
@@ -173,7 +175,7 @@ TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
 {
     const std::string text = withEntities("0 LINE; 5 A");
     for (const std::string& blank :
-         {std::string(), std::string("\n\x1A"), std::string(99999, '\0')})
+         {std::string(), std::string("\n \x1A"), std::string(99999, '\0')})
         EXPECT_THAT(notesOnKept(text + blank), IsEmpty());
     const char* note =
         "sample.dxf:13: what stands behind the end of the drawing is kept but not read";

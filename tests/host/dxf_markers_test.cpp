@@ -60,6 +60,7 @@ TEST_F(ClassMarkers, OfWhatIsNewBeginAsTheOnesThatAreThere)
     auto* const polyline = new KdDb3dPolyline;
     polyline->appendVertex(new KdDbVertex({1, 2, 3}, 0));
     addEntity(polyline);
+    addEntity(new KdDb2dPolyline); // without vertices
     auto* const reference = new KdDbBlockReference({0, 0, 0}, blockId(L"Part"));
     Open<KdDbBlockReference>(addEntity(reference))->createExtensionDictionary();
     const std::string saved = drawingText(*drawing);
@@ -85,10 +86,16 @@ TEST_F(ClassMarkers, OfWhatIsNewBeginAsTheOnesThatAreThere)
 TEST_F(ClassMarkers, AreNotWrittenWhereTheDrawingHasNoneThatIsKnown)
 {
     static const std::regex markers("100\n.*\n");
-    for (const char* others : {"", "100\nStrange\n"}) {
-        const auto drawing = readToWorkOn(std::regex_replace(drawingWith("Xy"), markers, others));
+    const std::string marked = drawingWith("Xy");
+    for (const std::string& text :
+         {std::regex_replace(marked, markers, ""),
+          std::regex_replace(marked, markers, "100\nStrange\n"),
+          withEntities("0 LINE; 5 A; 100 XyEntity; 8 0; 100 OtherLine; 10 0.0; 20 0.0")}) {
+        const auto drawing = readToWorkOn(text);
         addEntity(new KdDbPoint({1, 2, 3}));
-        EXPECT_THAT(outlines(drawingText(*drawing)), Contains("POINT 5 8 10 20 30"));
+        addLayer(L"New");
+        EXPECT_THAT(outlines(drawingText(*drawing)),
+                    IsSupersetOf({"POINT 5 8 10 20 30", "TABLE 5 2 70"}));
     }
 }
 

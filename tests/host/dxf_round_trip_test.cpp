@@ -257,6 +257,7 @@ TEST_F(DrawingRoundTrip, AnEarlyDrawingGrowsByWhatIsAdded)
     const KdDbObjectId dictionary = find<KdDbLine>(*again, 0xA)->extensionDictionary();
     EXPECT_THAT(text, HasSubstr(file("0 LINE; 5 A; 102 {ACAD_XDICTIONARY; 360 " +
                                      traceForm(dictionary) + "; 102 }; 8 0")));
+    EXPECT_THAT(text, HasSubstr(file("0 DICTIONARY; 5 " + traceForm(dictionary) + "; 330 A")));
     EXPECT_THAT(text, HasSubstr(file("0 POINT; 67 1")));
     EXPECT_FALSE(again->layoutDictionaryId().isNull());
     EXPECT_EQ(drawingText(*again), text);

@@ -41,16 +41,20 @@ constexpr double kInfinite = std::numeric_limits<double>::infinity();
 TEST_F(DrawingSaving, MakesAFileOrReplacesTheOneBehindALinkAndKeepsItsPermissions)
 {
     folder_.write("real.dxf", "old");
-    ASSERT_EQ(chmod(path("real.dxf").c_str(), 0640), 0);
+    ASSERT_EQ(chmod(path("real.dxf").c_str(), 02640), 0);
     fs::create_symlink(path("real.dxf"), path("link.dxf"));
     const auto database = readWhole(text_);
     EXPECT_TRUE(korra::writeDrawing(*database, path("link.dxf")).done);
-    EXPECT_TRUE(korra::writeDrawing(*database, path("new.dxf")).done);
+    folder_.write("other", "");
+    for (const char* made : {"new.dxf", "newer.dxf"}) {
+        EXPECT_TRUE(korra::writeDrawing(*database, path(made)).done);
+        EXPECT_EQ(fs::status(path(made)).permissions(), fs::status(path("other")).permissions());
+    }
     EXPECT_TRUE(fs::is_symlink(path("link.dxf")));
-    EXPECT_EQ(static_cast<unsigned>(fs::status(path("real.dxf")).permissions()), 0640u);
+    EXPECT_EQ(static_cast<unsigned>(fs::status(path("real.dxf")).permissions()), 02640u);
     EXPECT_EQ(folder_.contentsOf("real.dxf"), text_);
     EXPECT_EQ(folder_.contentsOf("new.dxf"), text_);
-    EXPECT_EQ(filesInFolder(), 3);
+    EXPECT_EQ(filesInFolder(), 5);
     KdDbDatabase again(false);
     EXPECT_TRUE(korra::readDrawing(again, path("link.dxf")).done);
 }
@@ -143,15 +147,17 @@ Change changing(std::uint64_t handle, void (*change)(T& object))
 
 TEST_F(DrawingSaving, RefusesWhatNobodyCouldReadAgainAndNamesTheObject)
 {
-    static const std::wstring tooLong(1500000, L'x');
+    static const std::wstring tooLong(1 << 20, L'x');
     const std::pair<const char*, Change> cases[] = {
         {"LINE 46: a number is not finite", [](auto& drawing) { scaleEntities(drawing, 1e308); }},
         {"ATTRIB 59: an angle is not finite",
          changing<KdDbText>(0x59, [](auto& text) { text.setRotation(1e308); })},
         {"ATTRIB 59: a text is longer than a megabyte",
          changing<KdDbText>(0x59, [](auto& text) { text.setTextString(tooLong.c_str()); })},
-        {"LINE 50: the colour 300 is none",
-         changing<KdDbLine>(0x50, [](auto& line) { line.setColor(colorOf(300)); })},
+        {"LINE 50: the colour 258 is none",
+         changing<KdDbLine>(0x50, [](auto& line) { line.setColor(colorOf(258)); })},
+        {"LAYER 11: the colour 32765 is none",
+         changing<KdDbLayerTableRecord>(0x11, [](auto& layer) { layer.setColor(colorOf(32765)); })},
         {"LINE 50: a number is not finite", // in extended data
          changing<KdDbLine>(
              0x50,
@@ -189,8 +195,8 @@ TEST_F(DrawingSaving, GivesHandlesUpToTheLastAndThenTheFreeOnesFromTheFirst)
 {
     for (const char* handle : {"7FFFFFFFFFFFFFFE", "7FFFFFFFFFFFFFFF"}) {
         const std::string text = file("0 SECTION; 2 HEADER; 9 $HANDSEED; 5 " + std::string(handle) +
-                                      "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 " + handle +
-                                      "; 8 0; 0 ENDSEC; 0 EOF");
+                                      "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 1; 0 LINE; 5 " +
+                                      handle + "; 8 0; 0 ENDSEC; 0 EOF");
         const auto database = readToWorkOn(text);
         addEntityToBlock(L"New", new KdDbLine);
         addEntity(new KdDbBlockReference(KdGePoint3d::kOrigin, blockId(L"New")));
