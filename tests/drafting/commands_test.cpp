@@ -2,12 +2,7 @@
 
 #include "drafting_test.h"
 
-#include "support/objects.h"
-#include "support/variables.h"
-
 #include <sstream>
-
-using namespace tests;
 
 namespace {
 
@@ -78,15 +73,14 @@ TEST_F(DraftingTest, PickinfoSaysWhatWasPicked)
     EXPECT_EQ(run("PICKINFO", {"\\miss"}), "\nSelect an object: \\miss\npicked none -5001");
 
     const std::string dimension = hex(addEntity(newDimension()));
-    EXPECT_THAT(run("PICKINFO", {"20,10"}),
-                ::testing::HasSubstr("\npicked KdDbDimension " + dimension + '\n'))
+    EXPECT_THAT(run("PICKINFO", {"20,10"}), HasSubstr("\npicked KdDbDimension " + dimension + '\n'))
         << "every dimension is of one class";
 }
 
 TEST_F(DraftingTest, SegmentAddsTheCopyToTheCurrentSpace)
 {
     addEntity(newPolyline({{0, 0}, {10, 0, 1.0}, {10, 10}}));
-    EXPECT_THAT(last("SEGMENT", {"15,5"}), ::testing::StartsWith("segment KdDbArc "));
+    EXPECT_THAT(last("SEGMENT", {"15,5"}), StartsWith("segment KdDbArc "));
     EXPECT_EQ(run("SEGMENT", {"500,500"}),
               "\nSelect an object to copy: 500,500\nsegment none -5001");
 }

@@ -1,22 +1,20 @@
 #pragma once
 
-#include "support/drawing.h"
-#include "support/host_test.h"
+#include "support/room_test.h"
 
 /// Runs the commands of the add-on, loaded into a fresh host.
-class DraftingTest : public tests::HostTest {
+class DraftingTest : public HostTest {
 protected:
-    void SetUp() override
+    DraftingTest()
     {
-        HostTest::SetUp();
-        ASSERT_TRUE(kdrxLoadModule(L"drafting", false, false));
+        EXPECT_TRUE(kdrxLoadModule(L"drafting", false, false));
         printed();
     }
 
     /// What a command prints behind its inputs.
     static std::string run(const std::string& command, const std::vector<std::string>& inputs = {})
     {
-        tests::give(inputs);
+        give(inputs);
         EXPECT_TRUE(korra::runCommand(command));
         return printed();
     }

@@ -3,11 +3,8 @@
 #include "drafting_test.h"
 
 #include "support/dxf_notes.h"
-#include "support/support_folder.h"
 
 #include <sstream>
-
-using namespace tests;
 
 namespace {
 
@@ -68,7 +65,7 @@ TEST_F(DraftingTest, TablesOfOthersAreListedAndSavedWithTheChangesOfARecordAlone
         for (int number = 0; number < kRecords; ++number)
             names += script.word + std::to_string(number) + '\n';
         for (const char* list : {"LAYLIST", "LTLIST", "TSLIST", "DSLIST"})
-            EXPECT_THAT(run(list), ::testing::HasSubstr(names)) << list;
+            EXPECT_THAT(run(list), HasSubstr(names)) << list;
         EXPECT_TRUE(isWrittenAs(text));
 
         const std::string name = script.word + "217";

@@ -2,10 +2,6 @@
 
 #include "drafting_test.h"
 
-#include "support/objects.h"
-
-using namespace tests;
-
 namespace {
 
 TEST_F(DraftingTest, EachCommandPrintsNameAndResult)
@@ -46,7 +42,7 @@ TEST_F(DraftingTest, DimensionStylesHaveTheHousesValues)
     EXPECT_THAT((std::vector<double>{style->dimtxt(), style->dimasz(), double(style->dimdec()),
                                      style->dimtfac(), style->dimexe(), style->dimgap(),
                                      double(style->dimtih()), double(style->dimtoh())}),
-                ::testing::ElementsAre(5, 3, 2, 0.707, 2, 1, false, true));
+                ElementsAre(5, 3, 2, 0.707, 2, 1, false, true));
 }
 
 } // namespace

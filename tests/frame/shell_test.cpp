@@ -2,7 +2,6 @@
 
 #include "kd/rx.h"
 #include "support/room_test.h"
-#include "support/variables.h"
 
 namespace {
 

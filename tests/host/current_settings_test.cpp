@@ -4,7 +4,6 @@
 #include "dxf_samples.h"
 
 #include "kd/gi.h"
-#include "support/room_test.h"
 
 #include <numbers>
 
@@ -18,7 +17,14 @@ using TextStyle = Open<KdDbTextStyleTableRecord>;
 class CurrentSettings : public HostTest {
 protected:
     /// The drawing as another program would read it.
-    std::unique_ptr<KdDbDatabase> reread() { return dxf::readWhole(drawingText(database())); }
+    std::unique_ptr<KdDbDatabase> reread()
+    {
+        const std::string text = drawingText(database());
+        auto again = dxf::readWhole(text);
+        EXPECT_EQ(drawingText(*again), text);
+        EXPECT_EQ(again->contents().slots.size(), database().contents().slots.size());
+        return again;
+    }
 };
 
 TEST_F(CurrentSettings, SurviveAFile)
@@ -36,9 +42,9 @@ TEST_F(CurrentSettings, SurviveAFile)
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(36)), Kdapi::eInvalidInput);
 
     const auto again = reread();
-    EXPECT_EQ(again->clayer().handle(), layer.handle());
-    EXPECT_EQ(again->textstyle().handle(), text.handle());
-    EXPECT_EQ(again->dimstyle().handle(), dimension.handle());
+    EXPECT_THAT((std::vector{again->clayer().handle(), again->textstyle().handle(),
+                             again->dimstyle().handle()}),
+                ElementsAre(layer.handle(), text.handle(), dimension.handle()));
     EXPECT_EQ(again->cecolor(), colorOf(3));
     EXPECT_EQ(again->measurement(), KdDb::kMetric);
     EXPECT_EQ(again->celweight(), 35);
@@ -80,10 +86,10 @@ TEST_F(CurrentSettings, DimensionVariablesIncludeTheOverridesThatTheHeaderCarrie
 TEST_F(CurrentSettings, AStyleSetsThePlacesThatItsFitMeans)
 {
     KdDbDimStyleTableRecord style;
-    EXPECT_EQ(style.setDimfit(2), Kdapi::eOk);
-    EXPECT_EQ(style.dimatfit(), 2);
-    EXPECT_EQ(style.setDimfit(5), Kdapi::eOk);
-    EXPECT_EQ(style.dimatfit(), 3);
+    for (const auto& [fit, placing] : {std::pair(2, 2), {5, 3}}) {
+        EXPECT_EQ(style.setDimfit(fit), Kdapi::eOk);
+        EXPECT_EQ(style.dimatfit(), placing);
+    }
     EXPECT_EQ(style.setDimfit(6), Kdapi::eInvalidInput);
     EXPECT_EQ(style.setDimasz(-1.0), Kdapi::eInvalidInput);
 }

@@ -9,11 +9,7 @@ namespace {
 
 class DataTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        addRecord<KdDbRegAppTable, KdDbRegAppTableRecord>(L"SHAPES");
-    }
+    DataTest() { addRecord<KdDbRegAppTable, KdDbRegAppTableRecord>(L"SHAPES"); }
 };
 
 TEST_F(DataTest, ExtendedDataOfEveryTypeComesBackAsItWasGiven)

@@ -3,7 +3,6 @@
 #include "dimension_test.h"
 #include "dxf_samples.h"
 #include "support/ge_samples.h"
-#include "support/room_test.h"
 
 #include <cmath>
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "host/recording_sink.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include "tables/dimension_variables.h"
 
@@ -68,11 +67,7 @@ protected:
     /// Variables of the style by name.
     using Changes = std::vector<std::pair<const wchar_t*, KdDbDimensionValue>>;
 
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        measure(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0}));
-    }
+    DimensionTest() { measure(new KdDbRotatedDimension(0.0, {0, 0, 0}, {40, 0, 0}, {0, 10, 0})); }
 
     void measure(KdDbDimension* dimension) { id_ = addEntity(dimension); }
 

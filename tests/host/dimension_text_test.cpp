@@ -1,5 +1,4 @@
 #include "dimension_test.h"
-#include "support/room_test.h"
 
 #include "dimensions/dimension_text.h"
 

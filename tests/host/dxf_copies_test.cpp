@@ -1,9 +1,8 @@
-// Every field of an entity is read, copied and written: a copy, which has no text of its own, is
-// written with all that its original's text says.
+// Every field of an object is read, copied and written: a copy, which has no text of its own, is
+// written with all that its original's text says, each field behind the class marker that it
+// belongs to. The prefix of the markers is the drawing's own.
 
 #include "dxf_samples.h"
-
-#include "support/host_test.h"
 
 #include <regex>
 
@@ -11,7 +10,7 @@ namespace tests::dxf {
 namespace {
 
 /// Records that the entities name.
-constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1009; 0 ENDSEC
+constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1021; 0 ENDSEC
 0 SECTION; 2 TABLES
 0 TABLE; 2 LTYPE; 5 1
 0 LTYPE; 5 11; 2 DASHED; 70 0; 3; 72 65; 73 0; 40 0.0; 0 ENDTAB
@@ -29,48 +28,58 @@ constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC100
 0 SECTION; 2 ENTITIES
 )";
 
-constexpr std::string_view kEntity = "; 8 Walls; 6 DASHED; 62 3; 370 25; 48 2; 60 1";
+constexpr std::string_view kEntity =
+    "; 330 20; 100 XyEntity; 8 Walls; 6 DASHED; 62 3; 370 25; 48 2; 60 1";
 
 struct Kind {
-    std::string_view type;        ///< of a dimension with its flags
-    std::string_view fields;      ///< none has its default, so that each is written
-    std::string_view others = ""; ///< its parts; for a record, tables with what it names
+    std::string_view type;   ///< of a dimension with its flags
+    std::string_view fields; ///< none has its default, so that each is written
+    std::string_view parts = "";
 };
 
 constexpr Kind kKinds[] = {
-    {"LINE", "39 1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 210 0; 220 1; 230 0"},
-    {"CIRCLE", "39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0"},
-    {"ARC", "39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0; 50 30; 51 90"},
-    {"POINT", "10 1; 20 2; 30 3; 39 1; 210 0; 220 1; 230 0"},
-    {"LWPOLYLINE",
-     "90 2; 70 1; 43 1; 38 2; 39 3; 10 1; 20 2; 40 3; 41 4; 42 0.5; 10 5; 20 6; 210 0; "
-     "220 1; 230 0"},
-    {"POLYLINE", "66 1; 10 0; 20 0; 30 2; 39 1; 70 1; 40 3; 41 4; 75 5; 210 0; 220 1; 230 0",
-     "0 VERTEX; 5 A1; 8 Walls; 10 1; 20 2; 30 3; 40 4; 41 5; 42 0.5; 70 16; 50 45\n"
-     "0 SEQEND; 5 A2\n"},
-    {"TEXT",
-     "39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; 71 2; 72 1; 11 "
-     "4; 21 5; 31 6; 210 0; 220 1; 230 0; 73 2"},
-    {"ATTDEF",
-     "39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; 71 2; 72 1; 11 "
-     "4; 21 5; 31 6; 210 0; 220 1; 230 0; 74 2; 3 which?; 2 TAG; 70 8; 73 12"},
-    {"MTEXT",
-     "10 1; 20 2; 30 3; 40 2.5; 41 30; 71 5; 72 3; 1 text; 7 Notes; 210 0; 220 1; 230 0; 11 "
-     "0; 21 0; 31 1; 73 2; 44 1.5"},
+    {"LINE", "100 XyLine; 39 1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 210 0; 220 1; 230 0"},
+    {"CIRCLE", "100 XyCircle; 39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0"},
+    {"ARC",
+     "100 XyCircle; 39 1; 10 1; 20 2; 30 3; 40 4; 210 0; 220 1; 230 0; 100 XyArc; 50 30; 51 90"},
+    {"POINT", "100 XyPoint; 10 1; 20 2; 30 3; 39 1; 210 0; 220 1; 230 0"},
+    {"LWPOLYLINE", "100 XyPolyline; 90 2; 70 1; 43 1; 38 2; 39 3; 10 1; 20 2; 40 3; 41 4; 42 0.5; "
+                   "10 5; 20 6; 210 0; "
+                   "220 1; 230 0"},
+    {"POLYLINE",
+     "100 Xy2dPolyline; 66 1; 10 0; 20 0; 30 2; 39 1; 70 1; 40 3; 41 4; 75 5; 210 0; 220 1; 230 0",
+     "0 VERTEX; 5 A1; 330 A0; 100 XyEntity; 8 Walls; 100 XyVertex; 100 Xy2dVertex; 10 1; 20 2; 30 "
+     "3; 40 4; 41 5; 42 0.5; 70 16; 50 45\n"
+     "0 SEQEND; 5 A2; 330 A0; 100 XyEntity; 8 0\n"},
+    {"TEXT", "100 XyText; 39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; "
+             "71 2; 72 1; 11 "
+             "4; 21 5; 31 6; 210 0; 220 1; 230 0; 100 XyText; 73 2"},
+    {"ATTDEF", "100 XyText; 39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15; 7 Notes; "
+               "71 2; 72 1; 11 "
+               "4; 21 5; 31 6; 210 0; 220 1; 230 0; 100 XyAttributeDefinition; 74 2; 3 which?; 2 "
+               "TAG; 70 8; 73 12"},
+    {"MTEXT", "100 XyMText; 10 1; 20 2; 30 3; 40 2.5; 41 30; 71 5; 72 3; 1 text; 7 Notes; 210 0; "
+              "220 1; 230 0; 11 "
+              "0; 21 0; 31 1; 73 2; 44 1.5"},
     {"INSERT",
-     "66 1; 2 Part; 10 1; 20 2; 30 3; 41 4; 42 5; 43 6; 50 30; 70 2; 71 3; 44 7; 45 8; 210 "
+     "100 XyBlockReference; 66 1; 2 Part; 10 1; 20 2; 30 3; 41 4; 42 5; 43 6; 50 30; 70 2; 71 3; "
+     "44 7; 45 8; 210 "
      "0; 220 1; 230 0",
-     "0 ATTRIB; 5 A1; 8 Walls; 10 1; 20 2; 30 3; 40 2.5; 1 value; 2 TAG; 70 8; 73 12\n"
-     "0 SEQEND; 5 A2\n"},
-    {"DIMENSION 160", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30; 50 60"},
-    {"DIMENSION 161", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30"},
-    {"DIMENSION 162", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1; 16 2; 26 2; 36 2"},
-    {"DIMENSION 163", "15 4; 25 5; 35 6; 40 2"},
-    {"DIMENSION 164", "15 4; 25 5; 35 6; 40 2"},
-    {"DIMENSION 165", "13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1"},
-    {"VIEWPORT",
-     "10 1; 20 2; 30 3; 40 4; 41 5; 68 2; 69 3; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; "
-     "37 3; 42 35; 45 9; 51 30; 90 1"},
+     "0 ATTRIB; 5 A1; 330 A0; 100 XyEntity; 8 Walls; 100 XyText; 10 1; 20 2; 30 3; 40 2.5; 1 "
+     "value; 100 XyAttribute; 2 TAG; 70 8; 73 12\n"
+     "0 SEQEND; 5 A2; 330 A0; 100 XyEntity; 8 0\n"},
+    {"DIMENSION 160", "100 XyAlignedDimension; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30; 50 60; "
+                      "100 XyRotatedDimension"},
+    {"DIMENSION 161", "100 XyAlignedDimension; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 52 30"},
+    {"DIMENSION 162", "100 Xy2LineAngularDimension; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 "
+                      "8; 35 1; 16 2; 26 2; 36 2"},
+    {"DIMENSION 163", "100 XyDiametricDimension; 15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION 164", "100 XyRadialDimension; 15 4; 25 5; 35 6; 40 2"},
+    {"DIMENSION 165",
+     "100 Xy3PointAngularDimension; 13 1; 23 2; 33 3; 14 4; 24 5; 34 6; 15 7; 25 8; 35 1"},
+    {"VIEWPORT", "100 XyViewport; 10 1; 20 2; 30 3; 40 4; 41 5; 68 2; 69 3; 12 1; 22 2; 16 0; 26 "
+                 "1; 36 1; 17 1; 27 2; "
+                 "37 3; 42 35; 45 9; 51 30; 90 1"},
 };
 
 std::string noteOf(const Kind& kind)
@@ -78,12 +87,12 @@ std::string noteOf(const Kind& kind)
     const std::string type(kind.type.substr(0, kind.type.find(' ')));
     std::string note = "0 " + type + "; 5 A0" + std::string(kEntity) + "; ";
     if (type == "DIMENSION")
-        note.append("2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
+        note.append("100 XyDimension; 2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6; 70 ")
             .append(kind.type.substr(type.size() + 1))
             .append("; 1 <>; 71 6; 42 7; 53 30; 51 15; 3 House; 210 0; 220 1; 230 0; ");
     return note.append(kind.fields)
         .append("; 1001 ACAD; 1000 Ж; 1004 0AFF; 1010 1; 1020 2; 1030 3; 1040 0.5; 1071 -70000\n")
-        .append(kind.others);
+        .append(kind.parts);
 }
 
 /// The text without what a copy has of its own: handles, the block of a dimension's graphics and
@@ -91,7 +100,7 @@ std::string noteOf(const Kind& kind)
 std::string withoutIdentity(const std::string& text)
 {
     static const std::regex identity(
-        "(  5|105)\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
+        "(  5|105|330)\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
     return std::regex_replace(text, identity, "");
 }
 
@@ -110,25 +119,32 @@ TEST_F(DrawingCopies, OfEntitiesAreWrittenWithAllThatTheirOriginalsSay)
 {
     for (const Kind& kind : kKinds) {
         const std::string original = file(noteOf(kind));
-        const auto drawing = readWhole(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
-        kddbHostApplicationServices()->setWorkingDatabase(drawing.get());
+        const auto drawing = readToWorkOn(file(kTables) + original + file("0 ENDSEC\n0 EOF\n"));
         addEntity(static_cast<KdDbEntity*>(find<KdDbEntity>(*drawing, 0xA0)->clone()));
         EXPECT_EQ(withoutIdentity(behind(korra::drawingText(*drawing), original)),
                   withoutIdentity(original));
     }
 }
 
-constexpr Kind kRecordKinds[] = {
-    {"LTYPE", "70 64; 3 _ _; 72 65; 73 2; 40 0.75; 49 0.5; 49 -0.25"},
-    {"LAYER", "70 7; 62 -3; 6 Dots; 290 0; 370 25",
+struct RecordKind {
+    std::string_view type;
+    std::string_view stem; ///< of its marker
+    std::string_view fields;
+    std::string_view tables = ""; ///< with what it names
+};
+
+constexpr RecordKind kRecordKinds[] = {
+    {"APPID", "RegApp", "70 64"},
+    {"LTYPE", "Linetype", "70 64; 3 _ _; 72 65; 73 2; 40 0.75; 49 0.5; 49 -0.25"},
+    {"LAYER", "Layer", "70 7; 62 -3; 6 Dots; 290 0; 370 25",
      "0 TABLE; 2 LTYPE; 0 LTYPE; 2 Dots; 0 ENDTAB\n"},
-    {"STYLE", "70 4; 40 2; 41 0.8; 50 15; 71 2; 42 3; 3 txt; 4 big"},
-    {"UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
-    {"VPORT",
+    {"STYLE", "TextStyle", "70 4; 40 2; 41 0.8; 50 15; 71 2; 42 3; 3 txt; 4 big"},
+    {"UCS", "UCS", "70 64; 10 1; 20 2; 30 3; 11 0; 21 1; 31 0; 12 0; 22 0; 32 1"},
+    {"VPORT", "Viewport",
      "70 64; 12 1; 22 2; 16 0; 26 1; 36 1; 17 1; 27 2; 37 3; 40 4; 41 1.5; 42 35; 51 30; 110 "
      "1; 120 2; 130 3; 111 0; 121 1; 131 0; 112 0; 122 0; 132 1; 345 A7",
      "0 TABLE; 2 UCS; 0 UCS; 5 A7; 2 Named; 0 ENDTAB\n"},
-    {"DIMSTYLE",
+    {"DIMSTYLE", "DimStyle",
      "70 64; 3 <> m; 4 <> i; 5 T; 6 L; 7 R; 40 2; 41 3; 42 4; 43 5; 44 6; 45 7; 46 8; 47 9; 48 10; "
      "140 1; 141 2; 142 3; 143 4; 144 5; 145 6; 146 7; 147 8; 148 9; 71 1; 72 1; 73 0; 74 0; 75 1; "
      "76 1; 77 2; 78 3; 79 1; 170 1; 171 3; 172 1; 173 1; 174 1; 175 1; 176 1; 177 2; 178 3; 179 "
@@ -142,12 +158,13 @@ constexpr Kind kRecordKinds[] = {
 
 TEST_F(DrawingCopies, OfRecordsAreWrittenWithAllThatTheirOriginalsSay)
 {
-    for (const Kind& kind : kRecordKinds) {
+    for (const RecordKind& kind : kRecordKinds) {
         const std::string type(kind.type);
         const std::string original =
-            file("0 " + type + (type == "DIMSTYLE" ? "; 105 A0" : "; 5 A0") + "; 2 Original; " +
-                 std::string(kind.fields) + '\n');
-        const auto drawing = readWhole(file("0 SECTION; 2 TABLES\n" + std::string(kind.others) +
+            file("0 " + type + (type == "DIMSTYLE" ? "; 105 A0" : "; 5 A0") +
+                 "; 330 1; 100 XySymbolTableRecord; 100 Xy" + std::string(kind.stem) +
+                 "TableRecord; 2 Original; " + std::string(kind.fields) + '\n');
+        const auto drawing = readWhole(file("0 SECTION; 2 TABLES\n" + std::string(kind.tables) +
                                             "0 TABLE; 2 " + type + "; 5 1; 70 1\n") +
                                        original + file("0 ENDTAB; 0 ENDSEC; 0 EOF\n"));
         const auto& record = *find<KdDbSymbolTableRecord>(*drawing, 0xA0);

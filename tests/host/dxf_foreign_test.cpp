@@ -3,16 +3,11 @@
 #include "dxf_samples.h"
 
 #include "drawing/layouts.h"
-#include "support/host_test.h"
-#include "support/objects.h"
 
 #include <array>
 #include <set>
 
 using korra::ObjectAccess;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 namespace tests::dxf {
 namespace {
@@ -95,16 +90,18 @@ TEST_F(ForeignDrawing, EndsTheHeaderInItsMidst)
 
 TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
 {
-    const std::string text =
+    const std::string tooFew =
         file("0 SECTION; 2 TABLES; 0 TABLE; 2 LAYER; 5 1; 70 1\n"
              "0 LAYER; 5 A; 2 0; 6 CONTINUOUS; 0 LAYER; 5 B; 2 Walls; 6 CONTINUOUS\n"
              "0 ENDTAB; 0 ENDSEC; 0 SECTION; 2 BLOCKS; 0 BLOCK; 5 C; 0 LINE; 5 D; 0 ENDBLK\n"
              "0 BLOCK; 5 E; 0 ENDBLK; 0 ENDSEC; 0 EOF\n");
-    const auto database = readWhole(text);
-    EXPECT_EQ(korra::drawingText(*database), text);
-
-    addTo(*database, [] { return addRecord<KdDbLayerTable, KdDbLayerTableRecord>(L"Third"); });
-    EXPECT_NE(korra::drawingText(*database).find("\n 70\n3\n"), std::string::npos);
+    const std::string tooMany = replaced(tooFew, "\n 70\n1\n", "\n 70\n9\n");
+    for (const auto& [text, count] : {std::pair(tooFew, "\n 70\n3\n"), {tooMany, "\n 70\n9\n"}}) {
+        const auto database = readWhole(text);
+        EXPECT_EQ(korra::drawingText(*database), text);
+        addTo(*database, [] { return addLayer(L"Third"); });
+        EXPECT_THAT(korra::drawingText(*database), HasSubstr(count));
+    }
 }
 
 TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
@@ -148,20 +145,25 @@ TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
 
 TEST_F(ForeignDrawing, KeepsLayoutsThatLieInNoBlockOrInNoDictionary)
 {
-    const std::string sample = file(kModernSample);
-    const std::string model = replaced(replaced(sample, "340\n30\n", "340\n0\n"),
-                                       "71\n     0\n330\n20\n", "71\n0\n330\nEE\n");
+    using Replacements = std::vector<std::pair<const char*, const char*>>;
+    const auto sampleWith = [](const Replacements& replacements) {
+        std::string text = file(kModernSample);
+        for (const auto& [what, by] : replacements)
+            text = replaced(text, file(what), file(by));
+        return text;
+    };
+    const std::string model =
+        sampleWith({{"340 30", "340 0"}, {"71      0; 330 20", "71 0; 330 EE"}});
     const auto withModel = readWhole(model);
     EXPECT_EQ(korra::drawingText(*withModel), model);
     EXPECT_EQ(korra::setCurrentLayout(withModel->contents(), L"MODEL"), Kdapi::eOk);
 
-    const std::string sheet = replaced(replaced(replaced(sample, "340\n31\n", "340\n0\n"),
-                                                "71\n     1\n330\n21\n", "71\n1\n330\nEE\n"),
-                                       "Blatt 1\n350", "Layout1\n350");
-    const std::string unentered =
-        replaced(replaced(sample, "Blatt 1\n350\n31\n", "Blatt 1\n350\n61\n"),
-                 "350\n61\n  0\nDICTIONARY", "350\n62\n  0\nDICTIONARY");
-    const std::string otherCase = replaced(sample, "ACAD_LAYOUT", "Acad_Layout");
+    const std::string sheet = sampleWith({{"340 31", "340 0"},
+                                          {"71      1; 330 21", "71 1; 330 EE"},
+                                          {"3 Blatt 1; 350 31", "3 Layout1; 350 31"}});
+    const std::string unentered = sampleWith(
+        {{"3 Blatt 1; 350 31", "3 Blatt 1; 350 61"}, {"3 Mine; 350 61", "3 Mine; 350 62"}});
+    const std::string otherCase = sampleWith({{"3 ACAD_LAYOUT", "3 Acad_Layout"}});
     for (const std::string& text : {sheet, unentered, otherCase}) {
         const auto database = readWhole(text);
         EXPECT_EQ(korra::drawingText(*database), text);
@@ -173,7 +175,7 @@ TEST_F(ForeignDrawing, MayHaveSomethingBehindItsEnd)
 {
     const std::string text = withEntities("0 LINE; 5 A");
     for (const std::string& blank :
-         {std::string(), std::string("\n\x1A"), std::string(99999, '\0')})
+         {std::string(), std::string("\n \x1A"), std::string(99999, '\0')})
         EXPECT_THAT(notesOnKept(text + blank), IsEmpty());
     const char* note =
         "sample.dxf:13: what stands behind the end of the drawing is kept but not read";

@@ -3,13 +3,11 @@
 #include "dxf_samples.h"
 
 #include "drawing/layouts.h"
-#include "support/host_test.h"
 
 #include <cmath>
 #include <numbers>
 
 using korra::ObjectAccess;
-using ::testing::ElementsAre;
 
 namespace tests::dxf {
 namespace {
@@ -126,7 +124,7 @@ TEST_F(DrawingReading, EntitiesLieInTheBlockThatOwnerOrSectionSay)
 
     const auto early = readWhole(withEntities("0 LINE; 5 A; 330 9\n0 LINE; 5 B; 67 1"));
     EXPECT_THAT(entitiesOf(*early, L"*Model_Space"), ElementsAre(0xA));
-    EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), ::testing::Contains(0xB));
+    EXPECT_THAT(entitiesOf(*early, L"*Paper_Space"), Contains(0xB));
 }
 
 TEST_F(DrawingReading, LayoutsAndDictionariesAreThoseOfTheFile)
@@ -165,17 +163,17 @@ TEST_F(DrawingReading, MissingNamesAreMadeOrStoodInForAndKept)
         "0 INSERT; 5 B; 2 lost; 0 LINE; 5 C; 0 ENDSEC; 0 EOF");
     const auto database = readWhole(text);
     const auto& written = *find<KdDbText>(*database, 0xA);
-    EXPECT_EQ(nameOf(written.layerId()), L"lost");
-    EXPECT_EQ(nameOf(written.linetypeId()), L"ByLayer");
-    EXPECT_EQ(nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()), L"Continuous");
+    EXPECT_THAT((std::vector{nameOf(written.layerId()), nameOf(written.linetypeId()),
+                             nameOf(find<KdDbLayerTableRecord>(*database, 9)->linetypeObjectId()),
+                             nameOf(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord()),
+                             nameOf(find<KdDbLine>(*database, 0xC)->layerId())}),
+                ElementsAre(L"lost", L"ByLayer", L"Continuous", L"(none)", L"0"));
     EXPECT_EQ(written.textStyle(), database->textstyle());
-    EXPECT_EQ(nameOf(find<KdDbBlockReference>(*database, 0xB)->blockTableRecord()), L"(none)");
-    EXPECT_EQ(nameOf(find<KdDbLine>(*database, 0xC)->layerId()), L"0");
 
     changeObject<KdDbText>(*database, 0xA, [](auto& changing) { changing.setHeight(2); });
-    EXPECT_THAT(korra::drawingText(*database),
-                ::testing::HasSubstr(
-                    file("0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 2; 1 x; 7 lost\n")));
+    EXPECT_THAT(
+        korra::drawingText(*database),
+        HasSubstr(file("0 TEXT; 5 A; 8 lost; 6 lost; 10 0; 20 0; 30 0; 40 2; 1 x; 7 lost\n")));
 }
 
 TEST_F(DrawingReading, TextsAreInTheCodePageThatTheHeaderTells)

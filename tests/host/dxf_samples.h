@@ -1,11 +1,8 @@
 #pragma once
 
-#include "korra/host.h"
 #include "objects/contents.h"
 #include "support/dxf_notes.h"
-#include "support/objects.h"
-
-#include <gtest/gtest.h>
+#include "support/room_test.h"
 
 #include <memory>
 #include <string>
@@ -116,6 +113,14 @@ inline std::unique_ptr<KdDbDatabase> readWhole(const std::string& text)
     auto database = std::make_unique<KdDbDatabase>(false);
     const korra::FileOutcome outcome = korra::readDrawingText(*database, text, "sample.dxf");
     EXPECT_TRUE(outcome.done) << outcome.message;
+    return database;
+}
+
+/// The same, as the drawing that new objects go to.
+inline std::unique_ptr<KdDbDatabase> readToWorkOn(const std::string& text)
+{
+    auto database = readWhole(text);
+    kddbHostApplicationServices()->setWorkingDatabase(database.get());
     return database;
 }
 

@@ -4,9 +4,6 @@
 
 #include "dxf/atomic_file.h"
 #include "support/changes.h"
-#include "support/drawing.h"
-#include "support/host_test.h"
-#include "support/support_folder.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -44,16 +41,20 @@ constexpr double kInfinite = std::numeric_limits<double>::infinity();
 TEST_F(DrawingSaving, MakesAFileOrReplacesTheOneBehindALinkAndKeepsItsPermissions)
 {
     folder_.write("real.dxf", "old");
-    ASSERT_EQ(chmod(path("real.dxf").c_str(), 0640), 0);
+    ASSERT_EQ(chmod(path("real.dxf").c_str(), 02640), 0);
     fs::create_symlink(path("real.dxf"), path("link.dxf"));
     const auto database = readWhole(text_);
     EXPECT_TRUE(korra::writeDrawing(*database, path("link.dxf")).done);
-    EXPECT_TRUE(korra::writeDrawing(*database, path("new.dxf")).done);
+    folder_.write("other", "");
+    for (const char* made : {"new.dxf", "newer.dxf"}) {
+        EXPECT_TRUE(korra::writeDrawing(*database, path(made)).done);
+        EXPECT_EQ(fs::status(path(made)).permissions(), fs::status(path("other")).permissions());
+    }
     EXPECT_TRUE(fs::is_symlink(path("link.dxf")));
-    EXPECT_EQ(static_cast<unsigned>(fs::status(path("real.dxf")).permissions()), 0640u);
+    EXPECT_EQ(static_cast<unsigned>(fs::status(path("real.dxf")).permissions()), 02640u);
     EXPECT_EQ(folder_.contentsOf("real.dxf"), text_);
     EXPECT_EQ(folder_.contentsOf("new.dxf"), text_);
-    EXPECT_EQ(filesInFolder(), 3);
+    EXPECT_EQ(filesInFolder(), 5);
     KdDbDatabase again(false);
     EXPECT_TRUE(korra::readDrawing(again, path("link.dxf")).done);
 }
@@ -101,7 +102,7 @@ TEST_F(DrawingSaving, SavesOfOneFileAtTheSameTimeDoNotTakeEachOthersForLeftovers
     }
     for (std::thread& saver : savers)
         saver.join();
-    EXPECT_THAT(problems, ::testing::Each(""));
+    EXPECT_THAT(problems, Each(""));
     EXPECT_EQ(filesInFolder(), 1);
 }
 
@@ -136,42 +137,41 @@ std::string refusalOf(const SupportFolder& folder, const KdDbDatabase& database)
     return outcome.message.substr(std::min(outcome.message.find(": ") + 2, outcome.message.size()));
 }
 
+using Change = std::function<void(KdDbDatabase&)>;
+
+template <class T>
+Change changing(std::uint64_t handle, void (*change)(T& object))
+{
+    return [=](KdDbDatabase& drawing) { changeObject<T>(drawing, handle, change); };
+}
+
 TEST_F(DrawingSaving, RefusesWhatNobodyCouldReadAgainAndNamesTheObject)
 {
-    using Change = std::function<void(KdDbDatabase&)>;
+    static const std::wstring tooLong(1 << 20, L'x');
     const std::pair<const char*, Change> cases[] = {
         {"LINE 46: a number is not finite", [](auto& drawing) { scaleEntities(drawing, 1e308); }},
         {"ATTRIB 59: an angle is not finite",
-         [](auto& drawing) {
-             changeObject<KdDbText>(drawing, 0x59, [](auto& text) { text.setRotation(1e308); });
-         }},
+         changing<KdDbText>(0x59, [](auto& text) { text.setRotation(1e308); })},
         {"ATTRIB 59: a text is longer than a megabyte",
-         [](auto& drawing) {
-             const std::wstring tooLong(1500000, L'x');
-             changeObject<KdDbText>(drawing, 0x59,
-                                    [&](auto& text) { text.setTextString(tooLong.c_str()); });
-         }},
-        {"LINE 50: the colour 300 is none",
-         [](auto& drawing) {
-             changeObject<KdDbLine>(drawing, 0x50, [](auto& line) { line.setColor(colorOf(300)); });
-         }},
+         changing<KdDbText>(0x59, [](auto& text) { text.setTextString(tooLong.c_str()); })},
+        {"LINE 50: the colour 258 is none",
+         changing<KdDbLine>(0x50, [](auto& line) { line.setColor(colorOf(258)); })},
+        {"LAYER 11: the colour 32765 is none",
+         changing<KdDbLayerTableRecord>(0x11, [](auto& layer) { layer.setColor(colorOf(32765)); })},
         {"LINE 50: a number is not finite", // in extended data
-         [](auto& drawing) {
-             changeObject<KdDbLine>(drawing, 0x50, [](auto& line) {
+         changing<KdDbLine>(
+             0x50,
+             [](auto& line) {
                  korra::ObjectAccess::willChange(line);
                  korra::ObjectAccess::extras(line).xData.push_back({1040, kInfinite});
-             });
-         }},
+             })},
         {"BLOCK_RECORD 22: a number is not finite",
-         [](auto& drawing) {
-             changeObject<KdDbBlockTableRecord>(drawing, 0x22, [](auto& block) {
-                 block.setOrigin({kInfinite, 0.0, 0.0});
-             });
-         }},
+         changing<KdDbBlockTableRecord>(0x22,
+                                        [](auto& block) {
+                                            block.setOrigin({kInfinite, 0.0, 0.0});
+                                        })},
         {"$DIMPOST: a text is longer than a megabyte",
-         [](auto& drawing) {
-             drawing.contents().header.setText("$DIMPOST", std::wstring(1500000, L'x'), 1);
-         }},
+         [](auto& drawing) { drawing.contents().header.setText("$DIMPOST", tooLong, 1); }},
         {"the block \"B25\" shows more than 100000000 entities",
          [](auto& drawing) {
              kddbHostApplicationServices()->setWorkingDatabase(&drawing);
@@ -195,10 +195,9 @@ TEST_F(DrawingSaving, GivesHandlesUpToTheLastAndThenTheFreeOnesFromTheFirst)
 {
     for (const char* handle : {"7FFFFFFFFFFFFFFE", "7FFFFFFFFFFFFFFF"}) {
         const std::string text = file("0 SECTION; 2 HEADER; 9 $HANDSEED; 5 " + std::string(handle) +
-                                      "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 " + handle +
-                                      "; 8 0; 0 ENDSEC; 0 EOF");
-        const auto database = readWhole(text);
-        kddbHostApplicationServices()->setWorkingDatabase(database.get());
+                                      "; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 1; 0 LINE; 5 " +
+                                      handle + "; 8 0; 0 ENDSEC; 0 EOF");
+        const auto database = readToWorkOn(text);
         addEntityToBlock(L"New", new KdDbLine);
         addEntity(new KdDbBlockReference(KdGePoint3d::kOrigin, blockId(L"New")));
         const std::string written = korra::drawingText(*database);

@@ -1,7 +1,6 @@
 #include "kd/ap.h"
 
 #include "support/room_test.h"
-#include "support/variables.h"
 
 #include <stdexcept>
 
@@ -11,9 +10,8 @@ int calls = 0;
 
 class CommandsTest : public HostTest {
 protected:
-    void SetUp() override
+    CommandsTest()
     {
-        HostTest::SetUp();
         calls = 0;
         define(L"COUNT", L"ZAEHLE", [] {
             ++calls;

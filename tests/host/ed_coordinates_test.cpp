@@ -73,26 +73,23 @@ TEST_F(EdCoordinatesTest, TheDisplaySystemStandsAtTheTargetLooksAlongTheDirectio
     EXPECT_TRUE(translated({1, 0, 0}, kWorld, kDisplay).isEqualTo({0, 1, 0}));
 }
 
-TEST_F(EdCoordinatesTest, WrongDesignatorsLeaveTheResult)
+TEST_F(EdCoordinatesTest, WhatIsNoSystemIsRefusedAndLeavesTheResult)
 {
     const resbuf unknown = numbered(4);
-    double point[3] = {1, 2, 3};
+    const double point[3] = {1, 2, 3};
     double result[3] = {7, 8, 9};
-    EXPECT_EQ(kdedTrans(point, &unknown, &kWorld, 0, result), RTERROR);
-    EXPECT_EQ(kdedTrans(point, &kWorld, &kSheetDisplay, 0, result), RTERROR);
-    EXPECT_EQ(kdedTrans(point, &kDisplay, &kSheetDisplay, 0, result), RTERROR)
-        << "on the model tab";
-    EXPECT_EQ(kdedTrans(point, nullptr, &kWorld, 0, result), RTERROR);
+    for (const auto& [from, to] : {std::pair(&unknown, &kWorld),
+                                   {nullptr, &kWorld},
+                                   {&kWorld, &kSheetDisplay},
+                                   {&kDisplay, &kSheetDisplay}}) // the last on a sheet alone
+        EXPECT_EQ(kdedTrans(point, from, to, 0, result), RTERROR);
     EXPECT_THAT(result, ElementsAre(7, 8, 9));
-}
 
-TEST_F(EdCoordinatesTest, ASystemWithSkewAxesIsRefused)
-{
     KdGeMatrix3d skew, mirrored, current;
     skew(0, 1) = 0.5;
     mirrored(2, 2) = -1.0;
-    EXPECT_EQ(kdedSetCurrentUCS(skew), Kdapi::eInvalidInput);
-    EXPECT_EQ(kdedSetCurrentUCS(mirrored), Kdapi::eInvalidInput);
+    for (const KdGeMatrix3d& wrong : {skew, mirrored})
+        EXPECT_EQ(kdedSetCurrentUCS(wrong), Kdapi::eInvalidInput);
     EXPECT_EQ(kdedGetCurrentUCS(current), Kdapi::eOk);
     EXPECT_EQ(current, KdGeMatrix3d::kIdentity);
 }

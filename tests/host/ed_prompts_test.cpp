@@ -139,7 +139,7 @@ Tracked trackOnce()
     return {type, result.restype == RT3DPOINT ? result.resval.rpoint[0] : result.resval.rint};
 }
 
-TEST_F(PromptsTest, TrackingTellsTheCursorThenWhatFollows)
+TEST_F(PromptsTest, TrackingTellsTheCursorThenWhatFollowsButTakesNoCommand)
 {
     give({"1,1", "\\move 2,2", "\\move 3,3", "4,4", "ab", "\\right"});
     takePoint();
@@ -149,10 +149,7 @@ TEST_F(PromptsTest, TrackingTellsTheCursorThenWhatFollows)
     EXPECT_THAT(told, ElementsAre(Tracked{5, 2}, Tracked{5, 3}, Tracked{3, 4}, Tracked{2, L'a'},
                                   Tracked{2, L'b'}, Tracked{2, 13}, Tracked{25, 4}, Tracked{5, 4},
                                   Tracked{5, 4}));
-}
 
-TEST_F(PromptsTest, TrackingTakesNoCommandInsteadOfTheCursor)
-{
     give({"1,1", "REGEN"});
     takePoint();
     EXPECT_EQ(trackOnce(), (Tracked{5, 1}));

@@ -1,7 +1,6 @@
 // Support files.
 
 #include "support/room_test.h"
-#include "support/support_folder.h"
 
 #include "platform/text.h"
 

@@ -1,7 +1,6 @@
 #include "ed/system_variables.h"
 
 #include "support/room_test.h"
-#include "support/variables.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include "dxf_samples.h"
 #include "support/ge_samples.h"
-#include "support/room_test.h"
 
 namespace {
 

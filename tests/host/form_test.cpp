@@ -71,7 +71,7 @@ TEST(TextEncodingTest, WhatIsEncodedReadsBack)
     EXPECT_EQ(TextEncoding().encode(L"x^2"), "x^2");
 }
 
-TEST(DrawingNumbersTest, WrittenNumbersReadBackEqual)
+TEST(DrawingNumbersTest, WrittenNumbersReadBackEqualAndRoundDegreesAreWrittenRound)
 {
     std::mt19937_64 random(4711);
     for (int round = 0; round < 20000; ++round) {
@@ -81,10 +81,7 @@ TEST(DrawingNumbersTest, WrittenNumbersReadBackEqual)
     }
     EXPECT_EQ(korra::formatReal(0.1), "0.1");
     EXPECT_EQ(korra::formatReal(-0.0), "0");
-}
 
-TEST(DrawingNumbersTest, RoundDegreesAreWrittenRound)
-{
     for (int degrees = -720; degrees <= 720; ++degrees)
         EXPECT_EQ(korra::formatDegrees(korra::degreesToRadians(degrees)), std::to_string(degrees));
     EXPECT_EQ(korra::formatDegrees(korra::degreesToRadians(22.5)), "22.5");

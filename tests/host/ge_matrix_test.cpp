@@ -28,7 +28,7 @@ TEST(GeMatrix, AReflectionIsItsOwnInverseAndChangesSides)
     EXPECT_EQ(origin, KdGePoint3d(1, 2, 3));
 }
 
-TEST(GeMatrix, TheInverseUndoesAnyRegularMatrix)
+TEST(GeMatrix, TheInverseUndoesAnyRegularMatrixAndOfAnAffineOneStaysAffine)
 {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> entries(-1.0, 1.0);
@@ -39,10 +39,7 @@ TEST(GeMatrix, TheInverseUndoesAnyRegularMatrix)
                 matrix(i, j) = entries(random) + (i == 3 - j ? 5.0 : 0.0); // rows must be exchanged
         EXPECT_TRUE((matrix * matrix.inverse()).isEqualTo(KdGeMatrix3d::kIdentity, within(1e-14)));
     }
-}
 
-TEST(GeMatrix, TheInverseOfAnAffineMatrixStaysAffineAtAnyScale)
-{
     for (const double factor : {1e-12, 1e12}) {
         const KdGeMatrix3d matrix = KdGeMatrix3d::translation({1e6, -2e6, 3}) *
                                     KdGeMatrix3d::rotation(0.7, {1, 2, 3}) *

@@ -4,8 +4,6 @@
 
 #include "platform/modules.h"
 #include "platform/text.h"
-#include "support/room_test.h"
-#include "support/support_folder.h"
 #include "tables/linetype_file.h"
 
 namespace {

@@ -15,12 +15,6 @@ namespace {
 class ReferencesTest : public HostTest {
 protected:
     std::unique_ptr<KdDbDatabase> other_ = std::make_unique<KdDbDatabase>(true, true);
-
-    void TearDown() override
-    {
-        other_.reset();
-        HostTest::TearDown();
-    }
 };
 
 TEST_F(ReferencesTest, SettersTakeWhatIsInTheDrawingAndOfTheKind)

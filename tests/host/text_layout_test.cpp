@@ -1,7 +1,6 @@
 #include "dxf_samples.h"
 #include "gi/text_codes.h"
 #include "support/ge_samples.h"
-#include "support/room_test.h"
 
 #include "entities/style_font.h"
 #include "entities/text_layout.h"

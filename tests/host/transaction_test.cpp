@@ -2,8 +2,6 @@
 
 #include "dxf_samples.h"
 
-#include "support/room_test.h"
-
 #include "kd/ap.h"
 
 namespace {

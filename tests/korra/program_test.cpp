@@ -102,9 +102,10 @@ TEST_F(ProgramTest, WhatWasSetIsSavedAndReadAgain)
     const Outcome saved = run("--save @out.dxf", "ZOOM\n0,0\n4,3\nSETVAR\nLTSCALE\n7.25\n"
                                                  "UCS\n10,0\n10,5\n0,0\nUCS\nNAME\nMy\n");
     ASSERT_EQ(saved.status, 0) << saved.errors;
-    const Outcome read = run(
-        "@out.dxf", "SETVAR\nLTSCALE\n\nSETVAR\nUCSNAME\n\nSETVAR\nUCSORG\n\nSETVAR\nVIEWSIZE\n");
-    EXPECT_EQ(read.status, 0) << read.errors;
+    const Outcome read =
+        run("@out.dxf --save @out.dxf",
+            "SETVAR\nLTSCALE\n\nSETVAR\nUCSNAME\n\nSETVAR\nUCSORG\n\nSETVAR\nVIEWSIZE\n");
+    EXPECT_EQ(read.errors, "");
     for (const char* value : {"<7.25>", "<My>", "<10,0,0>", "<3>"})
         EXPECT_THAT(read.out, HasSubstr(value));
 }
@@ -144,9 +145,10 @@ TEST_F(ProgramTest, OutputThatCannotBeWrittenIsAFailureAndNothingIsSaved)
     ASSERT_EQ(dup2(ends[1], kClosedPipe), kClosedPipe);
     for (const int end : ends)
         close(end);
-    for (const char* arguments : {"--help >/dev/full", "--version >/dev/full",
-                                  "--save @out.dxf >/dev/full", "--save @out.dxf >&9"}) {
-        const Outcome outcome = run(arguments, "REGEN\n");
+    for (const char* arguments :
+         {"--help >/dev/full", "--version >/dev/full", "--save @out.dxf >/dev/full",
+          "--save @out.dxf --module probe_ending >&9"}) {
+        const Outcome outcome = run(arguments, "ENDALL\n"); // which would end it in its own way
         EXPECT_EQ(outcome.status, 3) << arguments;
         EXPECT_THAT(outcome.errors, StartsWith("korra: standard output: cannot be written: "));
     }

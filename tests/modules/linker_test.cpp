@@ -2,7 +2,6 @@
 #include "kd/rx.h"
 #include "korra/modules.h"
 #include "support/room_test.h"
-#include "support/support_folder.h"
 
 #include <filesystem>
 

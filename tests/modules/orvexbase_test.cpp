@@ -3,7 +3,6 @@
 #include "korra/modules.h"
 #include "platform/text.h"
 #include "support/room_test.h"
-#include "support/support_folder.h"
 
 #include <filesystem>
 
@@ -12,11 +11,7 @@ namespace {
 /// The library as the host loads it: this program does not link it.
 class OrvexbaseTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        ASSERT_FALSE(isMapped("Orvexbase.krx"));
-    }
+    OrvexbaseTest() { EXPECT_FALSE(isMapped("Orvexbase.krx")); }
 
     static void load() { ASSERT_TRUE(kdrxLoadModule(L"Orvexbase", false, false)); }
 

@@ -1,7 +1,6 @@
 #include "orvex/savers.h"
 
 #include "support/room_test.h"
-#include "support/variables.h"
 
 #include "kd/ap.h"
 
@@ -43,11 +42,7 @@ KdGeMatrix3d currentUcs()
 
 class SaversTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        set("1", "37", "0");
-    }
+    SaversTest() { set("1", "37", "0"); }
 };
 
 TEST_F(SaversTest, SettingsComeBackFromEveryScope)

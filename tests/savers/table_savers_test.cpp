@@ -53,11 +53,7 @@ struct Savers {
 
 class TableSaversTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        addTables();
-    }
+    TableSaversTest() { addTables(); }
 };
 
 TEST_F(TableSaversTest, NestedSaversEndWithWhatTheOutermostFound)

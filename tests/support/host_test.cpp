@@ -22,12 +22,12 @@ void give(const std::vector<std::string>& lines)
         korra::queueInput(line);
 }
 
-void HostTest::SetUp()
+HostTest::HostTest()
 {
     startFreshHost();
 }
 
-void HostTest::TearDown()
+HostTest::~HostTest()
 {
     platform::releaseCalls();
     EXPECT_THAT(korra::audit(), ::testing::IsEmpty());

@@ -21,8 +21,8 @@ namespace tests {
 /// A fresh host with one new drawing for every test; afterwards nothing may be left over.
 class HostTest : public ::testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    HostTest();
+    ~HostTest() override;
 
     KdDbDatabase& database() const;
 

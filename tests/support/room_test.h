@@ -6,6 +6,8 @@
 #include "support/host_test.h"
 #include "support/modules.h"
 #include "support/objects.h"
+#include "support/support_folder.h"
+#include "support/variables.h"
 
 using namespace tests;
 using namespace ::testing;

@@ -1,13 +1,10 @@
 /// Operations of the host that run out of memory: each leaves the drawing as it was.
 
 #include "support/data_notes.h"
-#include "support/host_test.h"
-#include "support/objects.h"
+#include "support/room_test.h"
 
 #include <memory>
 #include <new>
-
-using namespace tests;
 
 namespace {
 
@@ -97,7 +94,7 @@ const Operation kOperations[] = {
 
 // clang-format on
 
-class HostOperationTest : public ::testing::TestWithParam<Operation> {};
+class HostOperationTest : public TestWithParam<Operation> {};
 
 TEST_P(HostOperationTest, WithoutMemoryLeavesTheDrawingAsItWas)
 {
@@ -122,11 +119,11 @@ TEST_P(HostOperationTest, WithoutMemoryLeavesTheDrawingAsItWas)
             else
                 EXPECT_EQ(korra::drawingText(*drawing()), before);
         }
-        EXPECT_THAT(korra::audit(), ::testing::IsEmpty());
+        EXPECT_THAT(korra::audit(), IsEmpty());
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Any, HostOperationTest, ::testing::ValuesIn(kOperations),
+INSTANTIATE_TEST_SUITE_P(Any, HostOperationTest, ValuesIn(kOperations),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 } // namespace

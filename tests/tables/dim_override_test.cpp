@@ -8,12 +8,6 @@ namespace {
 
 class DimOverrideTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        dimension_ = addEntity(newDimension());
-    }
-
     std::string data() const { return dataOf(*Open<KdDbDimension>(dimension_, KdDb::kForRead)); }
 
     void store(const std::string& line) const { setData(*Open<KdDbDimension>(dimension_), line); }
@@ -25,7 +19,7 @@ protected:
         return DimStyleMgr::OverrideDimVariable(Open<KdDbDimension>(dimension_).get(), name, value);
     }
 
-    KdDbObjectId dimension_;
+    const KdDbObjectId dimension_ = addEntity(newDimension());
 };
 
 TEST_F(DimOverrideTest, RemovalTakesWholePairsOfEverySectionAndNothingElse)

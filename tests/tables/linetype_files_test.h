@@ -13,9 +13,8 @@ constexpr const char* kImperialLinetypes = "*A,imperial\nA,1,-0.5\n*B,imperial a
 /// The host finds these definition files.
 class LinetypeFilesTest : public HostTest {
 protected:
-    void SetUp() override
+    LinetypeFilesTest()
     {
-        HostTest::SetUp();
         folder_.use();
         folder_.write("korraiso.lin", kMetricLinetypes);
         folder_.write("korra.lin", kImperialLinetypes);

@@ -29,11 +29,7 @@ const Manager kManagers[] = {
 
 class NamedRecordsTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        addNamedRecords(L"House 图");
-    }
+    NamedRecordsTest() { addNamedRecords(L"House 图"); }
 };
 
 TEST_F(NamedRecordsTest, AreFoundByNameInAnyCase)

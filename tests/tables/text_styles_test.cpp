@@ -1,7 +1,6 @@
 #include "orvex/text_styles.h"
 
 #include "support/room_test.h"
-#include "support/support_folder.h"
 #include "tables/messages.h"
 
 #include <optional>
@@ -67,9 +66,8 @@ std::string styleText(const wchar_t* name = L"Notes")
 
 class TextStylesTest : public HostTest {
 protected:
-    void SetUp() override
+    TextStylesTest()
     {
-        HostTest::SetUp();
         folder_.use();
         folder_.write("plain.shx", "shapes");
         folder_.write("big.shx", "shapes");

@@ -23,11 +23,10 @@ class CoordinatesTest : public HostTest {};
 TEST_F(CoordinatesTest, PointsMoveAndVectorsOnlyTurn)
 {
     useTurnedUcs();
-    KdGePoint3d point(1, 2, 3);
-    EXPECT_EQ(UCS2WCS(point, point), 5100);
-    EXPECT_TRUE(point.isEqualTo({8, 21, 33}));
-    EXPECT_EQ(WCS2UCS(point, point), 5100);
-    EXPECT_TRUE(point.isEqualTo({1, 2, 3}));
+    KdGePoint3d point(1, 2, 3), there;
+    EXPECT_EQ(UCS2WCS(point, there), 5100);
+    EXPECT_EQ(WCS2UCS(there, point), 5100);
+    EXPECT_TRUE(there.isEqualTo({8, 21, 33}) && point.isEqualTo({1, 2, 3}));
 
     KdGeVector3d vector(1, 2, 3);
     EXPECT_EQ(UCS2WCS(vector, vector), 5100);

@@ -51,11 +51,5 @@ inline void moveUcs(double x, double y)
 
 class PickSceneTest : public HostTest {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        scene_ = makePickScene();
-    }
-
-    PickScene scene_;
+    const PickScene scene_ = makePickScene();
 };

@@ -40,12 +40,11 @@ Picked pickSilently(const KdGePoint3d& point)
 
 class PickingTest : public PickSceneTest {
 protected:
-    void TearDown() override
+    ~PickingTest() override
     {
         platform::releaseKeys();
         platform::setButtonsSwapped(false);
         platform::setMousePresent(true);
-        HostTest::TearDown();
     }
 };
 

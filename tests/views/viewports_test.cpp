@@ -85,10 +85,10 @@ TEST_F(ViewportsTest, OnlyViewportsHaveAMatrix)
 TEST_F(ViewportsTest, TheBorderIsOutside)
 {
     const std::unique_ptr<KdDbViewport> viewport(newViewport());
-    EXPECT_EQ(isPointInViewPort({100, 100, 500}, viewport.get()), 1);
-    EXPECT_EQ(isPointInViewPort({50.001, 149.999, 0}, viewport.get()), 1);
-    EXPECT_EQ(isPointInViewPort({50, 100, 0}, viewport.get()), 0);
-    EXPECT_EQ(isPointInViewPort({100, 150, 0}, viewport.get()), 0);
+    const std::pair<KdGePoint3d, int> cases[] = {
+        {{100, 100, 500}, 1}, {{50.001, 149.999, 0}, 1}, {{50, 100, 0}, 0}, {{100, 150, 0}, 0}};
+    for (const auto& [point, isInside] : cases)
+        EXPECT_EQ(isPointInViewPort(point, viewport.get()), isInside) << point.x;
     EXPECT_EQ(isPointInViewPort({100, 100, 0}, nullptr), 0);
 }
 
