@@ -49,8 +49,11 @@ std::string dataOf(const KdDbObject& object, const wchar_t* application)
 {
     std::string line;
     const List data(object.xData(application), kdutRelRb);
-    for (const resbuf* node = data.get(); node; node = node->rbnext)
-        line += (line.empty() ? "" : " ") + noteOf(*node);
+    for (const resbuf* node = data.get(); node; node = node->rbnext) {
+        if (!line.empty())
+            line += ' ';
+        line += noteOf(*node);
+    }
     return line;
 }
 
