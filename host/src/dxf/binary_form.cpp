@@ -1,6 +1,7 @@
 #include "dxf/binary_form.h"
 
 #include "dxf/drawing_error.h"
+#include "dxf/tag_stream.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
 
@@ -9,7 +10,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <memory>
 
 namespace korra {
 namespace {
@@ -17,9 +17,6 @@ namespace {
 /// Behind the name of a program.
 constexpr std::string_view kSentinelEnd(" Binary DXF\r\n\x1A\0", 15);
 constexpr std::size_t kSentinelSize = 22;
-
-/// No text of a drawing is as long.
-constexpr std::size_t kLongestText = std::size_t{1} << 20;
 
 enum class ValueForm { none, text, real, bits16, bits32, bits64, byte, chunk };
 
@@ -55,52 +52,32 @@ ValueForm formOf(int code)
     return range == kCodeRanges.end() ? ValueForm::none : range->form;
 }
 
-/// Takes bytes from a file and knows where it is.
-class ByteStream {
+/// Takes the bytes of a file and knows where it is.
+class ByteCursor {
 public:
-    explicit ByteStream(ReadBytes read) : read_(std::move(read)) {}
+    ByteCursor(std::string_view bytes, std::size_t place) : bytes_(bytes), place_(place) {}
 
-    /// How many bytes were taken.
-    std::size_t place() const { return place_; }
-
-    /// The next bytes, fewer only at the end of the file.
-    std::string_view peek(std::size_t count)
-    {
-        while (buffer_.size() - begin_ < count && fill()) {
-        }
-        return std::string_view(buffer_).substr(begin_, count);
-    }
+    /// What was not taken yet.
+    std::string_view rest() const { return bytes_.substr(place_); }
 
     std::string_view take(std::size_t count)
     {
-        const std::string_view bytes = peek(count);
-        if (bytes.size() < count)
+        if (rest().size() < count)
             fail("the file ends within a tag");
-        skip(count);
-        return bytes;
+        const std::string_view taken = rest().substr(0, count);
+        place_ += count;
+        return taken;
     }
 
     /// The bytes before the next zero byte, which is taken with them.
     std::string_view takeText()
     {
-        std::size_t length = 0;
-        while ((length = std::string_view(buffer_).substr(begin_).find('\0')) == buffer_.npos) {
-            if (buffer_.size() - begin_ > kLongestText)
-                fail("a text is longer than a megabyte");
-            if (!fill())
-                fail("the file ends within a text");
-        }
+        const std::size_t length = rest().find('\0');
+        if (std::min(length, rest().size()) > kLongestLine)
+            fail("a text is longer than a megabyte");
+        if (length == bytes_.npos)
+            fail("the file ends within a text");
         return take(length + 1).substr(0, length);
-    }
-
-    /// Up to `size` bytes, none at the end.
-    std::size_t read(char* target, std::size_t size)
-    {
-        if (begin_ == buffer_.size())
-            return read_(target, size);
-        const std::size_t count = buffer_.copy(target, size, begin_);
-        skip(count);
-        return count;
     }
 
     [[noreturn]] void fail(const std::string& what) const
@@ -109,68 +86,39 @@ public:
     }
 
 private:
-    bool fill()
-    {
-        constexpr std::size_t kStep = std::size_t{1} << 16;
-        buffer_.erase(0, begin_);
-        begin_ = 0;
-        const std::size_t before = buffer_.size();
-        buffer_.resize(before + kStep);
-        const std::size_t count = read_(buffer_.data() + before, kStep);
-        buffer_.resize(before + count);
-        return count > 0;
-    }
-
-    void skip(std::size_t count)
-    {
-        begin_ += count;
-        place_ += count;
-    }
-
-    ReadBytes read_;
-    std::string buffer_;
-    std::size_t begin_ = 0; ///< of what was not taken yet
-    std::size_t place_ = 0;
+    std::string_view bytes_;
+    std::size_t place_;
 };
 
 /// Turns tags of the binary form into those of the ASCII form.
 class BinaryForm {
 public:
-    /// @param bytes  behind the sentinel
-    explicit BinaryForm(ByteStream bytes) : bytes_(std::move(bytes))
+    /// @param bytes  of the whole file
+    explicit BinaryForm(std::string_view bytes) : bytes_(bytes, kSentinelSize)
     {
         // Codes of one byte came first. A drawing begins with code 0, or 999 in a comment.
-        const std::string_view first = bytes_.peek(2);
+        const std::string_view first = bytes_.rest().substr(0, 2);
         hasShortCodes_ =
             first.starts_with(kLongCode) || (first.starts_with('\0') && first != kZero);
     }
 
-    std::size_t read(char* target, std::size_t size)
+    /// The tags up to EOF, and what stands behind it as it is; that EOF is missing its reader sees.
+    std::string inAscii()
     {
-        while (text_.size() < size && !ended_)
-            convertTag();
-        if (text_.empty())
-            return bytes_.read(target, size);
-        const std::size_t count = text_.copy(target, size);
-        text_.erase(0, count);
-        return count;
+        std::string text;
+        bool isEnd = false;
+        while (!isEnd && !bytes_.rest().empty()) {
+            const int code = takeCode();
+            const std::string value = takeValue(code);
+            appendTag(text, code, value, "\n");
+            isEnd = code == 0 && value == "EOF";
+        }
+        return text.append(bytes_.rest());
     }
 
 private:
     static constexpr char kLongCode = '\xFF'; ///< among codes of one byte: two more are the code
     static constexpr std::string_view kZero{"\0\0", 2};
-
-    void convertTag()
-    {
-        if (bytes_.peek(1).empty()) { // that EOF is missing its reader sees
-            ended_ = true;
-            return;
-        }
-        const int code = takeCode();
-        const std::string value = takeValue(code);
-        appendTag(text_, code, value, "\n");
-        ended_ = code == 0 && value == "EOF";
-    }
 
     int takeCode()
     {
@@ -237,27 +185,18 @@ private:
         return static_cast<Bits>(bits);
     }
 
-    ByteStream bytes_;
-    std::string text_; ///< turned and not read yet
+    ByteCursor bytes_;
     bool hasShortCodes_;
-    bool ended_ = false;
 };
 
 } // namespace
 
-ReadBytes inAsciiForm(ReadBytes read)
+std::string inAsciiForm(std::string file)
 {
-    ByteStream bytes(std::move(read));
-    const std::string_view first = bytes.peek(kSentinelSize);
-    const bool isBinary = first.size() == kSentinelSize && first.ends_with(kSentinelEnd);
+    const bool isBinary = std::string_view(file).substr(0, kSentinelSize).ends_with(kSentinelEnd);
     if (!isBinary)
-        return [bytes = std::move(bytes)](char* target, std::size_t size) mutable {
-            return bytes.read(target, size);
-        };
-    bytes.take(kSentinelSize);
-    return [form = BinaryForm(std::move(bytes))](char* target, std::size_t size) mutable {
-        return form.read(target, size);
-    };
+        return file;
+    return BinaryForm(file).inAscii();
 }
 
 } // namespace korra

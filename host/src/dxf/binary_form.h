@@ -1,13 +1,12 @@
 #pragma once
 
-#include "dxf/file_text.h"
+#include <string>
 
 namespace korra {
 
-/// Gives a drawing's file in its ASCII form: one of the binary form is turned into it tag by tag,
-/// any other passes as it is, and so does what stands behind the end of the drawing.
-///
-/// Reading throws DrawingError where binary data is cut off or no tag.
-ReadBytes inAsciiForm(ReadBytes read);
+/// A drawing's file in its ASCII form: one of the binary form is turned into it tag by tag, any
+/// other is given back as it is, and so is what stands behind the end of the drawing.
+/// @throw DrawingError where binary data is cut off or no tag
+std::string inAsciiForm(std::string file);
 
 } // namespace korra

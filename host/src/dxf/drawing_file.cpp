@@ -2,6 +2,7 @@
 #include "dxf/binary_form.h"
 #include "dxf/drawing_assembly.h"
 #include "dxf/drawing_writer.h"
+#include "dxf/file_text.h"
 #include "dxf/object_kinds.h"
 #include "korra/host.h"
 #include "objects/contents.h"
@@ -70,14 +71,14 @@ std::vector<std::string> notesOn(const ReadFile& file, const std::string& name)
 }
 
 /// @param size  of the file; 0 when nobody knows
-FileOutcome readFrom(KdDbDatabase& database, ReadBytes read, std::size_t size,
+FileOutcome readFrom(KdDbDatabase& database, const ReadBytes& read, std::size_t size,
                      const std::string& name)
 {
     DatabaseContents& contents = database.contents();
     if (!contents.slots.empty())
         return failure(name, 0, "cannot be read into a database that holds a drawing");
     try {
-        ReadFile file = FileScanner(wholeText(inAsciiForm(std::move(read)), size)).scan();
+        ReadFile file = FileScanner(inAsciiForm(wholeText(read, size))).scan();
         FileOutcome outcome{true, {}, notesOn(file, name)};
         DrawingAssembly(contents, file).run();
         return outcome;
