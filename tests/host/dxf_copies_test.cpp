@@ -11,7 +11,7 @@ namespace tests::dxf {
 namespace {
 
 /// Records that the entities name.
-constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1009; 0 ENDSEC
+constexpr std::string_view kTables = R"(0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1015; 0 ENDSEC
 0 SECTION; 2 TABLES
 0 TABLE; 2 LTYPE; 5 1
 0 LTYPE; 5 11; 2 DASHED; 70 0; 3; 72 65; 73 0; 40 0.0; 0 ENDTAB
