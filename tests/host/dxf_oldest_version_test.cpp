@@ -84,12 +84,22 @@ protected:
 TEST_F(OldestVersion, ALightPolylineIsWrittenAsAnOldOne)
 {
     const KdDbObjectId id = addPolyline();
+    const KdDbObjectId walls = addLayer(L"Walls", database_.get());
+    changeObject<KdDbPolyline>(*database_, id.handle().value(), [&](auto& polyline) {
+        polyline.setLayer(walls);
+        polyline.setClosed(true);
+        polyline.transformBy(KdGeMatrix3d::translation({0, 0, 7}));
+        korra::ObjectAccess::extras(polyline).xData = {{1001, L"ACAD"}, {1000, L"mine"}};
+    });
     const std::string text = saved();
     EXPECT_NE(KdDbPolyline::cast(korra::ObjectAccess::object(id)), nullptr);
     const std::string handle = traceForm(id);
-    EXPECT_THAT(text, HasSubstr(file("0 POLYLINE; 5 " + handle + "; 8 0; 66 1; 10 0; 20 0; 30 0")));
-    EXPECT_THAT(text, HasSubstr(file("10 1; 20 2; 30 0; 42 1; 0 VERTEX")));
-    EXPECT_THAT(text, HasSubstr(file("10 3; 20 4; 30 0; 40 0.5; 41 0.25; 0 SEQEND")));
+    EXPECT_THAT(
+        text,
+        HasSubstr(file("0 POLYLINE; 5 " + handle +
+                       "; 8 Walls; 66 1; 10 0; 20 0; 30 7; 70 1; 1001 ACAD; 1000 mine; 0 VERTEX")));
+    EXPECT_THAT(text, HasSubstr(file("8 Walls; 10 1; 20 2; 30 7; 42 1; 0 VERTEX")));
+    EXPECT_THAT(text, HasSubstr(file("10 3; 20 4; 30 7; 40 0.5; 41 0.25; 0 SEQEND")));
 }
 
 TEST_F(OldestVersion, AMultilineTextIsWrittenAsItsLines)
@@ -100,6 +110,25 @@ TEST_F(OldestVersion, AMultilineTextIsWrittenAsItsLines)
                                      "; 8 0; 10 10; 20 17; 30 0; 40 3; 1 50%%%; 0 TEXT; 67 1")));
     EXPECT_THAT(text, HasSubstr(file("8 0; 10 10; 20 12; 30 0; 40 3; 1 across")));
     EXPECT_THAT(text, Not(HasSubstr("MTEXT")));
+}
+
+TEST_F(OldestVersion, TheLinesOfATextHaveTheFormOfItsStyle)
+{
+    const KdDbObjectId style = addTextStyle(L"Notes", database_.get());
+    Open<KdDbTextStyleTableRecord>(style)->setXScale(0.5);
+    Open<KdDbTextStyleTableRecord>(style)->setObliquingAngle(0.5);
+    const KdDbObjectId id = addText(L"x");
+    changeObject<KdDbMText>(*database_, id.handle().value(), [&](auto& text) {
+        text.setTextStyle(style);
+        text.setRotation(0.25);
+    });
+    const auto again = readWhole(saved());
+    const auto* const line = find<KdDbText>(*again, id.handle().value());
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->widthFactor(), 0.5);
+    EXPECT_NEAR(line->oblique(), 0.5, 1e-12);
+    EXPECT_NEAR(line->rotation(), 0.25, 1e-12);
+    EXPECT_EQ(line->textStyle(), again->contents().record(korra::TableKind::textStyle, L"Notes"));
 }
 
 TEST_F(OldestVersion, TheFormatsOfATextAreLostInDimensionGraphicsAlone)
@@ -126,7 +155,20 @@ TEST_F(OldestVersion, AViewIsReadFromExtendedDataAndWrittenThere)
     std::string expected = replaced(kOldest, file("1040 100.0"), file("1040 120"));
     expected = replaced(expected, file("1070 0; 1070 100"), file("1070 1; 1070 100"));
     EXPECT_THAT(saved(), HasSubstr(expected.substr(expected.find("VIEWPORT"))));
+    EXPECT_THAT(saved(), HasSubstr(file("0 ENDSEC; 0 SECTION; 2 TABLES; 0 TABLE")));
     EXPECT_THAT(saved(), HasSubstr(file("0 APPID")));
+}
+
+TEST_F(OldestVersion, AViewThatIsToldInPlainTagsStaysThere)
+{
+    const std::string window(kWindow);
+    const std::string plain =
+        replaced(kOldest, file(window.substr(window.find("1001"))), file("12 7; 22 8; 45 100"));
+    use(plain);
+    changeObject<KdDbViewport>(*database_, 0xB, [](auto& viewport) { viewport.setNumber(3); });
+    const std::string text = saved();
+    EXPECT_THAT(text, HasSubstr(file("69 3; 12 7; 22 8")));
+    EXPECT_THAT(text, Not(HasSubstr("APPID")));
 }
 
 TEST_F(OldestVersion, ANewViewportSeesTheSameWhenItIsReadAgain)

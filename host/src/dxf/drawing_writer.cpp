@@ -19,8 +19,9 @@
 namespace korra {
 namespace {
 
-/// Behind the header.
-constexpr std::array kSectionOrder = {"TABLES", "BLOCKS", "ENTITIES", "OBJECTS"};
+/// The first two are never added here.
+constexpr std::array kSectionOrder = {"HEADER", "CLASSES",  "TABLES",
+                                      "BLOCKS", "ENTITIES", "OBJECTS"};
 
 /// Tables that others refer to come first.
 constexpr std::array<TableKind, kTableKinds> kTableOrder = {
@@ -122,7 +123,7 @@ KdDbObjectId DrawingWriter::applicationOfViews() const
     const bool hasViews =
         isOldest_ && std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
             return !slot->erased && KdDbViewport::cast(slot->object) &&
-                   (slot->changed || isNew(*slot));
+                   (slot->changed || isNew(*slot)) && !tellsView(source(*slot->object));
         });
     return hasViews ? contents_.record(TableKind::regApp, L"ACAD") : KdDbObjectId();
 }
