@@ -161,13 +161,12 @@ TEST_F(OldestVersion, AViewIsReadFromExtendedDataAndWrittenThere)
 
 TEST_F(OldestVersion, AViewThatIsToldInPlainTagsStaysThere)
 {
-    const std::string window(kWindow);
-    const std::string plain =
-        replaced(kOldest, file(window.substr(window.find("1001"))), file("12 7; 22 8; 45 100"));
-    use(plain);
+    use(replaced(kOldest, file("1001 ACAD"), file("12 5; 22 6; 45 90; 1001 ACAD")));
+    EXPECT_EQ(find<KdDbViewport>(*database_, 0xB)->viewHeight(), 90.0);
     changeObject<KdDbViewport>(*database_, 0xB, [](auto& viewport) { viewport.setNumber(3); });
     const std::string text = saved();
-    EXPECT_THAT(text, HasSubstr(file("69 3; 12 7; 22 8")));
+    EXPECT_THAT(text, HasSubstr(file("69 3; 12 5; 22 6")));
+    EXPECT_THAT(text, HasSubstr(file("1040 100.0; 1040 7.0; 1040 8.0")));
     EXPECT_THAT(text, Not(HasSubstr("APPID")));
 }
 
