@@ -189,6 +189,14 @@ TEST_F(BlockTest, NoBlockContainsItselfAtWhateverDepth)
     }
 }
 
+TEST_F(BlockTest, NoBlockContainsItselfThroughTheGraphicsOfADimension)
+{
+    const KdDbObjectId dimension = addEntityToBlock(L"Part", newDimension());
+    const KdDbObjectId graphics = Open<KdDbDimension>(dimension, KdDb::kForRead)->dimBlockId();
+    KdDbBlockReference reference({0, 0, 0}, blockId(L"Part"));
+    EXPECT_EQ(Block(graphics)->appendKdDbEntity(&reference), Kdapi::eSelfReference);
+}
+
 TEST_F(BlockTest, DrawOrderMovesOnlyWhatItIsGiven)
 {
     KdDbObjectId a, b, c, d;

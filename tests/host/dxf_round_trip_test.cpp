@@ -244,7 +244,9 @@ TEST_F(DrawingRoundTrip, NewObjectsComeBehindTheOldOnes)
 
 TEST_F(DrawingRoundTrip, AnEarlyDrawingGrowsByWhatIsAdded)
 {
-    const std::string text = changed(withEntities("0 LINE; 5 A; 8 0"), [](const auto& database) {
+    const std::string early = file("0 SECTION; 2 HEADER; 9 $ACADVER; 1 AC1012; 0 ENDSEC\n"
+                                   "0 SECTION; 2 ENTITIES; 0 LINE; 5 A; 8 0; 0 ENDSEC; 0 EOF");
+    const std::string text = changed(early, [](const auto& database) {
         changeObject<KdDbLine>(database, 0xA, [](auto& line) { line.createExtensionDictionary(); });
         auto* const sheet = database.contents().block(L"*Paper_Space");
         auto* const point = new KdDbPoint({1, 2, 3});

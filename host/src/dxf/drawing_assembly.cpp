@@ -4,6 +4,7 @@
 #include "drawing/complete_drawing.h"
 #include "dxf/block_nesting.h"
 #include "dxf/object_kinds.h"
+#include "dxf/oldest_version.h"
 #include "form/numbers.h"
 
 #include <algorithm>
@@ -142,6 +143,15 @@ void DrawingAssembly::readFieldsOf(std::size_t index)
     reader_->read(target, extras->source, file_.objects[index].line,
                   isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>(),
                   Extensions::read);
+    if (KdDbViewport::cast(&target))
+        readView(target, extras->source, file_.objects[index].line);
+}
+
+/// Of a viewport as older drawings have it.
+void DrawingAssembly::readView(KdDbObject& viewport, std::string_view source, std::size_t line)
+{
+    if (const std::string view = viewTags(source); !view.empty())
+        reader_->read(viewport, view, line, kViewCodes, Extensions::ignored);
 }
 
 void DrawingAssembly::readBlockFields()

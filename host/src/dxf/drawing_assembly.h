@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -34,6 +35,7 @@ private:
     KdDbBlockTableRecord& spaceOf(const ReadObject& read);
     void readFields();
     void readFieldsOf(std::size_t index);
+    void readView(KdDbObject& viewport, std::string_view source, std::size_t line);
     void readBlockFields();
     void placeObjects();
     void bindLayouts();

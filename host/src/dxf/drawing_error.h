@@ -14,7 +14,7 @@ struct DrawingError {
 
 /// Writes a part of a drawing; an error of that then begins with the part's name.
 template <class Name, class Write>
-std::string writtenAs(Name name, Write write)
+auto writtenAs(Name name, Write write)
 {
     try {
         return write();

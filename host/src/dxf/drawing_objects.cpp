@@ -3,6 +3,7 @@
 #include "blocks/spaces.h"
 #include "dxf/drawing_error.h"
 #include "dxf/object_kinds.h"
+#include "dxf/oldest_version.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
 
@@ -35,12 +36,6 @@ std::string withSecondName(std::string begin, std::string_view lineEnd)
     return withValue(tags, second, std::string(tags.valueOf(2)), lineEnd);
 }
 
-/// An object in messages.
-std::string nameOf(const KdDbObject& object)
-{
-    return std::string(typeName(object)) + ' ' + formatHandle(object.objectId().handle().value());
-}
-
 /// Behind the marker of entities, or behind the type.
 std::size_t placeOfSpaceFlag(const TagList& tags)
 {
@@ -70,14 +65,21 @@ std::string DrawingWriter::newObjectHead(const KdDbObject& object)
 std::string DrawingWriter::objectText(KdDbObject& object)
 {
     const ObjectSlot& slot = *ObjectAccess::slot(object);
-    const bool isBlock = KdDbBlockTableRecord::cast(&object) != nullptr;
-    const auto codes = isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>();
     const std::string text =
         source(object).empty() ? newObjectHead(object) : given(object.objectId(), source(object));
     if (!isChanged(slot) && !source(object).empty())
         return text;
-    return writtenAs([&] { return nameOf(object); },
-                     [&] { return writer_.objectWritten(object, text, codes); });
+    return writtenAs([&] { return nameOf(object); }, [&] { return fieldsText(object, text); });
+}
+
+/// An object's tags, as they are or as a new one begins, with its fields.
+std::string DrawingWriter::fieldsText(KdDbObject& object, std::string_view tags)
+{
+    if (auto* const viewport = isOldest_ ? KdDbViewport::cast(&object) : nullptr)
+        return viewportWritten(*viewport, tags, writer_, lineEnd_);
+    const bool isBlock = KdDbBlockTableRecord::cast(&object) != nullptr;
+    const auto codes = isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>();
+    return writer_.objectWritten(object, tags, codes);
 }
 
 std::string DrawingWriter::objects()
@@ -126,30 +128,73 @@ std::string DrawingWriter::entities()
     std::ranges::stable_sort(slots, {}, &ObjectSlot::index);
     std::string text;
     for (const ObjectSlot* slot : slots)
-        text += spaceEntityText(*slot->object);
+        text += spaceEntityText(static_cast<KdDbEntity&>(*slot->object));
     return text;
 }
 
 /// In the entities section an entity of the sheet says so.
-std::string DrawingWriter::spaceEntityText(KdDbObject& entity)
+std::string DrawingWriter::spaceEntityText(KdDbEntity& entity)
 {
-    std::string text = entityText(entity);
     const auto* const space = KdDbBlockTableRecord::cast(ObjectAccess::object(entity.ownerId()));
     if (!space || !isNamed(*space, kPaperSpace))
-        return text;
-    const TagList tags(text);
-    const std::size_t owner = tags.ownerTag();
-    const bool namesSpace = owner != TagList::kNone &&
-                            parseHandle(tags[owner].value) == space->objectId().handle().value();
-    const bool isKept = namesSpace && !source(entity).empty();
-    if (isKept || parseWhole(tags.valueOf(67)) == 1)
-        return text;
-    return withTag(tags, placeOfSpaceFlag(tags), 67, "1", lineEnd_);
+        return entityText(entity);
+    std::string text;
+    for (const std::string& each : entityTexts(entity)) {
+        const TagList tags(each);
+        const std::size_t owner = tags.ownerTag();
+        const bool namesSpace = owner != TagList::kNone && parseHandle(tags[owner].value) ==
+                                                               space->objectId().handle().value();
+        const bool isKept = namesSpace && !source(entity).empty();
+        const bool isFlagged = isKept || parseWhole(tags.valueOf(67)) == 1;
+        text += isFlagged ? each : withTag(tags, placeOfSpaceFlag(tags), 67, "1", lineEnd_);
+    }
+    return text;
 }
 
-std::string DrawingWriter::entityText(KdDbObject& entity)
+std::string DrawingWriter::entityText(KdDbEntity& entity)
 {
-    std::string text = objectText(entity);
+    std::string text;
+    for (const std::string& each : entityTexts(entity))
+        text += each;
+    return text;
+}
+
+/// What is written for an entity: itself with its parts, or what stands for it.
+std::vector<std::string> DrawingWriter::entityTexts(KdDbEntity& entity)
+{
+    if (isOldest_ && isNew(*ObjectAccess::slot(entity))) {
+        if (auto texts =
+                writtenAs([&] { return nameOf(entity); }, [&] { return standInTexts(entity); }))
+            return *std::move(texts);
+    }
+    return {objectText(entity) + partsText(entity)};
+}
+
+/// The first one has the entity's own handle; nullopt for an entity that is written itself.
+std::optional<std::vector<std::string>> DrawingWriter::standInTexts(const KdDbEntity& entity)
+{
+    const auto standIns = newStandIns(entity);
+    if (!standIns)
+        return std::nullopt;
+    std::vector<std::string> texts;
+    for (const std::unique_ptr<KdDbEntity>& standIn : *standIns) {
+        const std::string begin = tag(0, typeName(*standIn));
+        std::string text = writer_.objectWritten(
+            *standIn, texts.empty() ? given(entity.objectId(), begin) : withOwnHandle(begin));
+        if (const OwnedObjects* const parts = ObjectAccess::owned(*standIn)) {
+            for (KdDbObject* part : parts->objects())
+                text += writer_.objectWritten(*part, withOwnHandle(tag(0, typeName(*part))));
+            text += withOwnHandle(newFrame("SEQEND", entity.objectId()));
+        }
+        texts.push_back(std::move(text));
+    }
+    return texts;
+}
+
+/// The parts of an entity, and what ends them.
+std::string DrawingWriter::partsText(KdDbEntity& entity)
+{
+    std::string text;
     if (const OwnedObjects* const parts = ObjectAccess::owned(entity)) {
         for (KdDbObject* part : parts->objects()) {
             if (isWritten(*ObjectAccess::slot(*part)))
@@ -219,7 +264,7 @@ std::string DrawingWriter::blockText(KdDbBlockTableRecord& block)
     std::string text = blockBegin(block, frame);
     if (!isCurrentSpace(block)) {
         for (const ObjectSlot* slot : entitiesToWrite(block))
-            text += entityText(*slot->object);
+            text += entityText(static_cast<KdDbEntity&>(*slot->object));
     }
     return text +
            (frame ? frame->end : withOwnHandle(newFrame("ENDBLK", block.objectId(), "BlockEnd")));

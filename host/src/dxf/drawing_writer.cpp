@@ -2,8 +2,10 @@
 
 #include "dxf/block_nesting.h"
 #include "dxf/class_markers.h"
+#include "dxf/drawing_error.h"
 #include "dxf/header_section.h"
 #include "dxf/object_kinds.h"
+#include "dxf/oldest_version.h"
 #include "dxf/tag_text.h"
 #include "form/numbers.h"
 
@@ -17,8 +19,9 @@
 namespace korra {
 namespace {
 
-/// Behind the header.
-constexpr std::array kSectionOrder = {"TABLES", "BLOCKS", "ENTITIES", "OBJECTS"};
+/// The first two are never added here.
+constexpr std::array kSectionOrder = {"HEADER", "CLASSES",  "TABLES",
+                                      "BLOCKS", "ENTITIES", "OBJECTS"};
 
 /// Tables that others refer to come first.
 constexpr std::array<TableKind, kTableKinds> kTableOrder = {
@@ -52,10 +55,13 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
     : contents_(contents),
       form_(contents.form),
       lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
-      markerPrefix_(hasNewObjects() ? markerPrefix(contents) : std::nullopt),
-      writer_(contents, markerPrefix_),
+      isOldest_(isOfOldestVersion(contents)),
+      markerPrefix_(hasNewObjects() && !isOldest_ ? markerPrefix(contents) : std::nullopt),
+      writer_(contents, markerPrefix_,
+              isOldest_ ? TagWriter::TrueColors::refused : TagWriter::TrueColors::written),
       nextHandle_(handleBehindAll(contents)),
-      writesEverything_(!contents.form.isFromFile() || needsObjectsSection())
+      writesEverything_(!contents.form.isFromFile() || (needsObjectsSection() && !isOldest_)),
+      viewApplication_(applicationOfViews())
 {
 }
 
@@ -83,7 +89,8 @@ bool DrawingWriter::isChanged(const ObjectSlot& slot) const
 
 bool DrawingWriter::isWritten(const ObjectSlot& slot) const
 {
-    return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty());
+    return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty() ||
+                            slot.object->objectId() == viewApplication_);
 }
 
 bool DrawingWriter::hasNewObjects() const
@@ -97,6 +104,27 @@ bool DrawingWriter::needsObjectsSection() const
     return std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
         return !slot->erased && belongsToObjectsSection(*slot->object) && isNew(*slot);
     });
+}
+
+/// @throw DrawingError
+void DrawingWriter::refuseNewObjects() const
+{
+    for (const ObjectSlot* slot : contents_.slots) {
+        if (!slot->erased && belongsToObjectsSection(*slot->object) && isNew(*slot))
+            throw DrawingError{0, nameOf(*slot->object) +
+                                      ": a drawing of its version has no section for objects"};
+    }
+}
+
+/// In the oldest version views are extended data of an application, which has a record then.
+KdDbObjectId DrawingWriter::applicationOfViews() const
+{
+    const bool hasViews =
+        isOldest_ && std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
+            return !slot->erased && KdDbViewport::cast(slot->object) &&
+                   (slot->changed || isNew(*slot)) && !tellsView(source(*slot->object));
+        });
+    return hasViews ? contents_.record(TableKind::regApp, L"ACAD") : KdDbObjectId();
 }
 
 bool DrawingWriter::writesBlockRecords() const
@@ -121,6 +149,8 @@ std::string DrawingWriter::marker(const char* stem) const
 
 std::string DrawingWriter::text()
 {
+    if (isOldest_)
+        refuseNewObjects();
     checkBlockNesting(contents_, [](const KdDbBlockTableRecord&) { return std::size_t{0}; });
     std::vector<FileForm::Section> sections = form_.sections;
     for (FileForm::Section& section : sections)

@@ -16,6 +16,9 @@ namespace korra {
 /// What the host added to make a drawing of a file whole is left out, for it is added again when
 /// the file is read, unless the drawing got new objects of the objects section: then everything is
 /// written, so that their owners are there.
+///
+/// A drawing of the oldest version gets nothing that its version does not know: what is new in it
+/// is written in other words (oldest_version.h) or refused.
 class DrawingWriter {
 public:
     explicit DrawingWriter(const DatabaseContents& contents);
@@ -27,6 +30,8 @@ private:
     static bool belongsToObjectsSection(const KdDbObject& object);
     bool hasNewObjects() const;
     bool needsObjectsSection() const;
+    void refuseNewObjects() const;
+    KdDbObjectId applicationOfViews() const;
     bool isNew(const ObjectSlot& slot) const;
     bool isChanged(const ObjectSlot& slot) const;
     bool isWritten(const ObjectSlot& slot) const;
@@ -61,10 +66,14 @@ private:
     std::string blockText(KdDbBlockTableRecord& block);
     std::string blockBegin(KdDbBlockTableRecord& block, const FileForm::BlockFrame* frame);
     std::string entities();
-    std::string spaceEntityText(KdDbObject& entity);
-    std::string entityText(KdDbObject& entity);
+    std::string spaceEntityText(KdDbEntity& entity);
+    std::string entityText(KdDbEntity& entity);
+    std::vector<std::string> entityTexts(KdDbEntity& entity);
+    std::string partsText(KdDbEntity& entity);
+    std::optional<std::vector<std::string>> standInTexts(const KdDbEntity& entity);
     std::string objects();
     std::string objectText(KdDbObject& object);
+    std::string fieldsText(KdDbObject& object, std::string_view tags);
     std::string newObjectHead(const KdDbObject& object);
     std::string tag(int code, std::string_view value) const;
     std::string marker(const char* stem) const;
@@ -72,11 +81,13 @@ private:
     const DatabaseContents& contents_;
     const FileForm& form_;
     std::string_view lineEnd_;
+    bool isOldest_;
     std::optional<std::string> markerPrefix_; ///< none: neither markers nor owners of entities
     TagWriter writer_;
     std::uint64_t lastHandle_ = 0; ///< the greatest that was written
     std::uint64_t nextHandle_;     ///< for what frames objects and is none itself
     bool writesEverything_;
+    KdDbObjectId viewApplication_; ///< whose record is written for the views of viewports
 };
 
 } // namespace korra

@@ -37,4 +37,9 @@ std::string_view typeName(const KdDbObject& object)
     return extras ? extras->fileType : std::string_view();
 }
 
+std::string nameOf(const KdDbObject& object)
+{
+    return std::string(typeName(object)) + ' ' + formatHandle(object.objectId().handle().value());
+}
+
 } // namespace korra

@@ -4,6 +4,7 @@
 #include "objects/object_access.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace korra {
@@ -28,5 +29,8 @@ bool isUnknown(const KdDbObject& object);
 
 /// The name of an object's type in files.
 std::string_view typeName(const KdDbObject& object);
+
+/// An object in messages.
+std::string nameOf(const KdDbObject& object);
 
 } // namespace korra

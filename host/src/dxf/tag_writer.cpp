@@ -67,10 +67,12 @@ std::size_t findValue(const std::vector<ExtendedValue>& values, std::size_t firs
 
 } // namespace
 
-TagWriter::TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix)
+TagWriter::TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix,
+                     TrueColors trueColors)
     : contents_(contents),
       encoding_(contents.header.encoding()),
       lineEnd_(contents.form.crlf ? "\r\n" : "\n"),
+      trueColors_(trueColors),
       markerPrefix_(std::move(markerPrefix))
 {
 }
@@ -381,6 +383,8 @@ void TagWriter::writeTrueColor(std::size_t tag, const KdCmColor& value)
     const bool wanted = value.colorMethod() == KdCmColor::kByColor;
     const int rgb = value.red() << 16 | value.green() << 8 | value.blue();
     if (tag == TagCursor::kNone) {
+        if (wanted && trueColors_ == TrueColors::refused)
+            throw DrawingError{0, "a drawing of its version has no true colours"};
         if (wanted)
             insert(kTrueColorCode, formatWhole(rgb));
         return;

@@ -21,8 +21,12 @@ namespace korra {
 /// where they are. A new object gets the class markers that its fields stand behind.
 class TagWriter final : public TagVisitor {
 public:
+    /// What becomes of colours that no index tells, where there was none.
+    enum class TrueColors { written, refused };
+
     /// @param markerPrefix  what class markers begin with; nullopt: new objects get none
-    TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix);
+    TagWriter(const DatabaseContents& contents, std::optional<std::string> markerPrefix,
+              TrueColors trueColors);
 
     /// @param source  the tags as they are; of a new object those that begin it
     /// @param only  codes of the fields to write; empty: all
@@ -94,6 +98,7 @@ private:
     const DatabaseContents& contents_;
     const TextEncoding& encoding_;
     std::string_view lineEnd_;
+    TrueColors trueColors_;
     std::optional<std::string> markerPrefix_;
     TagCursor cursor_;
     bool writesMarkers_ = false; ///< of the object at hand, which is new

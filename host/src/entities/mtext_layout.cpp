@@ -1,8 +1,10 @@
 #include "entities/text_layout.h"
 #include "gi/mtext_lines.h"
+#include "gi/text_codes.h"
 #include "objects/object_access.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korra {
 
@@ -13,8 +15,17 @@ public:
 
     MTextSize size() const;
     std::vector<TextRun> runs() const;
+    std::vector<std::unique_ptr<KdDbText>> newTexts() const;
 
 private:
+    /// A line that shows something, and where its base line begins.
+    struct PlacedLine {
+        const std::wstring& text;
+        double width;
+        KdGeMatrix3d toBlock;
+    };
+
+    std::vector<PlacedLine> placedLines() const;
     double widthOf(std::wstring_view line) const;
     KdGeMatrix3d textToBlock() const;
     double lineAdvance() const;
@@ -71,30 +82,59 @@ KdGeMatrix3d MTextLayout::textToBlock() const
     return matrix;
 }
 
-std::vector<TextRun> MTextLayout::runs() const
+std::vector<MTextLayout::PlacedLine> MTextLayout::placedLines() const
 {
     const KdGeMatrix3d toBlock = textToBlock();
-    const KdGeMatrix3d shape = letterShape(oblique_, widthFactor_);
     const int place = std::clamp<int>(text_.attachment(), 1, 9) - 1;
     const int column = place % 3;
     const int row = place / 3;
     double baseLine = size().height * row / 2.0 - text_.textHeight();
-    std::vector<TextRun> runs;
+    std::vector<PlacedLine> placed;
     for (const std::wstring& line : lines_) {
         const double width = widthOf(line);
         if (!line.empty()) {
             const KdGeVector3d offset(-width * column / 2.0, baseLine, 0.0);
-            runs.push_back({line, text_.textStyle(), text_.textHeight(), width / widthFactor_,
-                            toBlock * KdGeMatrix3d::translation(offset) * shape});
+            placed.push_back({line, width, toBlock * KdGeMatrix3d::translation(offset)});
         }
         baseLine -= lineAdvance();
     }
+    return placed;
+}
+
+std::vector<TextRun> MTextLayout::runs() const
+{
+    const KdGeMatrix3d shape = letterShape(oblique_, widthFactor_);
+    std::vector<TextRun> runs;
+    for (const PlacedLine& line : placedLines())
+        runs.push_back({line.text, text_.textStyle(), text_.textHeight(), line.width / widthFactor_,
+                        line.toBlock * shape});
     return runs;
+}
+
+std::vector<std::unique_ptr<KdDbText>> MTextLayout::newTexts() const
+{
+    std::vector<std::unique_ptr<KdDbText>> texts;
+    for (const PlacedLine& line : placedLines()) {
+        auto text = std::make_unique<KdDbText>(
+            KdGePoint3d::kOrigin, withControlCodes(line.text).c_str(), text_.textHeight());
+        text->textStyle_ = text_.textStyle();
+        text->widthFactor_ = widthFactor_;
+        text->oblique_ = oblique_;
+        text->moveBySimilarity(line.toBlock);
+        text->alignment_ = KdGePoint3d::kOrigin; // not aligned to any point
+        texts.push_back(std::move(text));
+    }
+    return texts;
 }
 
 std::vector<TextRun> layOutMText(const KdDbMText& text)
 {
     return MTextLayout(text).runs();
+}
+
+std::vector<std::unique_ptr<KdDbText>> newLinesOf(const KdDbMText& text)
+{
+    return MTextLayout(text).newTexts();
 }
 
 MTextSize measureMText(const KdDbMText& text)

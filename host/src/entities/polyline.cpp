@@ -182,6 +182,23 @@ KdDbEntity* KdDbPolyline::newEdge(int marker) const
     return curve ? korra::newCurveEntity(*curve) : nullptr;
 }
 
+std::unique_ptr<KdDbVertexCurve> KdDbPolyline::newOldPolyline() const
+{
+    std::unique_ptr<KdDbVertexCurve> polyline = std::make_unique<KdDb2dPolyline>();
+    polyline->place_ = place_;
+    polyline->flags_ = flags_;
+    const auto widthOf = [this](double own) { return own < 0.0 ? constantWidth_ : own; };
+    for (const Vertex& vertex : vertices_) {
+        auto part = std::make_unique<KdDbVertex>(
+            KdGePoint3d(vertex.point.x, vertex.point.y, elevation()), vertex.bulge);
+        part->startWidth_ = widthOf(vertex.startWidth);
+        part->endWidth_ = widthOf(vertex.endWidth);
+        polyline->vertices_.reserveOne();
+        polyline->vertices_.append(part.release());
+    }
+    return polyline;
+}
+
 void KdDbPolyline::describe(korra::ObjectVisitor& visitor)
 {
     KdDbCurve::describe(visitor);

@@ -3,6 +3,7 @@
 #include "gi/draw_sink.h"
 #include "kd/db/text.h"
 
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +27,9 @@ TextRun layOutText(const KdDbText& text, std::wstring_view shown);
 
 /// The lines of a multiline text that show anything, top line first.
 std::vector<TextRun> layOutMText(const KdDbMText& text);
+
+/// Free-standing texts that show these lines, without what all entities have.
+std::vector<std::unique_ptr<KdDbText>> newLinesOf(const KdDbMText& text);
 
 /// What the lines of a multiline text take, drawing units: the longest line, trailing blanks
 /// included, and the height from the top of the first to the base line of the last.

@@ -24,6 +24,8 @@ public:
 
     std::vector<std::wstring> read();
 
+    bool metFormatting() const { return metFormatting_; }
+
 private:
     void readBackslash();
     void readStack();
@@ -41,6 +43,7 @@ private:
 
     std::wstring_view rest_;
     std::vector<std::wstring> paragraphs_{1};
+    bool metFormatting_ = false;
 };
 
 std::vector<std::wstring> ContentsReader::read()
@@ -72,6 +75,7 @@ void ContentsReader::readBackslash()
         return;
     }
     skip(2);
+    metFormatting_ |= code == L'S' || isOneOf(code, kWithArgument) || isOneOf(code, kSwitches);
     if (code == L'P' || code == L'X' || code == L'N')
         endParagraph();
     else if (code == L'~')
@@ -135,6 +139,13 @@ std::wstring_view ContentsReader::takeArgument()
 std::vector<std::wstring> readParagraphs(std::wstring_view contents)
 {
     return ContentsReader(contents).read();
+}
+
+bool isFormatted(std::wstring_view contents)
+{
+    ContentsReader reader(contents);
+    reader.read();
+    return reader.metFormatting();
 }
 
 std::vector<std::wstring> wrapped(const std::wstring& paragraph, double frameWidth,

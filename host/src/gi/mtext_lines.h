@@ -13,6 +13,10 @@ namespace korra {
 /// parts of a stack (\S) stand one behind the other; groups and all other codes are passed over.
 std::vector<std::wstring> readParagraphs(std::wstring_view contents);
 
+/// Whether contents hold codes that readParagraphs() passes over, or stacks: the paragraphs do not
+/// say all of them.
+bool isFormatted(std::wstring_view contents);
+
 /// A paragraph broken at blanks into lines not wider than a frame; a word that is wider by itself
 /// has a line of its own. The blanks at a break are dropped.
 /// @param frameWidth  0: never broken

@@ -68,4 +68,18 @@ std::wstring withoutControlCodes(std::wstring_view text)
     return shown;
 }
 
+std::wstring withControlCodes(std::wstring_view text)
+{
+    constexpr std::wstring_view kCodes = L"dpc%";
+    std::wstring coded;
+    for (const wchar_t character : text) {
+        const auto code = std::ranges::find(kCodes, character, codeCharacter);
+        if (code == kCodes.end())
+            coded += character;
+        else
+            coded.append(L"%%").push_back(*code);
+    }
+    return coded;
+}
+
 } // namespace korra

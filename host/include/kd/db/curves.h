@@ -135,6 +135,8 @@ private:
     double radius_ = 0.0;
 };
 
+class KdDbVertexCurve;
+
 /// A light polyline: vertices in one plane, straight and arc segments.
 class KdDbPolyline : public KdDbCurve {
     KDRX_DECLARE_MEMBERS(KdDbPolyline)
@@ -190,6 +192,9 @@ public:
     int edgeCount() const override;
     KdDbEntity* newEdge(int marker) const override;
 
+    /// A free-standing polyline of the old kind in the same place, without what all entities have.
+    std::unique_ptr<KdDbVertexCurve> newOldPolyline() const;
+
 private:
     struct Vertex {
         KdGePoint2d point;
@@ -232,6 +237,7 @@ public:
     void draw(korra::DrawSink& sink) const override;
 
 private:
+    friend class KdDbPolyline;
     friend class KdDbVertexCurve;
 
     /// Follows the plane of the polyline.
@@ -284,6 +290,7 @@ protected:
     korra::PlanarPlace place_;
 
 private:
+    friend class KdDbPolyline;
     friend class korra::ObjectAccess;
 
     /// A vertex with the one that its segment runs to.

@@ -62,6 +62,7 @@ public:
 
 private:
     friend class KdDbBlockReference;
+    friend class korra::MTextLayout;
     friend class korra::TextPlacement;
 
     void moveBySimilarity(const KdGeMatrix3d& matrix);
