@@ -189,12 +189,12 @@ TEST_F(ForeignDrawing, HoldsEntitiesThatAreNotShown)
                 IsEmpty());
     EXPECT_THAT(notesOnKept(withEntities("0 HATCH; 5 A")),
                 ElementsAre("sample.dxf: 1 HATCH is kept but not shown"));
-    EXPECT_THAT(notesOnKept(file(
-                    "0 SECTION; 2 BLOCKS; 0 BLOCK; 5 1; 2 PART; 0 SPLINE; 5 2; 0 ELLIPSE; 5 3\n"
-                    "0 ENDBLK; 5 4; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 SPLINE; 5 5\n"
-                    "0 POLYLINE; 5 6; 66 1; 70 64; 0 VERTEX; 5 7; 0 SEQEND; 5 8\n"
-                    "0 ENDSEC; 0 SECTION; 2 OBJECTS; 0 THING; 5 9; 0 ENDSEC; 0 EOF\n")),
-                ElementsAre("sample.dxf: 2 SPLINE, 1 ELLIPSE, 1 POLYLINE are kept but not shown"));
+    EXPECT_THAT(
+        notesOnKept(file("0 SECTION; 2 BLOCKS; 0 BLOCK; 5 1; 2 PART; 0 HATCH; 5 2; 0 3DSOLID; 5 3\n"
+                         "0 ENDBLK; 5 4; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 HATCH; 5 5\n"
+                         "0 POLYLINE; 5 6; 66 1; 70 64; 0 VERTEX; 5 7; 0 SEQEND; 5 8\n"
+                         "0 ENDSEC; 0 SECTION; 2 OBJECTS; 0 THING; 5 9; 0 ENDSEC; 0 EOF\n")),
+        ElementsAre("sample.dxf: 2 HATCH, 1 3DSOLID, 1 POLYLINE are kept but not shown"));
 }
 
 } // namespace

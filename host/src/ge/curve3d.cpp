@@ -1,5 +1,10 @@
 #include "kd/ge/curve3d.h"
 
+bool KdGeCurve3d::isBounded() const
+{
+    return std::isfinite(startParam()) && std::isfinite(endParam());
+}
+
 bool KdGeCurve3d::hasStartPoint(KdGePoint3d& point) const
 {
     if (!std::isfinite(startParam()))
@@ -18,21 +23,26 @@ bool KdGeCurve3d::hasEndPoint(KdGePoint3d& point) const
 
 bool KdGeCurve3d::isClosed(const KdGeTol& tol) const
 {
-    return std::isfinite(startParam()) && startPoint().isEqualTo(endPoint(), tol);
+    return isBounded() && startPoint().isEqualTo(endPoint(), tol);
 }
 
 double KdGeCurve3d::paramOf(const KdGePoint3d& point, const KdGeTol& tol) const
 {
-    const bool atSeam = isClosed(tol) && startPoint().isEqualTo(point, tol);
-    return atSeam ? startParam() : nearestParam(point);
+    if (isBounded()) {
+        const bool atStart = startPoint() == point;
+        if (atStart || (isClosed(tol) && startPoint().isEqualTo(point, tol)))
+            return startParam();
+        if (endPoint() == point)
+            return endParam();
+    }
+    return nearestParam(point);
 }
 
 void KdGeCurve3d::flatten(const KdGeMatrix3d& matrix, double tolerance,
                           std::vector<KdGePoint3d>& vertices) const
 {
-    KdGePoint3d start;
-    if (!hasStartPoint(start))
+    if (!isBounded())
         return;
-    vertices.push_back(matrix * start);
+    vertices.push_back(matrix * startPoint());
     flattenTail(matrix, tolerance, vertices);
 }

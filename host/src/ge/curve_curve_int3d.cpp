@@ -25,8 +25,10 @@ void addParts(const KdGeCurve3d& curve, std::vector<Part>& parts)
             addParts(composite->piece(i), parts);
         return;
     }
-    parts.push_back({&curve, dynamic_cast<const KdGeLinearEnt3d*>(&curve),
-                     dynamic_cast<const KdGeCircArc3d*>(&curve), curve.extents()});
+    const auto* const line = dynamic_cast<const KdGeLinearEnt3d*>(&curve);
+    const auto* const arc = dynamic_cast<const KdGeCircArc3d*>(&curve);
+    if (line || arc)
+        parts.push_back({&curve, line, arc, curve.extents()});
 }
 
 double largestCoordinate(const KdGeExtents3d& box)

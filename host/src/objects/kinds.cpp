@@ -45,6 +45,8 @@ constexpr std::array kKinds = {
     kind<KdDbLine>(Place::entity, "LINE"),
     kind<KdDbArc>(Place::entity, "ARC"),
     kind<KdDbCircle>(Place::entity, "CIRCLE"),
+    kind<KdDbEllipse>(Place::entity, "ELLIPSE"),
+    kind<KdDbSpline>(Place::entity, "SPLINE"),
     kind<KdDbPolyline>(Place::entity, "LWPOLYLINE"),
     kind<KdDb2dPolyline>(Place::entity, "POLYLINE", isFlatPolyline),
     kind<KdDb3dPolyline>(Place::entity, "POLYLINE", isSpatialPolyline),

@@ -25,9 +25,12 @@ class KdGeCurve3d : public KdGeEntity3d {
 public:
     virtual std::unique_ptr<KdGeCurve3d> clone() const = 0;
 
-    /// The ends of the interval; infinite for an unbounded line.
+    /// The ends of the interval; infinite where a line has no end.
     virtual double startParam() const = 0;
     virtual double endParam() const = 0;
+
+    /// True where the interval has both ends.
+    bool isBounded() const;
 
     virtual KdGePoint3d evalPoint(double param) const = 0;
 
@@ -57,24 +60,24 @@ public:
     virtual void reverse() = 0;
 
     /// The exact box of the curve's image under a matrix without perspective.
-    /// @return empty for an unbounded line
+    /// @return empty for a line without an end
     virtual KdGeExtents3d extentsUnder(const KdGeMatrix3d& matrix) const = 0;
 
     KdGeExtents3d extents() const { return extentsUnder(KdGeMatrix3d::kIdentity); }
 
-    /// Points of the curve; NaN for the ends of an unbounded line.
+    /// Points of the curve; NaN where a line has no end.
     KdGePoint3d startPoint() const { return evalPoint(startParam()); }
 
     KdGePoint3d endPoint() const { return evalPoint(endParam()); }
 
-    /// @return false, the point untouched, for an unbounded line
+    /// @return false, the point untouched, where a line has no such end
     bool hasStartPoint(KdGePoint3d& point) const;
     bool hasEndPoint(KdGePoint3d& point) const;
 
     /// True where the curve ends at its start.
     bool isClosed(const KdGeTol& tol = KdGeContext::gTol) const;
 
-    /// The length of the whole curve; infinite for an unbounded line.
+    /// The length of the whole curve; infinite for a line without an end.
     double length() const { return length(startParam(), endParam()); }
 
     /// The parameter of a point on the curve, or of the nearest point for a point beside it.
@@ -101,7 +104,7 @@ public:
     /// from start to end.
     ///
     /// A straight piece gives one chord, an arc at most 32,768 a turn, however small the tolerance.
-    /// Under a perspective the tolerance is a guide. An unbounded line appends nothing.
+    /// Under a perspective the tolerance is a guide. A line without an end appends nothing.
     /// @param tolerance  largest distance between chain and image, in units of the image
     void flatten(const KdGeMatrix3d& matrix, double tolerance,
                  std::vector<KdGePoint3d>& vertices) const;

@@ -4,10 +4,10 @@
 
 /// The points that two curves have in common.
 ///
-/// Curves are segments, lines, arcs and composites of these. Two arcs meet only where they lie in
-/// one plane. Where curves run along each other for a length, only points where one ends and the
-/// other begins count. Each point is listed once, in no order. The tolerance is never taken below
-/// what the size of the coordinates resolves.
+/// Curves are segments, lines, arcs and composites of these; other pieces are passed over. Two arcs
+/// meet only where they lie in one plane. Where curves run along each other for a length, only
+/// points where one ends and the other begins count. Each point is listed once, in no order. The
+/// tolerance is never taken below what the size of the coordinates resolves.
 class KdGeCurveCurveInt3d {
 public:
     KdGeCurveCurveInt3d(const KdGeCurve3d& first, const KdGeCurve3d& second,
