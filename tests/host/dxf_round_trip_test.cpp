@@ -88,22 +88,14 @@ std::string changed(const std::string& text, Change change)
     return written;
 }
 
-struct Replacement {
-    std::string was; ///< tags, noted briefly
-    std::string is;
-};
-
 /// Changes the object of a handle, and wants no other text of the modern sample to be changed.
 template <class T, class Change>
-void expectReplaced(std::uint64_t handle, const std::vector<Replacement>& replacements,
-                    Change change)
+void expectReplaced(std::uint64_t handle, const Retags& retags, Change change)
 {
-    std::string expected = file(kModernSample);
-    const std::string text = changed(
-        expected, [&](const KdDbDatabase& database) { changeObject<T>(database, handle, change); });
-    for (const auto& [was, is] : replacements)
-        expected = replaced(expected, file(was), file(is));
-    EXPECT_EQ(text, expected);
+    const std::string sample = file(kModernSample);
+    EXPECT_EQ(
+        changed(sample, [&](const auto& drawing) { changeObject<T>(drawing, handle, change); }),
+        retagged(sample, retags));
 }
 
 std::vector<korra::TypedValue>& extendedData(KdDbObject& object)
