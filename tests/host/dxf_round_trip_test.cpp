@@ -115,6 +115,12 @@ TEST_F(DrawingRoundTrip, AChangeChangesTheTextOfItsFieldAlone)
         text.setTextString(L"новое");
         text.setRotation(1.5707963267948966);
     });
+    expectReplaced<KdDbMText>(0x56, {{"40 2.5; 41 0.0", "40 3; 41 0.0"}},
+                              [](auto& text) { text.setTextHeight(3.0); });
+    expectReplaced<KdDbLine>(0x46, {{"31 1.0; 0 ENDBLK", "31 2; 0 ENDBLK"}}, [](auto& line) {
+        const KdDbLine other({0, 0, 0}, {1, 1, 2});
+        EXPECT_EQ(line.copyFrom(&other), Kdapi::eOk);
+    });
     const std::string piece(250, 'a'); // as long as pieces are
     expectReplaced<KdDbMText>(0x56,
                               {{"3 первая ; 1 вторая\\Pстрока", "3 " + piece + "; 1 " + piece}},
