@@ -124,6 +124,8 @@ TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFileUnlessTheyAreNone)
          {Font(std::wstring(32, L'x'), false, false, 0, 0, 0), Font(L"A", false, false, 256, 0, 0),
           Font(L"A", false, false, 0, -1, 0), Font(L"A", false, false, 0, 0, 256)})
         EXPECT_EQ(setFont(*style, none), Kdapi::eInvalidInput);
+    EXPECT_EQ(setFont(*style, Font()), Kdapi::eOk);
+    EXPECT_EQ(fontOf(*style), Font()) << "of two fonts the second took the place of the first";
 }
 
 TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
