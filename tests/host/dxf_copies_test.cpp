@@ -115,7 +115,7 @@ constexpr std::string_view kRecords =
 /// What many objects have: the fields of entities, texts, dimensions before and behind their flags,
 /// extended data, and the begin of records.
 constexpr std::pair<std::string_view, std::string_view> kShared[] = {
-    {"@E", "5 A0; 330 20; 100 XyEntity; 8 Walls; 6 DASHED; 62 3; 370 25; 48 2; 60 1"},
+    {"@E", "5 A0; 330 20; 100 XyEntity; 8 Walls; 6 DASHED; 62 3; 420 65280\n370 25; 48 2; 60 1"},
     {"@T", "100 XyText; 39 1; 10 1; 20 2; 30 3; 40 2.5; 1 text; 50 30; 41 0.8; 51 15\n"
            "7 Notes; 71 2; 72 1; 11 4; 21 5; 31 6; 210 0; 220 1; 230 0"},
     {"@D", "100 XyDimension; 2 *D1; 10 1; 20 2; 30 3; 11 4; 21 5; 31 6"},
