@@ -115,6 +115,7 @@ TEST_F(ObjectsTest, UpdateRegeneratesAndRedrawsWhatIsOnTheScreen)
     EXPECT_THAT(updating(KdDbObjectId()), IsEmpty());
     const kds_name unknown{};
     EXPECT_EQ(kddbEntUpd(unknown), RTERROR);
+    EXPECT_EQ(kdedRedraw(unknown, 1), RTERROR);
 }
 
 TEST_F(ObjectsTest, OnlyALiveEntityThatCanBeOpenedIsValid)

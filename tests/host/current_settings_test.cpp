@@ -124,6 +124,8 @@ TEST_F(CurrentSettings, FontsOfTextStylesSurviveAFileUnlessTheyAreNone)
          {Font(std::wstring(32, L'x'), false, false, 0, 0, 0), Font(L"A", false, false, 256, 0, 0),
           Font(L"A", false, false, 0, -1, 0), Font(L"A", false, false, 0, 0, 256)})
         EXPECT_EQ(setFont(*style, none), Kdapi::eInvalidInput);
+    EXPECT_EQ(setFont(*style, Font()), Kdapi::eOk);
+    EXPECT_EQ(fontOf(*style), Font()) << "of two fonts the second took the place of the first";
 }
 
 TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
@@ -138,7 +140,8 @@ TEST_F(CurrentSettings, TakingAFontAwayLeavesTheOtherDataOfTheStyle)
         const TextStyle style(id);
         EXPECT_EQ(fontOf(*style), Font(L"Arial", false, false, 0, 2, 0x20));
         EXPECT_EQ(fromKdDbTextStyle(drawn, id), Kdapi::eWasOpenForWrite);
-        EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk);
+        for (const char* time : {"the first time", "when there is none"})
+            EXPECT_EQ(style->setFont(L"", false, false, 1, 2, 0), Kdapi::eOk) << time;
         EXPECT_EQ(fontOf(*style), Font(L"", false, false, 0, 0, 0));
     }
     const std::string text = drawingText(*drawing);

@@ -106,6 +106,21 @@ TEST_F(DataTest, ListsAreBuiltUpToTheirEndOrNotAtAll)
     EXPECT_THAT(second.resval.rlname, ElementsAre(5, 6));
     EXPECT_EQ(second.rbnext->resval.rlong, 100000);
     EXPECT_EQ(second.rbnext->rbnext->rbnext, nullptr);
+    const auto build = [](int code, auto value) {
+        return List(kdutBuildList(code, value, 0), kdutRelRb);
+    };
+    for (const int code : {60, 79, 170, 179, 270, 299, 370, 389, 400, 409, 1060, 1070}) {
+        const List node = build(code, 7);
+        EXPECT_TRUE(node && node->resval.rint == 7) << code;
+    }
+    for (const int code : {38, 59, 140, 149, 460, 469, 1040, 1042}) {
+        const List node = build(code, 2.5);
+        EXPECT_TRUE(node && node->resval.rreal == 2.5) << code;
+    }
+    for (const int code : {90, 99, 420, 429, 440, 459, 1071}) {
+        const List node = build(code, 70000);
+        EXPECT_TRUE(node && node->resval.rlong == 70000) << code;
+    }
     EXPECT_EQ(kdutBuildList(RTSHORT, 1, 4711, 0), nullptr); // and what it had begun is freed
     EXPECT_EQ(kdutBuildList(RTNONE), nullptr);
 }

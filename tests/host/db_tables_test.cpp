@@ -174,7 +174,7 @@ TEST_F(BlockTest, WhatABlockRefusesStaysTheCallers)
     EXPECT_EQ(block->appendKdDbEntity(Open<KdDbLine>(inBlock).get()), Kdapi::eAlreadyInDb);
 }
 
-TEST_F(BlockTest, NoBlockContainsItselfAtWhateverDepth)
+TEST_F(BlockTest, NoBlockContainsItselfAtWhateverDepthOrThroughTheGraphicsOfADimension)
 {
     const auto insert = [](const wchar_t* into, const wchar_t* inserted) {
         addEntityToBlock(into, new KdDbBlockReference({0, 0, 0}, blockId(inserted)));
@@ -187,10 +187,7 @@ TEST_F(BlockTest, NoBlockContainsItselfAtWhateverDepth)
         KdDbBlockReference reference({0, 0, 0}, blockId(name));
         EXPECT_EQ(Block(blockId(L"Inner"))->appendKdDbEntity(&reference), Kdapi::eSelfReference);
     }
-}
 
-TEST_F(BlockTest, NoBlockContainsItselfThroughTheGraphicsOfADimension)
-{
     const KdDbObjectId dimension = addEntityToBlock(L"Part", newDimension());
     const KdDbObjectId graphics = Open<KdDbDimension>(dimension, KdDb::kForRead)->dimBlockId();
     KdDbBlockReference reference({0, 0, 0}, blockId(L"Part"));

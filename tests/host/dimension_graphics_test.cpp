@@ -60,8 +60,15 @@ TEST_F(DimensionGraphicsTest, ADimensionAndItsCopyHaveBlocksOfTheirOwnWithFreeNa
     EXPECT_GE(std::stoi(own->name().substr(2)), 40);
     EXPECT_NEAR(Shown(*copy).textCenter().y, 110.0, 1e-9);
 
+    const auto parts = [&] {
+        return ObjectAccess::entities(*ObjectAccess::live<KdDbBlockTableRecord>(block))
+            .ids()
+            .size();
+    };
+    const std::size_t before = parts();
     change([](auto& opened) { opened.setDimdec(1); });
     EXPECT_EQ(dimension().dimBlockId(), block);
+    EXPECT_LE(parts(), before) << "what was there is gone";
     expectTextAt(20, 10);
 }
 

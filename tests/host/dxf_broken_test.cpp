@@ -146,15 +146,11 @@ TEST_F(BrokenDrawing, BlocksThatContainThemselvesNestTooDeepOrShowTooMuch)
     EXPECT_NE(refusal(chainOfBlocks(20000, 1)), ""); // and the walk has no recursion
 }
 
-/// What is written of the drawing can be read and stays what it is, or the drawing is not saved.
-bool isUnsavableOrWhole(const KdDbDatabase& database)
+/// What is written of a drawing can be read and stays what it is.
+bool isWhole(const KdDbDatabase& database)
 {
-    try {
-        const std::string written = korra::drawingText(database);
-        return korra::drawingText(*readWhole(written)) == written;
-    } catch (const korra::UnsavableDrawing& refusal) {
-        return std::string_view(refusal.what()).starts_with("cannot be saved: ");
-    }
+    const std::string written = korra::drawingText(database);
+    return korra::drawingText(*readWhole(written)) == written;
 }
 
 /// The text is refused in one line, or is whole, and stays so under changes.
@@ -164,11 +160,11 @@ bool isRefusedOrWhole(const std::string& text)
     const std::string message = messageOf(database, text);
     if (!message.empty())
         return message.find('\n') == message.npos;
-    const std::string written = korra::drawingText(database);
-    if (korra::drawingText(*readWhole(written)) != written)
+    if (!isWhole(database))
         return false;
     scaleEntities(database, 1e300);
-    return isUnsavableOrWhole(database);
+    const std::string refusal = refusedSave(database);
+    return refusal.empty() ? isWhole(database) : refusal.starts_with("cannot be saved: ");
 }
 
 TEST_F(BrokenDrawing, WithoutALineOrWithAnotherInItsPlaceItIsRefusedOrWhole)

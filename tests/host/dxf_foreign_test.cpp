@@ -12,18 +12,7 @@ using korra::ObjectAccess;
 namespace tests::dxf {
 namespace {
 
-class ForeignDrawing : public HostTest {
-protected:
-    /// Adds to another drawing what goes to the working one.
-    KdDbObjectId addTo(KdDbDatabase& other, KdDbObjectId (*add)()) const
-    {
-        KdDbDatabase& here = database();
-        kddbHostApplicationServices()->setWorkingDatabase(&other);
-        const KdDbObjectId id = add();
-        kddbHostApplicationServices()->setWorkingDatabase(&here);
-        return id;
-    }
-};
+class ForeignDrawing : public HostTest {};
 
 /// The drawing is opened and saved as it is. @return what its opener is told
 std::vector<std::string> notesOnKept(const std::string& text)
@@ -61,10 +50,10 @@ TEST_F(ForeignDrawing, NamesARecordInThePlaceOfItsHandle)
 
 TEST_F(ForeignDrawing, GivesAnObjectOfItsOwnAHandleOfItsOwn)
 {
-    const auto database = readWhole(withEntities(
+    const auto database = readToWorkOn(withEntities(
         "0 LINE; 5 1A; 0 LINE; 5 1a; 0 LINE; 5 ; 0 LINE; 8 0; 0 LINE; 5 7FFFFFFFFFFFFFFF\n"
         "0 POLYLINE; 5 1B; 66 1; 70 8; 0 VERTEX; 5 1C; 0 SEQEND"));
-    const KdDbObjectId added = addTo(*database, [] { return addEntity(new KdDbLine); });
+    const KdDbObjectId added = addEntity(new KdDbLine);
 
     const std::string saved = korra::drawingText(*database);
     const auto again = readWhole(saved);
@@ -97,9 +86,9 @@ TEST_F(ForeignDrawing, LeavesBlocksWithoutANameAndCountsThatAreWrong)
              "0 BLOCK; 5 E; 0 ENDBLK; 0 ENDSEC; 0 EOF\n");
     const std::string tooMany = replaced(tooFew, "\n 70\n1\n", "\n 70\n9\n");
     for (const auto& [text, count] : {std::pair(tooFew, "\n 70\n3\n"), {tooMany, "\n 70\n9\n"}}) {
-        const auto database = readWhole(text);
+        const auto database = readToWorkOn(text);
         EXPECT_EQ(korra::drawingText(*database), text);
-        addTo(*database, [] { return addLayer(L"Third"); });
+        addLayer(L"Third");
         EXPECT_THAT(korra::drawingText(*database), HasSubstr(count));
     }
 }
@@ -145,25 +134,19 @@ TEST_F(ForeignDrawing, MixesItsCodePageIntoUtf8)
 
 TEST_F(ForeignDrawing, KeepsLayoutsThatLieInNoBlockOrInNoDictionary)
 {
-    using Replacements = std::vector<std::pair<const char*, const char*>>;
-    const auto sampleWith = [](const Replacements& replacements) {
-        std::string text = file(kModernSample);
-        for (const auto& [what, by] : replacements)
-            text = replaced(text, file(what), file(by));
-        return text;
-    };
+    const std::string whole = file(kModernSample);
     const std::string model =
-        sampleWith({{"340 30", "340 0"}, {"71      0; 330 20", "71 0; 330 EE"}});
+        retagged(whole, {{"340 30", "340 0"}, {"71      0; 330 20", "71 0; 330 EE"}});
     const auto withModel = readWhole(model);
     EXPECT_EQ(korra::drawingText(*withModel), model);
     EXPECT_EQ(korra::setCurrentLayout(withModel->contents(), L"MODEL"), Kdapi::eOk);
 
-    const std::string sheet = sampleWith({{"340 31", "340 0"},
-                                          {"71      1; 330 21", "71 1; 330 EE"},
-                                          {"3 Blatt 1; 350 31", "3 Layout1; 350 31"}});
-    const std::string unentered = sampleWith(
-        {{"3 Blatt 1; 350 31", "3 Blatt 1; 350 61"}, {"3 Mine; 350 61", "3 Mine; 350 62"}});
-    const std::string otherCase = sampleWith({{"3 ACAD_LAYOUT", "3 Acad_Layout"}});
+    const std::string sheet = retagged(whole, {{"340 31", "340 0"},
+                                               {"71      1; 330 21", "71 1; 330 EE"},
+                                               {"3 Blatt 1; 350 31", "3 Layout1; 350 31"}});
+    const std::string unentered = retagged(
+        whole, {{"3 Blatt 1; 350 31", "3 Blatt 1; 350 61"}, {"3 Mine; 350 61", "3 Mine; 350 62"}});
+    const std::string otherCase = retagged(whole, {{"3 ACAD_LAYOUT", "3 Acad_Layout"}});
     for (const std::string& text : {sheet, unentered, otherCase}) {
         const auto database = readWhole(text);
         EXPECT_EQ(korra::drawingText(*database), text);

@@ -16,22 +16,15 @@ using korra::TagPart;
 namespace tests::dxf {
 namespace {
 
-/// A drawing with block records, a dictionary of everything and a line, whose markers begin so.
-std::string drawingWith(const std::string& prefix)
-{
-    const std::string record =
-        "; 330 1; 100 " + prefix + "SymbolTableRecord; 100 " + prefix + "BlockTableRecord; 2 *";
-    return file(
-        "0 SECTION; 2 TABLES; 0 TABLE; 2 BLOCK_RECORD; 5 1; 330 0; 100 " + prefix +
-        "SymbolTable; 70 2; 0 BLOCK_RECORD; 5 2" + record +
-        "Model_Space; 340 0; 0 BLOCK_RECORD; 5 3" + record +
-        "Paper_Space; 340 0; 0 ENDTAB; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 LINE; 5 A; 330 2; "
-        "100 " +
-        prefix + "Entity; 8 0; 100 " + prefix +
-        "Line; 10 0.0; 20 0.0; 30 0.0; 11 1.0; 21 0.0; 31 0.0; 0 ENDSEC; 0 SECTION; "
-        "2 OBJECTS; 0 DICTIONARY; 5 B; 330 0; 100 " +
-        prefix + "Dictionary; 281 1; 0 ENDSEC; 0 EOF");
-}
+/// A drawing with block records, a dictionary of everything and a line, whose markers begin "Xy".
+const std::string kMarked = file(R"(0 SECTION; 2 TABLES
+0 TABLE; 2 BLOCK_RECORD; 5 1; 330 0; 100 XySymbolTable; 70 2
+0 BLOCK_RECORD; 5 2; 330 1; 100 XySymbolTableRecord; 100 XyBlockTableRecord; 2 *Model_Space; 340 0
+0 BLOCK_RECORD; 5 3; 330 1; 100 XySymbolTableRecord; 100 XyBlockTableRecord; 2 *Paper_Space; 340 0
+0 ENDTAB; 0 ENDSEC; 0 SECTION; 2 ENTITIES
+0 LINE; 5 A; 330 2; 100 XyEntity; 8 0; 100 XyLine; 10 0.0; 20 0.0; 30 0.0; 11 1.0; 21 0.0; 31 0.0
+0 ENDSEC; 0 SECTION; 2 OBJECTS; 0 DICTIONARY; 5 B; 330 0; 100 XyDictionary; 281 1
+0 ENDSEC; 0 EOF)");
 
 /// What the objects of a drawing consist of: their types with the codes of their tags, in the place
 /// of 100 the marker; each outline once.
@@ -55,7 +48,7 @@ class ClassMarkers : public HostTest {};
 
 TEST_F(ClassMarkers, OfWhatIsNewBeginAsTheOnesThatAreThere)
 {
-    const auto drawing = readToWorkOn(drawingWith("Xy"));
+    const auto drawing = readToWorkOn(kMarked);
     addEntityToBlock(L"Part", new KdDbPoint);
     auto* const polyline = new KdDb3dPolyline;
     polyline->appendVertex(new KdDbVertex({1, 2, 3}, 0));
@@ -86,10 +79,9 @@ TEST_F(ClassMarkers, OfWhatIsNewBeginAsTheOnesThatAreThere)
 TEST_F(ClassMarkers, AreNotWrittenWhereTheDrawingHasNoneThatIsKnown)
 {
     static const std::regex markers("100\n.*\n");
-    const std::string marked = drawingWith("Xy");
     for (const std::string& text :
-         {std::regex_replace(marked, markers, ""),
-          std::regex_replace(marked, markers, "100\nStrange\n"),
+         {std::regex_replace(kMarked, markers, ""),
+          std::regex_replace(kMarked, markers, "100\nStrange\n"),
           withEntities("0 LINE; 5 A; 100 XyEntity; 8 0; 100 OtherLine; 10 0.0; 20 0.0")}) {
         const auto drawing = readToWorkOn(text);
         addEntity(new KdDbPoint({1, 2, 3}));
@@ -101,7 +93,7 @@ TEST_F(ClassMarkers, AreNotWrittenWhereTheDrawingHasNoneThatIsKnown)
 
 TEST_F(ClassMarkers, OwnersAndSheetsAreNamedAsOthersWantThem)
 {
-    const auto drawing = readToWorkOn(drawingWith("Xy"));
+    const auto drawing = readToWorkOn(kMarked);
     const KdDbObjectId id = addEntityToBlock(L"*Paper_Space", new KdDbPoint({1, 2, 3}));
     EXPECT_THAT(drawingText(*drawing),
                 HasSubstr(file("0 POINT; 5 " + traceForm(id) +

@@ -88,22 +88,14 @@ std::string changed(const std::string& text, Change change)
     return written;
 }
 
-struct Replacement {
-    std::string was; ///< tags, noted briefly
-    std::string is;
-};
-
 /// Changes the object of a handle, and wants no other text of the modern sample to be changed.
 template <class T, class Change>
-void expectReplaced(std::uint64_t handle, const std::vector<Replacement>& replacements,
-                    Change change)
+void expectReplaced(std::uint64_t handle, const Retags& retags, Change change)
 {
-    std::string expected = file(kModernSample);
-    const std::string text = changed(
-        expected, [&](const KdDbDatabase& database) { changeObject<T>(database, handle, change); });
-    for (const auto& [was, is] : replacements)
-        expected = replaced(expected, file(was), file(is));
-    EXPECT_EQ(text, expected);
+    const std::string sample = file(kModernSample);
+    EXPECT_EQ(
+        changed(sample, [&](const auto& drawing) { changeObject<T>(drawing, handle, change); }),
+        retagged(sample, retags));
 }
 
 std::vector<korra::TypedValue>& extendedData(KdDbObject& object)
@@ -122,6 +114,12 @@ TEST_F(DrawingRoundTrip, AChangeChangesTheTextOfItsFieldAlone)
     expectReplaced<KdDbText>(0x59, {{"1 значение", "1 новое; 50 90"}}, [](auto& text) {
         text.setTextString(L"новое");
         text.setRotation(1.5707963267948966);
+    });
+    expectReplaced<KdDbMText>(0x56, {{"40 2.5; 41 0.0", "40 3; 41 0.0"}},
+                              [](auto& text) { text.setTextHeight(3.0); });
+    expectReplaced<KdDbLine>(0x46, {{"31 1.0; 0 ENDBLK", "31 2; 0 ENDBLK"}}, [](auto& line) {
+        const KdDbLine other({0, 0, 0}, {1, 1, 2});
+        EXPECT_EQ(line.copyFrom(&other), Kdapi::eOk);
     });
     const std::string piece(250, 'a'); // as long as pieces are
     expectReplaced<KdDbMText>(0x56,

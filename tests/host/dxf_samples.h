@@ -141,4 +141,15 @@ void changeObject(const KdDbDatabase& database, std::uint64_t handle, Change cha
     change(*Open<T>(find<T>(database, handle)->objectId()));
 }
 
+/// What the save of a drawing is refused with; empty when it is not refused.
+inline std::string refusedSave(const KdDbDatabase& database)
+{
+    try {
+        korra::drawingText(database);
+        return "";
+    } catch (const korra::UnsavableDrawing& refusal) {
+        return refusal.what();
+    }
+}
+
 } // namespace tests::dxf

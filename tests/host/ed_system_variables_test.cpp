@@ -91,7 +91,9 @@ TEST_F(SystemVariablesTest, ViewVariablesFollowTheViewAndWhatIsShown)
 TEST_F(SystemVariablesTest, WithoutADocumentOnlyTheHostsOwnCanBeRead)
 {
     korra::stopHost();
+    EXPECT_EQ(kdutPrintf(L"nobody"), RTERROR);
     korra::startHost();
+    EXPECT_EQ(kdutPrintf(L"somebody"), RTNORM);
     EXPECT_EQ(variable(L"CMDECHO"), "1");
     EXPECT_EQ(variable(L"LTSCALE"), "none");
     EXPECT_EQ(variable(L"VIEWSIZE"), "none");

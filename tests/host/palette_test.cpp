@@ -51,16 +51,4 @@ TEST_F(ColorInFiles, RedGreenAndBlueGoBeforeTheIndexAndLoseTheNameOfTheirBook)
     EXPECT_THAT(drawingText(*drawing), Not(HasSubstr("BOOK$RED")));
 }
 
-TEST_F(ColorInFiles, OfAnEntityComeBack)
-{
-    KdCmColor color;
-    color.setRGB(1, 2, 3);
-    auto* const line = new KdDbLine;
-    line->setColor(color);
-    const KdDbObjectId id = addEntity(line);
-
-    auto again = dxf::readWhole(drawingText(database()));
-    EXPECT_EQ(dxf::find<KdDbEntity>(*again, id.handle().value())->color(), color);
-}
-
 } // namespace

@@ -107,6 +107,9 @@ TEST_F(ReferencesTest, ACopyTakesRecordsOfItsNewDrawingByName)
     EXPECT_EQ(resident->layerId(), ownWalls);
     EXPECT_EQ(resident->textStyle(), database().textstyle());
     EXPECT_EQ(resident->linetypeId(), database().celtype());
+    const Open<KdDbText> taking(addEntity(new KdDbText));
+    EXPECT_EQ(taking->copyFrom(&text), Kdapi::eOk);
+    EXPECT_EQ(taking->layerId(), ownWalls);
 
     KdDb3dPolyline polyline;
     auto* const vertex = new KdDbVertex;

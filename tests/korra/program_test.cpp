@@ -147,7 +147,7 @@ TEST_F(ProgramTest, OutputThatCannotBeWrittenIsAFailureAndNothingIsSaved)
         close(end);
     for (const char* arguments :
          {"--help >/dev/full", "--version >/dev/full", "--save @out.dxf >/dev/full",
-          "--save @out.dxf --module probe_ending >&9"}) {
+          "--save @out.dxf --module probe_registering >&9"}) {
         const Outcome outcome = run(arguments, "ENDALL\n"); // which would end it in its own way
         EXPECT_EQ(outcome.status, 3) << arguments;
         EXPECT_THAT(outcome.errors, StartsWith("korra: standard output: cannot be written: "));
@@ -158,7 +158,7 @@ TEST_F(ProgramTest, OutputThatCannotBeWrittenIsAFailureAndNothingIsSaved)
 
 TEST_F(ProgramTest, WhatWasPrintedIsOutBeforeAModuleEndsTheProgram)
 {
-    const Outcome outcome = run("--module probe_ending", "REGEN\nENDALL\n");
+    const Outcome outcome = run("--module probe_registering", "REGEN\nENDALL\n");
     EXPECT_EQ(outcome.out, "Command: REGEN\nCommand: ENDALL\nhalf a line");
 }
 

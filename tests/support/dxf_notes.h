@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 /// Drawings in the exchange format, noted briefly: "0 LINE; 8 0" stands for the tags of code 0 and
 /// value "LINE" and of code 8 and value "0"; a line end parts tags as "; " does.
@@ -36,6 +38,16 @@ inline std::string replaced(std::string text, std::string_view what, std::string
     const std::size_t place = text.find(what);
     EXPECT_NE(place, std::string::npos) << "the sample has no " << what;
     return place == std::string::npos ? text : text.replace(place, what.size(), by);
+}
+
+/// Tags that are to be replaced and what comes in their place, both noted briefly.
+using Retags = std::vector<std::pair<std::string, std::string>>;
+
+inline std::string retagged(std::string text, const Retags& retags)
+{
+    for (const auto& [what, by] : retags)
+        text = replaced(std::move(text), file(what), file(by));
+    return text;
 }
 
 } // namespace tests::dxf

@@ -269,6 +269,8 @@ TEST_F(DimStylesTest, AScaleThatCannotBeReachedStopsTheHost)
                             L"!orvex_until@1928" + reason, L"!orvex_until@1963" + reason));
     const KdApDocument& document = *kdDocManagerPtr()->curDocument();
     EXPECT_EQ(document.transactionManager()->numActiveTransactions(), 0);
+    startFreshHost();
+    EXPECT_THAT(korra::fatalStops(), IsEmpty()) << "a host begins without any";
 }
 
 } // namespace

@@ -1,9 +1,14 @@
-/// A module whose tables are not empty: a base class, a derived one, commands and functions.
+/// A module whose tables are not empty: a base class, a derived one, commands (one ends the program
+/// as a crash does) and functions.
 
 #include "frame/registration.h"
 
+#include "kd/ed.h"
+
 #include "platform/gate.h"
 #include "platform/resources.h"
+
+#include <cstdlib>
 
 namespace {
 
@@ -18,9 +23,16 @@ frame::ClassEntry* const classes[] = {&base, nullptr, &derived};
 
 constexpr auto runCommand = [] { platform::note("command"); };
 
+void endAll()
+{
+    kdutPrintf(L"half a line");
+    std::_Exit(EXIT_SUCCESS);
+}
+
 frame::CommandEntry named{L"PROBE", L"PROBEONE", L"ONE", 0, runCommand, nullptr, 0};
 frame::CommandEntry loaded{L"PROBE", L"PROBETWO", nullptr, 0x00200000, runCommand, nullptr, 9001};
-frame::CommandEntry* const commands[] = {&named, nullptr, &loaded};
+frame::CommandEntry ending{L"PROBE", L"ENDALL", nullptr, 0, endAll, nullptr, 0};
+frame::CommandEntry* const commands[] = {&named, nullptr, &loaded, &ending};
 
 /// A function that notes its name.
 template <char Name>
