@@ -182,8 +182,11 @@ void DrawingAssembly::placeObjects()
 /// A layout names its block; the block of an older file does not name its layout.
 void DrawingAssembly::bindLayouts()
 {
-    for (const KdDbObjectId id : ids_) {
-        const auto* const layout = KdDbLayout::cast(ObjectAccess::object(id));
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        if (file_.objects[index].place != FilePlace::objects)
+            continue;
+        const KdDbObjectId id = ids_[index];
+        const auto* const layout = KdDbLayout::cast(&object(index));
         auto* const block =
             layout ? ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId())
                    : nullptr;
