@@ -67,9 +67,10 @@ TEST_F(DrawingRoundTrip, WhatIsOddIsWrittenOnceAndThenStays)
         const std::string written = drawingText(*first);
         const auto second = readWhole(written);
         EXPECT_EQ(drawingText(*second), written);
-        for (const auto& [handle, slot] : first->contents().byHandle) {
-            const bool isFromFile = KdDbEntity::cast(slot->object) &&
-                                    !ObjectAccess::extras(*slot->object).source.empty();
+        for (const korra::ObjectSlot* slot : first->contents().slots) {
+            const std::uint64_t handle = slot->handle.value();
+            const bool isFromFile =
+                KdDbEntity::cast(slot->object) && !ObjectAccess::source(*slot->object).empty();
             EXPECT_TRUE(!isFromFile || find<KdDbEntity>(*second, handle)) << "lost " << handle;
         }
     }

@@ -128,9 +128,8 @@ inline std::unique_ptr<KdDbDatabase> readToWorkOn(const std::string& text)
 template <class T>
 T* find(const KdDbDatabase& database, std::uint64_t handle)
 {
-    const auto& objects = database.contents().byHandle;
-    const auto found = objects.find(handle);
-    return found == objects.end() ? nullptr : T::cast(found->second->object);
+    const korra::ObjectSlot* const slot = database.contents().byHandle.find(handle);
+    return slot ? T::cast(slot->object) : nullptr;
 }
 
 /// Opens the object of a handle for writing while `change` runs.

@@ -36,9 +36,8 @@ KdDbObjectId objectOfHandle(const KdDbDatabase* database, const std::wstring& te
 {
     if (!database)
         return {};
-    const auto& slots = database->contents().byHandle;
-    const auto found = slots.find(std::wcstoull(text.c_str(), nullptr, 16));
-    return found == slots.end() ? KdDbObjectId() : KdDbObjectId(found->second);
+    const std::uint64_t handle = std::wcstoull(text.c_str(), nullptr, 16);
+    return KdDbObjectId(database->contents().byHandle.find(handle));
 }
 
 /// What an override's value node says; none where it is of another kind than the variable.

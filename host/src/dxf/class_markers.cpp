@@ -46,10 +46,10 @@ std::optional<std::string> prefixIn(KdDbObject& object, std::string_view source)
 std::optional<std::string> markerPrefix(const DatabaseContents& contents)
 {
     for (const ObjectSlot* slot : contents.slots) {
-        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*slot->object));
-        if (!extras || extras->source.empty() || !kindOf(*slot->object))
+        const std::string_view source = ObjectAccess::source(*slot->object);
+        if (source.empty() || !kindOf(*slot->object))
             continue;
-        if (auto prefix = prefixIn(*slot->object, extras->source))
+        if (auto prefix = prefixIn(*slot->object, source))
             return prefix;
     }
     return std::nullopt;

@@ -136,15 +136,15 @@ void DrawingAssembly::readFields()
 void DrawingAssembly::readFieldsOf(std::size_t index)
 {
     KdDbObject& target = object(index);
-    const ObjectExtras* extras = ObjectAccess::extras(static_cast<const KdDbObject&>(target));
-    if (!extras || extras->source.empty())
+    const std::string_view source = ObjectAccess::source(target);
+    if (source.empty())
         return; // a block without a record
     const bool isBlock = KdDbBlockTableRecord::cast(&target) != nullptr;
-    reader_->read(target, extras->source, file_.objects[index].line,
+    reader_->read(target, source, file_.objects[index].line,
                   isBlock ? std::span<const int>(kBlockRecordCodes) : std::span<const int>(),
                   Extensions::read);
     if (KdDbViewport::cast(&target))
-        readView(target, extras->source, file_.objects[index].line);
+        readView(target, source, file_.objects[index].line);
 }
 
 /// Of a viewport as older drawings have it.
@@ -158,7 +158,7 @@ void DrawingAssembly::readBlockFields()
 {
     for (const ReadBlock& block : file_.blocks) {
         KdDbObject& record = object(block.record);
-        const bool hasRecord = !ObjectAccess::extras(record).source.empty();
+        const bool hasRecord = !ObjectAccess::source(record).empty();
         reader_->read(record, block.frame.begin, block.line, kBlockFieldCodes,
                       hasRecord ? Extensions::ignored : Extensions::read);
     }
@@ -182,8 +182,11 @@ void DrawingAssembly::placeObjects()
 /// A layout names its block; the block of an older file does not name its layout.
 void DrawingAssembly::bindLayouts()
 {
-    for (const KdDbObjectId id : ids_) {
-        const auto* const layout = KdDbLayout::cast(ObjectAccess::object(id));
+    for (std::size_t index = 0; index < ids_.size(); ++index) {
+        if (file_.objects[index].place != FilePlace::objects)
+            continue;
+        const KdDbObjectId id = ids_[index];
+        const auto* const layout = KdDbLayout::cast(&object(index));
         auto* const block =
             layout ? ObjectAccess::live<KdDbBlockTableRecord>(layout->getBlockTableRecordId())
                    : nullptr;
@@ -214,9 +217,7 @@ void DrawingAssembly::complete()
 {
     completeDrawing(contents_);
     for (ObjectSlot* slot : contents_.slots) {
-        const ObjectExtras* extras =
-            ObjectAccess::extras(static_cast<const KdDbObject&>(*slot->object));
-        if (slot->changed && extras && !extras->source.empty())
+        if (slot->changed && !ObjectAccess::source(*slot->object).empty())
             contents_.form.completed.insert(KdDbObjectId(slot));
         slot->changed = false;
         slot->touched = false;

@@ -65,9 +65,10 @@ std::string DrawingWriter::newObjectHead(const KdDbObject& object)
 std::string DrawingWriter::objectText(KdDbObject& object)
 {
     const ObjectSlot& slot = *ObjectAccess::slot(object);
-    const std::string text =
-        source(object).empty() ? newObjectHead(object) : given(object.objectId(), source(object));
-    if (!isChanged(slot) && !source(object).empty())
+    const std::string text = ObjectAccess::source(object).empty()
+                                 ? newObjectHead(object)
+                                 : given(object.objectId(), ObjectAccess::source(object));
+    if (!isChanged(slot) && !ObjectAccess::source(object).empty())
         return text;
     return writtenAs([&] { return nameOf(object); }, [&] { return fieldsText(object, text); });
 }
@@ -144,7 +145,7 @@ std::string DrawingWriter::spaceEntityText(KdDbEntity& entity)
         const std::size_t owner = tags.ownerTag();
         const bool namesSpace = owner != TagList::kNone && parseHandle(tags[owner].value) ==
                                                                space->objectId().handle().value();
-        const bool isKept = namesSpace && !source(entity).empty();
+        const bool isKept = namesSpace && !ObjectAccess::source(entity).empty();
         const bool isFlagged = isKept || parseWhole(tags.valueOf(67)) == 1;
         text += isFlagged ? each : withTag(tags, placeOfSpaceFlag(tags), 67, "1", lineEnd_);
     }

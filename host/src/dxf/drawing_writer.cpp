@@ -45,8 +45,8 @@ std::uint64_t handleBehindAll(const DatabaseContents& contents)
 
 bool isUsed(const DatabaseContents& contents, std::uint64_t handle)
 {
-    const auto slot = contents.byHandle.find(handle);
-    return slot != contents.byHandle.end() && !slot->second->erased;
+    const ObjectSlot* const slot = contents.byHandle.find(handle);
+    return slot && !slot->erased;
 }
 
 } // namespace
@@ -65,12 +65,6 @@ DrawingWriter::DrawingWriter(const DatabaseContents& contents)
 {
 }
 
-std::string_view DrawingWriter::source(const KdDbObject& object)
-{
-    const ObjectExtras* const extras = ObjectAccess::extras(object);
-    return extras ? extras->source : std::string_view();
-}
-
 bool DrawingWriter::belongsToObjectsSection(const KdDbObject& object)
 {
     return !KdDbEntity::cast(&object) && !KdDbSymbolTable::cast(&object) &&
@@ -79,7 +73,8 @@ bool DrawingWriter::belongsToObjectsSection(const KdDbObject& object)
 
 bool DrawingWriter::isNew(const ObjectSlot& slot) const
 {
-    return slot.index > form_.lastReadIndex || (slot.changed && source(*slot.object).empty());
+    return slot.index > form_.lastReadIndex ||
+           (slot.changed && ObjectAccess::source(*slot.object).empty());
 }
 
 bool DrawingWriter::isChanged(const ObjectSlot& slot) const
@@ -89,8 +84,9 @@ bool DrawingWriter::isChanged(const ObjectSlot& slot) const
 
 bool DrawingWriter::isWritten(const ObjectSlot& slot) const
 {
-    return !slot.erased && (writesEverything_ || isNew(slot) || !source(*slot.object).empty() ||
-                            slot.object->objectId() == viewApplication_);
+    return !slot.erased &&
+           (writesEverything_ || isNew(slot) || !ObjectAccess::source(*slot.object).empty() ||
+            slot.object->objectId() == viewApplication_);
 }
 
 bool DrawingWriter::hasNewObjects() const
@@ -122,7 +118,8 @@ KdDbObjectId DrawingWriter::applicationOfViews() const
     const bool hasViews =
         isOldest_ && std::ranges::any_of(contents_.slots, [&](const ObjectSlot* slot) {
             return !slot->erased && KdDbViewport::cast(slot->object) &&
-                   (slot->changed || isNew(*slot)) && !tellsView(source(*slot->object));
+                   (slot->changed || isNew(*slot)) &&
+                   !tellsView(ObjectAccess::source(*slot->object));
         });
     return hasViews ? contents_.record(TableKind::regApp, L"ACAD") : KdDbObjectId();
 }
@@ -299,8 +296,7 @@ DrawingWriter::Records DrawingWriter::records(TableKind kind)
     for (KdDbSymbolTableRecord* record : ObjectAccess::records(*table).each()) {
         if (!isWritten(*ObjectAccess::slot(*record)))
             continue;
-        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
-        written.added += !extras || extras->source.empty();
+        written.added += ObjectAccess::source(*record).empty();
         written.text += objectText(*record);
         ++written.count;
     }

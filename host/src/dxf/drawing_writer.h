@@ -26,7 +26,6 @@ public:
     std::string text();
 
 private:
-    static std::string_view source(const KdDbObject& object);
     static bool belongsToObjectsSection(const KdDbObject& object);
     bool hasNewObjects() const;
     bool needsObjectsSection() const;

@@ -197,7 +197,7 @@ std::size_t FileScanner::addTable(TableKind kind)
         fail("the table " + std::string(name) + " comes twice");
     const std::size_t table =
         add(newOfKind(kindOfTable(kind)), FilePlace::table, ReadObject::kNone);
-    ObjectAccess::extras(*file_.objects[table].object).source = {}; // kept in the form
+    ObjectAccess::setSource(*file_.objects[table].object, {}); // kept in the form
     return table;
 }
 
@@ -222,7 +222,7 @@ void FileScanner::readBlockRecord(std::size_t table)
     if (record.handle == 0 || record.handle != handleHere())
         record.handle = noteHandle();
     record.parent = table;
-    ObjectAccess::extras(*record.object).source = object_.bytes;
+    ObjectAccess::setSource(*record.object, object_.bytes);
 }
 
 void FileScanner::readBlocks()
@@ -327,7 +327,7 @@ void FileScanner::readObjects()
 std::size_t FileScanner::add(std::unique_ptr<KdDbObject> object, FilePlace place,
                              std::size_t parent)
 {
-    ObjectAccess::extras(*object).source = object_.bytes;
+    ObjectAccess::setSource(*object, object_.bytes);
     ReadObject& added = file_.objects.emplace_back();
     added.object = std::move(object);
     added.line = object_.line;

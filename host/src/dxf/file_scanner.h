@@ -7,7 +7,6 @@
 #include "objects/object_access.h"
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -49,7 +48,7 @@ struct ReadBlock {
 struct ReadFile {
     FileForm form; ///< without what is kept by object
     DrawingHeader header;
-    std::deque<ReadObject> objects; ///< in the order of the file
+    std::vector<ReadObject> objects; ///< in the order of the file
     std::vector<ReadBlock> blocks;
     std::vector<std::pair<std::size_t, std::string>> sequenceEnds; ///< by entity
     std::size_t lineBehindEnd = 0; ///< where more than blanks stands behind EOF; else 0

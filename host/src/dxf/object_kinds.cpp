@@ -26,7 +26,8 @@ std::unique_ptr<KdDbObject> newOfKind(const Kind& kind)
 
 bool isUnknown(const KdDbObject& object)
 {
-    return !kindOf(object);
+    const KdRxClass* const description = object.isA();
+    return description == UnknownEntity::desc() || description == UnknownObject::desc();
 }
 
 std::string_view typeName(const KdDbObject& object)

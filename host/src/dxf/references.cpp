@@ -22,9 +22,9 @@ std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::st
                                        const KdRxClass* kind)
 {
     const auto handle = parseHandle(bytes);
-    const auto slot = contents.byHandle.find(handle.value_or(0));
-    if (slot != contents.byHandle.end() && (!kind || slot->second->object->isKindOf(kind)))
-        return KdDbObjectId(slot->second);
+    ObjectSlot* const slot = contents.byHandle.find(handle.value_or(0));
+    if (slot && (!kind || slot->object->isKindOf(kind)))
+        return KdDbObjectId(slot);
     if (const auto table = tableOfRecords(kind))
         return contents.record(*table, contents.header.encoding().decode(bytes));
     return handle || bytes.empty() ? std::optional(KdDbObjectId()) : std::nullopt;
@@ -32,8 +32,7 @@ std::optional<KdDbObjectId> referredTo(const DatabaseContents& contents, std::st
 
 KdDbObjectId References::at(std::uint64_t handle) const
 {
-    const auto found = contents_.byHandle.find(handle);
-    return found == contents_.byHandle.end() ? KdDbObjectId() : KdDbObjectId(found->second);
+    return KdDbObjectId(contents_.byHandle.find(handle));
 }
 
 KdDbObjectId References::named(TableKind kind, std::string_view bytes, NamedBy by)

@@ -18,7 +18,7 @@ void TagReader::read(KdDbObject& object, std::string_view source, std::size_t li
     namedBy_ = KdDbLayerTableRecord::cast(&object) ? NamedBy::layer : NamedBy::other;
     extensions_ = extensions;
     cursor_.reset(source, only);
-    if (kindOf(object) && cursor_.tags().openGroup() != TagList::kNone)
+    if (cursor_.tags().openGroup() != TagList::kNone && kindOf(object))
         fail(cursor_.tags().openGroup(), "the end of the group");
     object.describe(*this);
 }

@@ -58,15 +58,6 @@ int TagStream::groupCode(std::string_view text) const
     return code;
 }
 
-std::string_view withoutLineEnd(std::string_view line)
-{
-    if (line.ends_with('\n'))
-        line.remove_suffix(1);
-    if (line.ends_with('\r'))
-        line.remove_suffix(1);
-    return line;
-}
-
 std::string printable(std::string_view text)
 {
     constexpr std::size_t kEnough = 40;

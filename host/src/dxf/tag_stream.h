@@ -52,7 +52,14 @@ private:
 };
 
 /// The text without the line end that it ends with.
-std::string_view withoutLineEnd(std::string_view line);
+inline std::string_view withoutLineEnd(std::string_view line)
+{
+    if (line.ends_with('\n'))
+        line.remove_suffix(1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
 
 /// A text of a file as a message may hold it: short, one line, plain characters.
 std::string printable(std::string_view text);

@@ -40,29 +40,6 @@ bool readsBackAs(const std::string& degrees, double radians)
 
 } // namespace
 
-std::string_view trimmed(std::string_view text)
-{
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
-    return text;
-}
-
-int parseGroupCode(std::string_view text)
-{
-    text = trimmed(text);
-    if (text.empty() || text.size() > 4)
-        return -1;
-    int code = 0;
-    for (const char digit : text) {
-        if (digit < '0' || digit > '9')
-            return -1;
-        code = 10 * code + (digit - '0');
-    }
-    return code;
-}
-
 std::optional<double> parseReal(std::string_view text)
 {
     std::errc error{};

@@ -7,11 +7,32 @@
 
 namespace korra {
 
+// The first two are inline, for every tag of a file goes through them.
+
 /// A text without the blanks around it.
-std::string_view trimmed(std::string_view text);
+inline std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
+        text.remove_prefix(1);
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
+        text.remove_suffix(1);
+    return text;
+}
 
 /// A group code, 0 to 9999; -1 for anything else.
-int parseGroupCode(std::string_view text);
+inline int parseGroupCode(std::string_view text)
+{
+    text = trimmed(text);
+    if (text.empty() || text.size() > 4)
+        return -1;
+    int code = 0;
+    for (const char digit : text) {
+        if (digit < '0' || digit > '9')
+            return -1;
+        code = 10 * code + (digit - '0');
+    }
+    return code;
+}
 
 /// A finite number, blanks around it allowed; nullopt for anything else, or when it is too large.
 std::optional<double> parseReal(std::string_view text);

@@ -3,6 +3,7 @@
 #include "form/file_form.h"
 #include "form/header.h"
 #include "objects/change_feed.h"
+#include "objects/handle_table.h"
 #include "objects/object_access.h"
 #include "objects/object_visitor.h"
 #include "objects/record_names.h"
@@ -12,7 +13,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace korra {
@@ -35,7 +35,7 @@ struct DatabaseContents {
     FileForm form;
 
     std::vector<ObjectSlot*> slots; ///< in the order in which the objects came
-    std::unordered_map<std::uint64_t, ObjectSlot*> byHandle;
+    HandleTable byHandle;
     std::uint64_t nextHandle = 1;
 
     std::array<KdDbObjectId, kTableKinds> tables;       ///< by TableKind

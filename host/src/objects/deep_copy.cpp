@@ -99,10 +99,9 @@ public:
 private:
     void translate(std::wstring& handle) const
     {
-        const auto& slots = source_.contents().byHandle;
-        const auto known = slots.find(std::wcstoull(handle.c_str(), nullptr, 16));
-        if (known != slots.end())
-            handle = handleText(run_.standIn(KdDbObjectId(known->second)).handle());
+        const std::uint64_t value = std::wcstoull(handle.c_str(), nullptr, 16);
+        if (ObjectSlot* const known = source_.contents().byHandle.find(value))
+            handle = handleText(run_.standIn(KdDbObjectId(known)).handle());
     }
 
     const DeepCopy& run_;

@@ -112,7 +112,7 @@ void KdDbObject::describe(korra::ObjectVisitor& visitor)
     visitor.owner(owner_);
     visitor.extensionDictionary(extras.extensionDictionary);
     visitor.extendedData(extras.xData);
-    visitor.source(extras.source);
+    visitor.source(source_);
     if (!extras_ && (!none.extensionDictionary.isNull() || !none.xData.empty()))
         extras_ = std::make_unique<korra::ObjectExtras>(std::move(none));
 }

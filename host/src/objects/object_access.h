@@ -46,8 +46,7 @@ enum class Opening { closed, forWrite };
 struct ObjectExtras {
     KdDbObjectId extensionDictionary;
     std::vector<TypedValue> xData; ///< every application's data, each begun by its 1001
-    std::string_view source; ///< the object's tags as the file had them, byte for byte, in its text
-    std::string_view fileType; ///< likewise the name of its type, where no class stands for it
+    std::string_view fileType;     ///< in files, where no class stands for it; in the file's text
 };
 
 /// The host's own way into objects: past open modes, gates and access control.
@@ -138,6 +137,11 @@ public:
     static ObjectExtras& extras(KdDbObject& object);
 
     static const ObjectExtras* extras(const KdDbObject& object) { return object.extras_.get(); }
+
+    /// The object's tags as its file had them, byte for byte, in the file's text.
+    static std::string_view source(const KdDbObject& object) { return object.source_; }
+
+    static void setSource(KdDbObject& object, std::string_view tags) { object.source_ = tags; }
 
     /// Makes an extension dictionary unless there is one; the object is in a database.
     static KdDbDictionary& extensionDictionary(KdDbObject& object);

@@ -5,6 +5,8 @@
 
 #include "platform/gate.h"
 
+#include <algorithm>
+#include <span>
 #include <unordered_set>
 
 namespace korra {
@@ -79,34 +81,36 @@ std::vector<KdDbObject*> withOwned(KdDbObject& object, Wanted wanted)
     return found;
 }
 
-KdDbHandle claimHandle(DatabaseContents& contents, KdDbHandle wanted)
-{
-    if (wanted.isNull() || contents.byHandle.contains(wanted.value())) {
-        contents.nextHandle = contents.freeHandle(contents.nextHandle);
-        wanted = KdDbHandle(contents.nextHandle);
-    }
-    if (wanted.value() >= contents.nextHandle)
-        contents.nextHandle = wanted.value() + 1;
-    return wanted;
-}
-
-/// A slot for an object that comes into a database.
+/// Adds slots for objects that come into a database, without handles.
 /// @throw std::bad_alloc with nothing changed that anybody could see
-ObjectSlot& newSlot(DatabaseContents& contents, KdDbHandle wanted)
+std::span<ObjectSlot* const> addSlots(DatabaseContents& contents, std::size_t count)
 {
-    ObjectSlot& slot = contents.store->add();
-    slot.handle = claimHandle(contents, wanted);
-    contents.slots.push_back(&slot);
+    const std::size_t before = contents.slots.size();
+    contents.byHandle.reserve(count);
     try {
-        contents.byHandle.emplace(slot.handle.value(), &slot);
-        if (ChangeLog* const log = runningLog())
-            log->noteAdded(KdDbObjectId(&slot));
+        for (std::size_t added = 0; added < count; ++added) {
+            ObjectSlot& slot = contents.store->add();
+            contents.slots.push_back(&slot);
+            if (ChangeLog* const log = runningLog())
+                log->noteAdded(KdDbObjectId(&slot));
+        }
     } catch (...) {
-        contents.byHandle.erase(slot.handle.value());
-        contents.slots.pop_back();
+        contents.slots.resize(before);
         throw;
     }
-    return slot;
+    return std::span(contents.slots).subspan(before);
+}
+
+/// Gives a new slot its handle: the one that is wanted, or the next free one.
+void enterHandle(DatabaseContents& contents, ObjectSlot& slot, KdDbHandle wanted)
+{
+    slot.handle = wanted;
+    if (wanted.isNull() || !contents.byHandle.insert(slot)) {
+        slot.handle = KdDbHandle(contents.freeHandle(contents.nextHandle));
+        contents.byHandle.insert(slot);
+        contents.nextHandle = slot.handle.value();
+    }
+    contents.nextHandle = std::max(contents.nextHandle, slot.handle.value() + 1);
 }
 
 } // namespace
@@ -116,34 +120,25 @@ KdDbObjectId ObjectAccess::adopt(KdDbDatabase& database, KdDbObject* object, KdD
 {
     DatabaseContents& contents = database.contents();
     OwnedObjects* const parts = owned(*object);
-    ObjectSlot& slot = newSlot(contents, handle);
-    std::size_t readied = 0;
-    try {
-        for (; parts && readied < parts->size(); ++readied)
-            newSlot(contents, {});
-    } catch (...) {
-        for (std::size_t count = 0; count <= readied; ++count) {
-            contents.byHandle.erase(contents.slots.back()->handle.value());
-            contents.slots.pop_back();
-        }
-        throw;
-    }
-    const auto take = [&](KdDbObject& taken, ObjectSlot& place) {
+    const auto slots = addSlots(contents, 1 + (parts ? parts->size() : 0));
+    const auto take = [&](KdDbObject& taken, ObjectSlot& place, KdDbHandle wanted) {
+        enterHandle(contents, place, wanted);
         place.database = &database;
         place.object = &taken;
         unlinkFree(taken);
         taken.slot_ = &place;
     };
-    take(*object, slot);
+    const KdDbObjectId id(slots.front());
+    take(*object, *slots.front(), handle);
     if (!parts)
-        return KdDbObjectId(&slot);
+        return id;
     parts->handOver();
-    std::size_t place = contents.slots.size() - parts->size();
+    std::size_t place = 0;
     for (KdDbObject* part : parts->objects()) {
-        take(*part, *contents.slots[place++]);
-        part->owner_ = KdDbObjectId(&slot);
+        take(*part, *slots[++place], {});
+        part->owner_ = id;
     }
-    return KdDbObjectId(&slot);
+    return id;
 }
 
 KdDbObjectId ObjectAccess::own(KdDbObject& owner, KdDbObject* object, Opening opening)

@@ -173,8 +173,7 @@ void registerApplication(KdDbDatabase& database, std::wstring_view application)
     const DatabaseContents& contents = database.contents();
     const KdDbObjectId present = contents.record(TableKind::regApp, application);
     if (auto* const record = ObjectAccess::live<KdDbRegAppTableRecord>(present)) {
-        const ObjectExtras* const extras = ObjectAccess::extras(std::as_const(*record));
-        if (!extras || extras->source.empty())
+        if (ObjectAccess::source(*record).empty())
             ObjectAccess::willChange(*record);
         return;
     }

@@ -102,7 +102,7 @@ Kdapi::ErrorStatus redefine(KdDbObjectId id, const LinetypeDefinition& definitio
         record->setPattern(definition.comments.c_str(), definition.dashes);
     // The tags of the old pattern go with it: those of shapes and texts have no field.
     if (status == Kdapi::eOk)
-        ObjectAccess::extras(*record).source = {};
+        ObjectAccess::setSource(*record, {});
     return status;
 }
 

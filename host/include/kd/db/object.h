@@ -6,6 +6,7 @@
 #include "kd/rx.h"
 
 #include <memory>
+#include <string_view>
 
 class KdDbDatabase;
 
@@ -123,6 +124,7 @@ private:
 
     korra::ObjectSlot* slot_ = nullptr;
     KdDbObjectId owner_;
+    std::string_view source_;
     std::unique_ptr<korra::ObjectExtras> extras_;
     bool isCopy_ = false;
     KdDbObject* previousFree_ = nullptr; ///< neighbours among the free-standing objects
