@@ -18,6 +18,7 @@
 #include "orvex/objects.h"
 #include "orvex/pick_copies.h"
 #include "orvex/picking.h"
+#include "orvex/planar.h"
 #include "orvex/savers.h"
 #include "orvex/shell.h"
 #include "orvex/subentities.h"
