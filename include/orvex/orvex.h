@@ -24,4 +24,5 @@
 #include "orvex/subentities.h"
 #include "orvex/system_variables.h"
 #include "orvex/text_styles.h"
+#include "orvex/view_tolerances.h"
 #include "orvex/viewports.h"

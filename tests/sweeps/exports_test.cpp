@@ -253,6 +253,11 @@ const Export kExports[] = {
 
     // geometry
     {"GetPerpendPoint", lines, [](const Ids& ids) { KdGePoint3d foot; GetPerpendPoint({1, 2, 3}, ids[0], foot); }},
+    {"GetPixelHeight", nothing, [](const Ids&) { GetPixelHeight(); }},
+    {"GetGripFusionLength", nothing, [](const Ids&) { GetGripFusionLength(); }},
+    {"GetGripPointTol", nothing, [](const Ids&) { GetGripPointTol(); }},
+    {"GetLeaderTol", nothing, [](const Ids&) { GetLeaderTol(); }},
+    {"GetSelectBoxLength", nothing, [](const Ids&) { GetSelectBoxLength(); }},
 
     // coordinates and viewports
     {"UCS2WCS", movedSystem, [](const Ids&) { KdGePoint3d point; UCS2WCS(point, point); }},
