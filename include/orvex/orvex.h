@@ -21,6 +21,7 @@
 #include "orvex/planar.h"
 #include "orvex/savers.h"
 #include "orvex/shell.h"
+#include "orvex/strings.h"
 #include "orvex/subentities.h"
 #include "orvex/system_variables.h"
 #include "orvex/text_styles.h"
