@@ -50,5 +50,10 @@ TEST(GePlane, ALineMeetsAPlaneInOnePointElseTheOutPointStays)
     for (const KdGePoint3d& second : {KdGePoint3d(1, 0, 1), KdGePoint3d(0, 0, 1)})
         EXPECT_FALSE(ground.intersectWith(KdGeLine3d({0, 0, 1}, second), point));
     EXPECT_FALSE(ground.intersectWith(KdGeLineSeg3d({0, 0, 2}, {0, 0, 1}), point));
+    for (const double odd : {std::nan(""), HUGE_VAL}) {
+        EXPECT_FALSE(ground.intersectWith(KdGeLine3d({0, 0, 1}, KdGePoint3d(0, odd, 2)), point));
+        EXPECT_FALSE(KdGePlane({0, 0, odd}, KdGeVector3d::kZAxis)
+                         .intersectWith(KdGeLine3d({0, 0, 1}, KdGePoint3d(0, 0, 2)), point));
+    }
     EXPECT_EQ(point, met);
 }

@@ -251,6 +251,14 @@ const Export kExports[] = {
     {"InvokeColorDlg", nothing, [](const Ids&) { int chosen; korra::queueInput("30"); Orvex::InvokeColorDlg(7, chosen); }},
     {"GetCurrentBkColor", nothing, [](const Ids&) { Orvex::GetCurrentBkColor(drawing()); }},
 
+    // geometry
+    {"GetPerpendPoint", lines, [](const Ids& ids) { KdGePoint3d foot; GetPerpendPoint({1, 2, 3}, ids[0], foot); }},
+    {"GetPixelHeight", nothing, [](const Ids&) { GetPixelHeight(); }},
+    {"GetGripFusionLength", nothing, [](const Ids&) { GetGripFusionLength(); }},
+    {"GetGripPointTol", nothing, [](const Ids&) { GetGripPointTol(); }},
+    {"GetLeaderTol", nothing, [](const Ids&) { GetLeaderTol(); }},
+    {"GetSelectBoxLength", nothing, [](const Ids&) { GetSelectBoxLength(); }},
+
     // coordinates and viewports
     {"UCS2WCS", movedSystem, [](const Ids&) { KdGePoint3d point; UCS2WCS(point, point); }},
     {"UcToEc", movedSystem, [](const Ids&) { double point[3] = {}, normal[3] = {0, 0, -1}; rx_uc2ec(point, point, normal, false); }},

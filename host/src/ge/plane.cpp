@@ -40,7 +40,8 @@ bool KdGePlane::intersectWith(const KdGeLinearEnt3d& linear, KdGePoint3d& point,
 
     const double param = -signedDistanceTo(linear.pointOnLine()) / climb;
     const double slack = tol.equalPoint() / size;
-    if (param < linear.startParam() - slack || param > linear.endParam() + slack)
+    if (!std::isfinite(param) || param < linear.startParam() - slack ||
+        param > linear.endParam() + slack)
         return false;
     point = linear.evalPoint(param);
     return true;

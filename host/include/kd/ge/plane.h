@@ -39,7 +39,7 @@ public:
     /// Finds the one point where a linear entity meets the plane.
     /// @param point  written on success only
     /// @return false for a linear entity of zero length or parallel to the plane, also within it,
-    ///         and for a segment that ends before the plane
+    ///         for a segment that ends before the plane, and where a coordinate is not finite
     bool intersectWith(const KdGeLinearEnt3d& linear, KdGePoint3d& point,
                        const KdGeTol& tol = KdGeContext::gTol) const;
 
