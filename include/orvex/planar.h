@@ -13,8 +13,7 @@
 /// the result is that of these sums, to the last bit. So a negative angle too small to count beside
 /// a turn becomes the full turn itself.
 /// @param angle  also the result; beyond a million turns the remainder counts, and what is not
-/// finite
-///               stays as it is
+///               finite stays as it is
 /// @return the new angle
 ORVEX_API double NormAngle(double& angle);
 

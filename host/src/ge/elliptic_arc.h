@@ -15,12 +15,6 @@ public:
     {
     }
 
-    const KdGePoint3d& center() const { return center_; }
-
-    const KdGeVector3d& u() const { return u_; }
-
-    const KdGeVector3d& v() const { return v_; }
-
     std::unique_ptr<KdGeCurve3d> clone() const override;
 
     double startParam() const override { return start_; }
