@@ -58,9 +58,12 @@ void DrawingAssembly::adoptObjects()
     contents_.slots.reserve(file_.objects.size());
     contents_.byHandle.reserve(file_.objects.size());
     ids_.reserve(file_.objects.size());
-    for (ReadObject& read : file_.objects)
-        ids_.push_back(ObjectAccess::adopt(contents_.database, read.object.release(),
-                                           KdDbHandle(read.handle)));
+    for (ReadObject& read : file_.objects) {
+        const KdDbObjectId id =
+            ObjectAccess::adopt(contents_.database, read.object.release(), KdDbHandle(read.handle));
+        id.slot()->numbered = id.handle() == KdDbHandle(read.handle);
+        ids_.push_back(id);
+    }
 }
 
 void DrawingAssembly::placeRecords()

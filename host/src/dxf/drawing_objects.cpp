@@ -62,13 +62,19 @@ std::string DrawingWriter::newObjectHead(const KdDbObject& object)
     return head;
 }
 
+/// An object's tags as the file has them, with its handle.
+std::string DrawingWriter::sourceText(const KdDbObject& object)
+{
+    const std::string_view tags = ObjectAccess::source(object);
+    return ObjectAccess::slot(object)->numbered ? std::string(tags)
+                                                : given(object.objectId(), tags);
+}
+
 std::string DrawingWriter::objectText(KdDbObject& object)
 {
-    const ObjectSlot& slot = *ObjectAccess::slot(object);
-    const std::string text = ObjectAccess::source(object).empty()
-                                 ? newObjectHead(object)
-                                 : given(object.objectId(), ObjectAccess::source(object));
-    if (!isChanged(slot) && !ObjectAccess::source(object).empty())
+    const bool isFromFile = !ObjectAccess::source(object).empty();
+    std::string text = isFromFile ? sourceText(object) : newObjectHead(object);
+    if (isFromFile && !isChanged(*ObjectAccess::slot(object)))
         return text;
     return writtenAs([&] { return nameOf(object); }, [&] { return fieldsText(object, text); });
 }
@@ -154,8 +160,11 @@ std::string DrawingWriter::spaceEntityText(KdDbEntity& entity)
 
 std::string DrawingWriter::entityText(KdDbEntity& entity)
 {
+    const auto standIns = standInTexts(entity);
+    if (!standIns)
+        return objectText(entity) + partsText(entity);
     std::string text;
-    for (const std::string& each : entityTexts(entity))
+    for (const std::string& each : *standIns)
         text += each;
     return text;
 }
@@ -163,16 +172,21 @@ std::string DrawingWriter::entityText(KdDbEntity& entity)
 /// What is written for an entity: itself with its parts, or what stands for it.
 std::vector<std::string> DrawingWriter::entityTexts(KdDbEntity& entity)
 {
-    if (isOldest_ && isNew(*ObjectAccess::slot(entity))) {
-        if (auto texts =
-                writtenAs([&] { return nameOf(entity); }, [&] { return standInTexts(entity); }))
-            return *std::move(texts);
-    }
+    if (auto standIns = standInTexts(entity))
+        return *std::move(standIns);
     return {objectText(entity) + partsText(entity)};
 }
 
-/// The first one has the entity's own handle; nullopt for an entity that is written itself.
+/// What stands for an entity: the first one has its own handle; nullopt for an entity that is
+/// written itself.
 std::optional<std::vector<std::string>> DrawingWriter::standInTexts(const KdDbEntity& entity)
+{
+    if (!isOldest_ || !isNew(*ObjectAccess::slot(entity)))
+        return std::nullopt;
+    return writtenAs([&] { return nameOf(entity); }, [&] { return newStandInTexts(entity); });
+}
+
+std::optional<std::vector<std::string>> DrawingWriter::newStandInTexts(const KdDbEntity& entity)
 {
     const auto standIns = newStandIns(entity);
     if (!standIns)

@@ -151,13 +151,20 @@ std::string DrawingWriter::text()
     checkBlockNesting(contents_, [](const KdDbBlockTableRecord&) { return std::size_t{0}; });
     std::vector<FileForm::Section> sections = form_.sections;
     for (FileForm::Section& section : sections)
-        section.bytes += sectionBody(section.name);
+        section.bytes = std::move(section.bytes) + sectionBody(section.name);
     addMissingSections(sections);
     updateHeader(sections); // last: it tells the handles that were written
-    std::string text = form_.opening;
+    const std::string closing = form_.closing.empty() ? tag(0, "EOF") : form_.closing;
+    std::size_t size = form_.opening.size() + closing.size();
     for (const FileForm::Section& section : sections)
-        text += section.head + section.bytes + section.tail;
-    return text + (form_.closing.empty() ? tag(0, "EOF") : form_.closing);
+        size += section.head.size() + section.bytes.size() + section.tail.size();
+    std::string text;
+    text.reserve(size);
+    text += form_.opening;
+    for (const FileForm::Section& section : sections)
+        text.append(section.head).append(section.bytes).append(section.tail);
+    text += closing;
+    return text;
 }
 
 FileForm::Section DrawingWriter::newSection(const std::string& name) const

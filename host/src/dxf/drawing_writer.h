@@ -70,7 +70,9 @@ private:
     std::vector<std::string> entityTexts(KdDbEntity& entity);
     std::string partsText(KdDbEntity& entity);
     std::optional<std::vector<std::string>> standInTexts(const KdDbEntity& entity);
+    std::optional<std::vector<std::string>> newStandInTexts(const KdDbEntity& entity);
     std::string objects();
+    std::string sourceText(const KdDbObject& object);
     std::string objectText(KdDbObject& object);
     std::string fieldsText(KdDbObject& object, std::string_view tags);
     std::string newObjectHead(const KdDbObject& object);
@@ -83,7 +85,7 @@ private:
     bool isOldest_;
     std::optional<std::string> markerPrefix_; ///< none: neither markers nor owners of entities
     TagWriter writer_;
-    std::uint64_t lastHandle_ = 0; ///< the greatest that was written
+    std::uint64_t lastHandle_ = 0; ///< the greatest that was given to what lacked one
     std::uint64_t nextHandle_;     ///< for what frames objects and is none itself
     bool writesEverything_;
     KdDbObjectId viewApplication_; ///< whose record is written for the views of viewports

@@ -7,6 +7,11 @@
 
 namespace korra {
 
+/// Objects that come one after the other mostly change so, too: they then lie side by side.
+struct HashBySlot {
+    std::size_t operator()(KdDbObjectId id) const noexcept { return id.slot()->index; }
+};
+
 /// What has changed since a transaction began, and how it was before.
 class ChangeLog {
 public:
@@ -30,7 +35,7 @@ private:
         bool changed;
     };
 
-    std::unordered_map<KdDbObjectId, Before> before_;
+    std::unordered_map<KdDbObjectId, Before, HashBySlot> before_;
     std::vector<KdDbObjectId> added_;
 };
 

@@ -28,6 +28,7 @@ struct ObjectSlot {
     bool erasedWithOwner = false; ///< comes back when the owner does
     bool changed = false;         ///< differs from what the file holds
     bool touched = false;         ///< changed since it was opened for writing
+    bool numbered = false;        ///< its tags in the file have the handle
 };
 
 /// One value of extended data.

@@ -1,13 +1,53 @@
 #include "objects/snapshot.h"
 
 #include <algorithm>
+#include <cstring>
+#include <span>
+#include <type_traits>
 #include <utility>
 
 namespace korra {
 namespace {
 
-/// Entities have about as many, and there may be many of them to note.
-constexpr std::size_t kUsualValues = 16;
+/// Most entities have about as many.
+constexpr std::size_t kUsualBytes = 192;
+
+template <class T>
+void noteValue(FieldValues& values, const T& value)
+{
+    if constexpr (std::is_trivially_copyable_v<T>) {
+        const auto bytes = std::as_bytes(std::span(&value, 1));
+        values.plain.insert(values.plain.end(), bytes.begin(), bytes.end());
+    } else {
+        noteValue(values, value.empty());
+        if (!value.empty())
+            values.longs.emplace_back(value);
+    }
+}
+
+/// Gives values back in the order in which they were noted.
+class ValueSource {
+public:
+    explicit ValueSource(FieldValues values) : values_(std::move(values)) {}
+
+    template <class T>
+    void give(T& value)
+    {
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            std::memcpy(&value, values_.plain.data() + nextPlain_, sizeof value);
+            nextPlain_ += sizeof value;
+        } else {
+            bool isEmpty = true;
+            give(isEmpty);
+            value = isEmpty ? T() : std::move(std::get<T>(values_.longs[nextLong_++]));
+        }
+    }
+
+private:
+    FieldValues values_;
+    std::size_t nextPlain_ = 0;
+    std::size_t nextLong_ = 0;
+};
 
 /// Meets every value in one way, whatever its kind.
 template <class Each>
@@ -60,12 +100,7 @@ public:
         value = number != 0;
     }
 
-    /// Number by number, for a value of its size would make all of them large.
-    void unsaved(KdGeMatrix3d& value) override
-    {
-        for (auto& row : value.entry)
-            std::ranges::for_each(row, each_);
-    }
+    void unsaved(KdGeMatrix3d& value) override { each_(value); }
 
     void source(std::string_view& tags) override
     {
@@ -125,8 +160,8 @@ private:
 FieldValues valuesOf(const KdDbObject& object, Extent extent)
 {
     FieldValues values;
-    values.reserve(kUsualValues);
-    const auto note = [&](auto& value) { values.emplace_back(value); };
+    values.plain.reserve(kUsualBytes);
+    const auto note = [&](auto& value) { noteValue(values, value); };
     ValueVisitor visitor(note, extent);
     // Visitors share one form for reading and writing; this one leaves the object as it is.
     const_cast<KdDbObject&>(object).describe(visitor);
@@ -135,8 +170,8 @@ FieldValues valuesOf(const KdDbObject& object, Extent extent)
 
 void giveValues(KdDbObject& object, FieldValues values, Extent extent)
 {
-    std::size_t next = 0;
-    const auto give = [&]<class T>(T& value) { value = std::move(std::get<T>(values[next++])); };
+    ValueSource source(std::move(values));
+    const auto give = [&](auto& value) { source.give(value); };
     ValueVisitor visitor(give, extent);
     object.describe(visitor);
     ObjectAccess::namesMayDiffer(object);

@@ -2,21 +2,20 @@
 
 #include "objects/object_access.h"
 
+#include <cstddef>
 #include <string>
-#include <string_view>
-#include <variant>
 #include <vector>
 
 namespace korra {
 
-/// One value of what an object consists of.
-using FieldValue = SoundVariant<long long, double, std::wstring, KdGePoint3d, KdGeVector3d,
-                                KdGePoint2d, KdDbObjectId, KdDbHandle, KdCmColor, std::string_view,
-                                std::vector<TypedValue>, OwnedObjects::Objects>;
-
 /// The values of an object in the order in which it names them; a list begins with the count of its
-/// elements.
-using FieldValues = std::vector<FieldValue>;
+/// elements. They are packed, for there may be very many objects to note.
+struct FieldValues {
+    using Long = SoundVariant<std::wstring, std::vector<TypedValue>, OwnedObjects::Objects>;
+
+    std::vector<std::byte> plain; ///< numbers, points, ids; whether a long value is empty
+    std::vector<Long> longs;      ///< the long values that are not
+};
 
 /// How much of an object is meant.
 enum class Extent {

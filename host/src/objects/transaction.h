@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <unordered_map>
 #include <vector>
 
@@ -21,8 +22,10 @@ public:
     /// Takes over an opening of an object.
     void hold(KdDbObjectId id);
 
+    using Held = std::pmr::unordered_map<KdDbObjectId, int, korra::HashBySlot>;
+
     /// The objects taken over, each with the number of its openings.
-    const std::unordered_map<KdDbObjectId, int>& held() const { return held_; }
+    const Held& held() const { return held_; }
 
     int holds(KdDbObjectId id) const;
 
@@ -36,7 +39,8 @@ private:
     static void forgetClosed(KdDbObjectId id);
 
     platform::Tallied tallied_;
-    std::unordered_map<KdDbObjectId, int> held_;
+    std::pmr::monotonic_buffer_resource memory_; ///< of `held_`, which only grows
+    Held held_{&memory_};
     korra::ChangeLog log_;
 };
 
