@@ -41,6 +41,10 @@ TEST_F(CurrentSettings, SurviveAFile)
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(35)), Kdapi::eOk);
     EXPECT_EQ(database().setCelweight(static_cast<KdDb::LineWeight>(36)), Kdapi::eInvalidInput);
 
+    platform::failCall(1, platform::Fault::status);
+    EXPECT_NE(database().setCecolor(colorOf(5)), Kdapi::eOk);
+    platform::releaseCalls();
+
     const auto again = reread();
     EXPECT_THAT((std::vector{again->clayer().handle(), again->textstyle().handle(),
                              again->dimstyle().handle()}),

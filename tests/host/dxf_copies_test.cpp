@@ -151,7 +151,7 @@ std::vector<std::string> each(std::string_view notes)
 std::string withoutIdentity(const std::string& text)
 {
     static const std::regex identity(
-        "(  5|105|330)\n[^\n]*\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
+        "(  5|105|330)\n[0-9A-F]+\n|  2\n\\*D[0-9]+\n| 42\n[^\n]*\n(?= 53\n)");
     return std::regex_replace(text, identity, "");
 }
 

@@ -30,17 +30,18 @@ TEST_F(SystemVariablesTest, ANewDrawingHasTheDefaultsOfTheFormat)
 TEST_F(SystemVariablesTest, AWriteIsTypedRangedAndKept)
 {
     const std::tuple<const char*, const char*, bool> cases[] = {
-        {"CMDECHO", "0", true},       {"CMDECHO", "2", false},
-        {"CMDECHO", "0.5", false},    {"OSMODE", "-1", true},
-        {"OSMODE", "40000", false},   {"LTSCALE", "2.5", true},
-        {"LTSCALE", "0", false},      {"LTSCALE", "1e999", false},
-        {"LIMMIN", "3,4", true},      {"INSBASE", "1,2,3", true},
-        {"INSBASE", "1", false},      {"CLAYER", "0", true},
-        {"CLAYER", "missing", false}, {"CECOLOR", "bylayer", true},
-        {"CECOLOR", "255", true},     {"CECOLOR", "256", false},
-        {"VIEWSIZE", "10", false},    {"SCREENSIZE", "1,1", false},
-        {"UCSORG", "1,1,1", false},   {"DIMSTYLE", "Standard", false},
-        {"TILEMODE", "2", false},     {"CTAB", "no such tab", false},
+        {"CMDECHO", "0", true},          {"CMDECHO", "2", false},
+        {"CMDECHO", "0.5", false},       {"OSMODE", "-32768", true},
+        {"OSMODE", "-1", true},          {"OSMODE", "40000", false},
+        {"LTSCALE", "2.5", true},        {"LTSCALE", "0", false},
+        {"LTSCALE", "1e999", false},     {"LIMMIN", "3,4", true},
+        {"INSBASE", "1,2,3", true},      {"INSBASE", "1", false},
+        {"CLAYER", "0", true},           {"CLAYER", "missing", false},
+        {"CECOLOR", "bylayer", true},    {"CECOLOR", "255", true},
+        {"CECOLOR", "256", false},       {"VIEWSIZE", "10", false},
+        {"SCREENSIZE", "1,1", false},    {"UCSORG", "1,1,1", false},
+        {"DIMSTYLE", "Standard", false}, {"TILEMODE", "2", false},
+        {"CTAB", "no such tab", false},
     };
 
     for (const auto& [name, value, taken] : cases)

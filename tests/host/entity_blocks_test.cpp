@@ -61,6 +61,9 @@ TEST_F(EntityBlocksTest, NestedExtentsAreExactUnderTurnsAndUnequalScales)
     EXPECT_NEAR(box.maxPoint().x, 10 + 8 * c + std::hypot(6 * c, 2 * s), 1e-12);
     EXPECT_NEAR(box.minPoint().y, 20 + 8 * s - std::hypot(6 * s, 2 * c), 1e-12);
 
+    box.addPoint({99, 0, 0});
+    EXPECT_EQ(box.maxPoint().x, 99);
+
     addEntityToBlock(L"Empty", new KdDbBlockReference(KdGePoint3d(), KdDbObjectId()));
     const KdDbBlockReference empty({0, 0, 0}, blockId(L"Empty"));
     EXPECT_EQ(empty.getGeomExtents(box), Kdapi::eInvalidExtents);
