@@ -41,7 +41,7 @@ void require(const korra::FileOutcome& outcome)
         throw FileFailure(outcome.message);
 }
 
-/// What is to be known of an opened drawing goes to the errors.
+/// What is to be known of a drawing that was opened or saved goes to the errors.
 void tellNotes(const korra::FileOutcome& outcome)
 {
     require(outcome);
@@ -76,7 +76,7 @@ KdApDocument* openDrawing(const Options& options)
 
 void save(const Options& options, KdApDocument& document)
 {
-    require(korra::saveDocument(document, *options.save));
+    tellNotes(korra::saveDocument(document, *options.save));
     if (!options.drawing && !templateOf(options))
         std::fprintf(stderr,
                      "korra: %s: made without a template; some programs read only drawings that "

@@ -24,6 +24,7 @@
 #include "orvex/strings.h"
 #include "orvex/subentities.h"
 #include "orvex/system_variables.h"
+#include "orvex/tessellation.h"
 #include "orvex/text_styles.h"
 #include "orvex/view_tolerances.h"
 #include "orvex/viewports.h"

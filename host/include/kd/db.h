@@ -14,6 +14,7 @@
 #include "kd/db/ids.h"
 #include "kd/db/layout.h"
 #include "kd/db/object.h"
+#include "kd/db/region.h"
 #include "kd/db/spline.h"
 #include "kd/db/tables.h"
 #include "kd/db/text.h"

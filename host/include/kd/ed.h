@@ -60,6 +60,11 @@ KdDbObjectId kdedGetCurViewportObjectId();
 /// The angle of the direction from one point to another in the plane, in [0, 2π).
 double kdutAngle(const kds_point from, const kds_point to);
 
+/// The point at a direction in the plane and a distance from a point; z is that point's.
+/// @param angle   radians from the x axis, counter-clockwise
+/// @param result  may be the same array as `from`
+void kdutPolar(const kds_point from, double angle, double dist, kds_point result);
+
 /// Snaps a point to the geometry under the pick box.
 /// @param modes  abbreviations with commas: END, MID, INT, INS, NOD
 /// @param result  the snapped point, in the user coordinate system like `point`

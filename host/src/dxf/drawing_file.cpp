@@ -91,6 +91,17 @@ FileOutcome readFrom(KdDbDatabase& database, const ReadBytes& read, std::size_t 
     }
 }
 
+/// Regions that were made here are no regions any more where they are read again.
+std::vector<std::string> notesOnRegions(const DatabaseContents& contents, const std::string& name)
+{
+    const auto regions = std::ranges::count_if(contents.slots, [](const ObjectSlot* slot) {
+        return !slot->erased && KdDbRegion::cast(slot->object) && !isUnknown(*slot->object);
+    });
+    if (regions == 0)
+        return {};
+    return {located(name, 0, "regions that were made here are saved as the curves around them")};
+}
+
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -133,7 +144,8 @@ FileOutcome writeDrawing(const KdDbDatabase& database, const std::string& path)
     const platform::TurnOf turn(platform::Party::host);
     try {
         const std::string problem = replaceFile(path, drawingText(database));
-        return problem.empty() ? FileOutcome{true, {}} : failure(path, 0, problem);
+        return problem.empty() ? FileOutcome{true, {}, notesOnRegions(database.contents(), path)}
+                               : failure(path, 0, problem);
     } catch (const UnsavableDrawing& error) {
         return failure(path, 0, error.what());
     }

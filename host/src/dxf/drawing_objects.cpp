@@ -56,10 +56,15 @@ bool needsSequenceEnd(KdDbObject& entity)
 /// The tags that a new object begins with.
 std::string DrawingWriter::newObjectHead(const KdDbObject& object)
 {
-    std::string head = given(object.objectId(), tag(0, typeName(object)));
-    if (markerPrefix_ || belongsToObjectsSection(object))
-        head += tag(330, formatHandle(object.ownerId().handle().value()));
-    return head;
+    return given(object.objectId(), tag(0, typeName(object))) + ownerTag(object);
+}
+
+/// Whose a new object is; nothing where the drawing does not say so.
+std::string DrawingWriter::ownerTag(const KdDbObject& object) const
+{
+    if (!markerPrefix_ && !belongsToObjectsSection(object))
+        return {};
+    return tag(330, formatHandle(object.ownerId().handle().value()));
 }
 
 /// An object's tags as the file has them, with its handle.
@@ -181,21 +186,30 @@ std::vector<std::string> DrawingWriter::entityTexts(KdDbEntity& entity)
 /// written itself.
 std::optional<std::vector<std::string>> DrawingWriter::standInTexts(const KdDbEntity& entity)
 {
-    if (!isOldest_ || !isNew(*ObjectAccess::slot(entity)))
+    const bool mayHaveStandIns = isOldest_ || KdDbRegion::cast(&entity);
+    if (!mayHaveStandIns || !isNew(*ObjectAccess::slot(entity)))
         return std::nullopt;
     return writtenAs([&] { return nameOf(entity); }, [&] { return newStandInTexts(entity); });
 }
 
 std::optional<std::vector<std::string>> DrawingWriter::newStandInTexts(const KdDbEntity& entity)
 {
-    const auto standIns = newStandIns(entity);
+    const auto* const region = KdDbRegion::cast(&entity);
+    const std::optional<Pieces> standIns = region ? region->newPieces() : newStandIns(entity);
     if (!standIns)
         return std::nullopt;
+    const ObjectExtras* const extras = ObjectAccess::extras(entity);
+    if (extras && !standIns->empty()) {
+        ObjectExtras& taken = ObjectAccess::extras(*standIns->front());
+        taken.xData = extras->xData;
+        taken.extensionDictionary = extras->extensionDictionary;
+    }
     std::vector<std::string> texts;
     for (const std::unique_ptr<KdDbEntity>& standIn : *standIns) {
         const std::string begin = tag(0, typeName(*standIn));
-        std::string text = writer_.objectWritten(
-            *standIn, texts.empty() ? given(entity.objectId(), begin) : withOwnHandle(begin));
+        const std::string head =
+            texts.empty() ? given(entity.objectId(), begin) : withOwnHandle(begin);
+        std::string text = writer_.objectWritten(*standIn, head + ownerTag(entity));
         if (const OwnedObjects* const parts = ObjectAccess::owned(*standIn)) {
             for (KdDbObject* part : parts->objects())
                 text += writer_.objectWritten(*part, withOwnHandle(tag(0, typeName(*part))));

@@ -76,6 +76,7 @@ private:
     std::string objectText(KdDbObject& object);
     std::string fieldsText(KdDbObject& object, std::string_view tags);
     std::string newObjectHead(const KdDbObject& object);
+    std::string ownerTag(const KdDbObject& object) const;
     std::string tag(int code, std::string_view value) const;
     std::string marker(const char* stem) const;
 

@@ -8,15 +8,17 @@ namespace korra {
 std::unique_ptr<KdDbObject> newObject(Kind::Place place, std::string_view type, const TagList& tags)
 {
     const long long flags = parseWhole(tags.valueOf(70)).value_or(0);
-    if (const Kind* const kind = kindNamed(place, type, flags))
-        return newOfKind(*kind);
-    std::unique_ptr<KdDbObject> unknown;
-    if (place == Kind::Place::entity)
-        unknown = std::make_unique<UnknownEntity>();
+    const Kind* const kind = kindNamed(place, type, flags);
+    std::unique_ptr<KdDbObject> object;
+    if (kind)
+        object = newOfKind(*kind);
+    else if (place == Kind::Place::entity)
+        object = std::make_unique<UnknownEntity>();
     else
-        unknown = std::make_unique<UnknownObject>();
-    ObjectAccess::extras(*unknown).fileType = type;
-    return unknown;
+        object = std::make_unique<UnknownObject>();
+    if (!kind || KdDbRegion::cast(object.get()))
+        ObjectAccess::extras(*object).fileType = type;
+    return object;
 }
 
 std::unique_ptr<KdDbObject> newOfKind(const Kind& kind)
@@ -26,8 +28,8 @@ std::unique_ptr<KdDbObject> newOfKind(const Kind& kind)
 
 bool isUnknown(const KdDbObject& object)
 {
-    const KdRxClass* const description = object.isA();
-    return description == UnknownEntity::desc() || description == UnknownObject::desc();
+    const ObjectExtras* const extras = ObjectAccess::extras(object);
+    return extras && !extras->fileType.empty();
 }
 
 std::string_view typeName(const KdDbObject& object)

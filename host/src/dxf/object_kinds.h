@@ -24,7 +24,7 @@ std::unique_ptr<KdDbObject> newObject(Kind::Place place, std::string_view type,
 /// A new table or record.
 std::unique_ptr<KdDbObject> newOfKind(const Kind& kind);
 
-/// True for an object that no class stands for: it is kept as it is, vertices of a mesh and all.
+/// True for an object that is kept as its file has it, vertices of a mesh and all.
 bool isUnknown(const KdDbObject& object);
 
 /// The name of an object's type in files.

@@ -147,9 +147,9 @@ bool isOfOldestVersion(const DatabaseContents& contents)
            !markerPrefix(contents);
 }
 
-std::optional<std::vector<std::unique_ptr<KdDbEntity>>> newStandIns(const KdDbEntity& entity)
+std::optional<Pieces> newStandIns(const KdDbEntity& entity)
 {
-    std::vector<std::unique_ptr<KdDbEntity>> standIns;
+    Pieces standIns;
     if (const auto* const polyline = KdDbPolyline::cast(&entity)) {
         std::unique_ptr<KdDbVertexCurve> old = polyline->newOldPolyline();
         for (KdDbObject* vertex : ObjectAccess::owned(*old)->objects())
@@ -162,9 +162,6 @@ std::optional<std::vector<std::unique_ptr<KdDbEntity>>> newStandIns(const KdDbEn
     }
     for (const std::unique_ptr<KdDbEntity>& standIn : standIns)
         dressAs(*standIn, entity);
-    const ObjectExtras* const extras = ObjectAccess::extras(entity);
-    if (extras && !standIns.empty())
-        ObjectAccess::extras(*standIns.front()).xData = extras->xData;
     return standIns;
 }
 

@@ -3,11 +3,9 @@
 #include "dxf/tag_writer.h"
 #include "objects/contents.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace korra {
 
@@ -19,7 +17,7 @@ bool isOfOldestVersion(const DatabaseContents& contents);
 /// Free-standing entities that the oldest version knows and that show what a new entity shows;
 /// nullopt for an entity that is written itself.
 /// @throw DrawingError for an entity of which they would not say all
-std::optional<std::vector<std::unique_ptr<KdDbEntity>>> newStandIns(const KdDbEntity& entity);
+std::optional<Pieces> newStandIns(const KdDbEntity& entity);
 
 /// The codes of a viewport's view, where an entity's own tags tell it.
 inline constexpr int kViewCodes[] = {12, 22, 16, 26, 36, 17, 27, 37, 42, 45, 51, 90};

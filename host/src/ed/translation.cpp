@@ -5,6 +5,7 @@
 #include "objects/object_slots.h"
 #include "platform/gate.h"
 
+#include <cmath>
 #include <optional>
 
 namespace korra::ed {
@@ -122,5 +123,14 @@ double kdutAngle(const kds_point from, const kds_point to)
 {
     return platform::gate("kdutAngle").always([&] {
         return KdGe::directionAngle(to[0] - from[0], to[1] - from[1]);
+    });
+}
+
+void kdutPolar(const kds_point from, double angle, double dist, kds_point result)
+{
+    platform::gate("kdutPolar", angle, dist).always([&] {
+        result[0] = from[0] + dist * std::cos(angle);
+        result[1] = from[1] + dist * std::sin(angle);
+        result[2] = from[2];
     });
 }

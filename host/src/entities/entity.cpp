@@ -7,6 +7,7 @@
 #include "tables/drawing_settings.h"
 
 #include <cmath>
+#include <utility>
 
 KDRX_DEFINE_MEMBERS(KdDbEntity, KdDbObject)
 
@@ -156,20 +157,47 @@ KdDbEntity* KdDbEntity::subentPtr(const KdDbFullSubentPath& path) const
             part.index() < 1 || part.index() > edgeCount())
             return nullptr;
         KdDbEntity* edge = newEdge(static_cast<int>(part.index()));
-        if (edge) {
-            edge->layer_ = layer_;
-            edge->linetype_ = linetype_;
-            edge->linetypeScale_ = linetypeScale_;
-            edge->color_ = color_;
-            edge->lineWeight_ = lineWeight_;
-        }
+        if (edge)
+            dress(*edge);
         return edge;
+    });
+}
+
+void KdDbEntity::dress(KdDbEntity& part) const
+{
+    part.layer_ = layer_;
+    part.linetype_ = linetype_;
+    part.linetypeScale_ = linetypeScale_;
+    part.color_ = color_;
+    part.lineWeight_ = lineWeight_;
+}
+
+Kdapi::ErrorStatus KdDbEntity::explode(KdArray<KdDbEntity*>& pieces) const
+{
+    return platform::gate("KdDbEntity::explode", objectId()).guard(Kdapi::eCannotExplode, [&] {
+        std::optional<korra::Pieces> made = newPieces();
+        if (!made)
+            return Kdapi::eCannotExplode;
+        KdArray<KdDbEntity*> all(pieces);
+        for (const auto& piece : *made) {
+            dress(*piece);
+            all.append(piece.get());
+        }
+        for (auto& piece : *made)
+            static_cast<void>(piece.release());
+        std::swap(pieces, all);
+        return Kdapi::eOk;
     });
 }
 
 KdDbEntity* KdDbEntity::newEdge(int) const
 {
     return nullptr;
+}
+
+std::optional<korra::Pieces> KdDbEntity::newPieces() const
+{
+    return std::nullopt;
 }
 
 void KdDbEntity::describe(korra::ObjectVisitor& visitor)

@@ -1,4 +1,5 @@
 #include "entities/curve_entity.h"
+#include "ge/resolvable.h"
 #include "gi/draw_sink.h"
 #include "kd/db/curves.h"
 #include "objects/object_access.h"
@@ -7,22 +8,8 @@
 #include "platform/gate.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 KDRX_DEFINE_MEMBERS(KdDbPolyline, KdDbCurve)
-
-namespace {
-
-/// The tolerance for equal points, never below what coordinates of that size resolve.
-double onSegmentTolerance(const KdGePoint2d& point)
-{
-    const double size = std::max(std::abs(point.x), std::abs(point.y));
-    return std::max(KdGeContext::gTol.equalPoint(),
-                    16.0 * std::numeric_limits<double>::epsilon() * size);
-}
-
-} // namespace
 
 Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
 {
@@ -30,8 +17,18 @@ Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
                static_cast<short>(closed ? flags_ | 1 : flags_ & ~1));
 }
 
+bool KdDbPolyline::hasBulges() const
+{
+    for (unsigned int index = 0; index < segmentCount(); ++index) {
+        if (segType(index) == kArc)
+            return true;
+    }
+    return false;
+}
+
 Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint2d& point,
-                                             double bulge, double startWidth, double endWidth)
+                                             double bulge, double startWidth, double endWidth,
+                                             int identifier)
 {
     return platform::gate("KdDbPolyline::addVertexAt", objectId(), index, point, bulge)
         .guard(Kdapi::eNotOpenForWrite, [&] {
@@ -39,7 +36,8 @@ Kdapi::ErrorStatus KdDbPolyline::addVertexAt(unsigned int index, const KdGePoint
                 return status;
             if (index > vertices_.size())
                 return Kdapi::eInvalidIndex;
-            vertices_.insert(vertices_.begin() + index, Vertex{point, bulge, startWidth, endWidth});
+            vertices_.insert(vertices_.begin() + index,
+                             Vertex{point, bulge, startWidth, endWidth, identifier});
             return Kdapi::eOk;
         });
 }
@@ -108,6 +106,20 @@ Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc3d& 
         });
 }
 
+Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc2d& arc) const
+{
+    return platform::gate("KdDbPolyline::getArcSegAt", objectId(), index)
+        .guard(Kdapi::eInvalidIndex, [&] {
+            if (index >= vertices_.size())
+                return Kdapi::eInvalidIndex;
+            if (segType(index) != kArc)
+                return Kdapi::eNotApplicable;
+            arc = KdGeCircArc2d::fromBulge(vertices_[index].point, vertexBehind(index).point,
+                                           vertices_[index].bulge);
+            return Kdapi::eOk;
+        });
+}
+
 bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double& param) const
 {
     return platform::gate("KdDbPolyline::onSegAt", objectId(), index).guard(false, [&] {
@@ -118,7 +130,7 @@ bool KdDbPolyline::onSegAt(unsigned int index, const KdGePoint2d& point, double&
             return false;
         const KdGePoint3d given(point.x, point.y, 0.0);
         const double nearest = curve->nearestParam(given);
-        if (curve->evalPoint(nearest).distanceTo(given) > onSegmentTolerance(point))
+        if (curve->evalPoint(nearest).distanceTo(given) > korra::resolvableDistance(given))
             return false;
         param = index + (nearest - curve->startParam()) / (curve->endParam() - curve->startParam());
         return true;
@@ -182,6 +194,14 @@ KdDbEntity* KdDbPolyline::newEdge(int marker) const
     return curve ? korra::newCurveEntity(*curve) : nullptr;
 }
 
+std::optional<korra::Pieces> KdDbPolyline::newPieces() const
+{
+    korra::Pieces pieces;
+    for (int marker = 1; marker <= edgeCount(); ++marker)
+        pieces.emplace_back(newEdge(marker));
+    return pieces;
+}
+
 std::unique_ptr<KdDbVertexCurve> KdDbPolyline::newOldPolyline() const
 {
     std::unique_ptr<KdDbVertexCurve> polyline = std::make_unique<KdDb2dPolyline>();
@@ -213,6 +233,7 @@ void KdDbPolyline::describe(korra::ObjectVisitor& visitor)
         each.real(40, vertex.startWidth, -1.0);
         each.real(41, vertex.endWidth, -1.0);
         each.real(42, vertex.bulge, 0.0);
+        each.integer(91, vertex.identifier, 0);
     });
     place_.describeNormal(visitor);
 }

@@ -34,6 +34,12 @@ Kdapi::ErrorStatus KdDbVertex::transformBy(const KdGeMatrix3d& matrix)
     });
 }
 
+void KdDbVertex::contentsMayDiffer() const noexcept
+{
+    if (const auto* const polyline = KdDbCurve::cast(ObjectAccess::object(ownerId())))
+        polyline->contentsMayDiffer();
+}
+
 void KdDbVertex::moveInPlane(const korra::PlaneImage& image)
 {
     position_.transformBy(image.map);
@@ -159,6 +165,14 @@ KdDbEntity* KdDbVertexCurve::newEdge(int marker) const
     if (index >= all.size())
         return nullptr;
     return korra::newCurveEntity(*segmentGeometry(*all[index].from, *all[index].to));
+}
+
+std::optional<korra::Pieces> KdDbVertexCurve::newPieces() const
+{
+    korra::Pieces pieces;
+    for (const Segment& segment : segments())
+        pieces.emplace_back(korra::newCurveEntity(*segmentGeometry(*segment.from, *segment.to)));
+    return pieces;
 }
 
 void KdDbVertexCurve::describe(korra::ObjectVisitor& visitor)

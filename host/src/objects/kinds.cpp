@@ -1,6 +1,7 @@
 #include "objects/kinds.h"
 
 #include "kd/db.h"
+#include "objects/object_access.h"
 
 #include <algorithm>
 #include <array>
@@ -51,6 +52,7 @@ constexpr std::array kKinds = {
     kind<KdDb2dPolyline>(Place::entity, "POLYLINE", isFlatPolyline),
     kind<KdDb3dPolyline>(Place::entity, "POLYLINE", isSpatialPolyline),
     kind<KdDbVertex>(Place::entity, "VERTEX"),
+    kind<KdDbRegion>(Place::entity, "REGION"),
     kind<KdDbPoint>(Place::entity, "POINT"),
     kind<KdDbText>(Place::entity, "TEXT"),
     kind<KdDbMText>(Place::entity, "MTEXT"),
@@ -101,6 +103,9 @@ std::optional<TableKind> findTable(Fits fits)
 
 const Kind* kindOf(const KdDbObject& object)
 {
+    const ObjectExtras* const extras = ObjectAccess::extras(object);
+    if (extras && !extras->fileType.empty())
+        return nullptr;
     const KdRxClass* const description = object.isA();
     const auto isOfClass = [=](const Kind& row) { return row.description() == description; };
     if (const auto* const found = std::ranges::find_if(kKinds, isOfClass); found != kKinds.end())

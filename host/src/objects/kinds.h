@@ -22,7 +22,7 @@ struct Kind {
     bool (*fits)(long long flags) = nullptr;
 };
 
-/// The kind of an object by its class; null for one of a kind that no class stands for.
+/// The kind of an object by its class; null for one that is kept as its file has it.
 const Kind* kindOf(const KdDbObject& object);
 
 /// The kind of an entity, or of an object in the objects section, that a file calls so; null when

@@ -96,8 +96,10 @@ Kdapi::ErrorStatus KdDbObject::downgradeOpen()
 
 Kdapi::ErrorStatus KdDbObject::beginChange()
 {
-    if (!slot_)
+    if (!slot_) {
+        contentsMayDiffer();
         return Kdapi::eOk;
+    }
     if (!slot_->writing)
         return Kdapi::eNotOpenForWrite;
     ObjectAccess::willChange(*this);

@@ -47,7 +47,7 @@ enum class Opening { closed, forWrite };
 struct ObjectExtras {
     KdDbObjectId extensionDictionary;
     std::vector<TypedValue> xData; ///< every application's data, each begun by its 1001
-    std::string_view fileType;     ///< in files, where no class stands for it; in the file's text
+    std::string_view fileType;     ///< of what is kept as its file has it; in the file's text
 };
 
 /// The host's own way into objects: past open modes, gates and access control.
@@ -97,8 +97,8 @@ public:
     /// As willChange(), of what a file does not say of the object, such as its list of parts.
     static void noteChange(KdDbObject& object);
 
-    /// Leaves a note of a change with the object's drawing, for those who keep what follows from
-    /// it.
+    /// Tells an object that it has changed, and leaves a note of that with its drawing for others
+    /// who keep what follows from it.
     static void announce(const KdDbObject& object) noexcept;
 
     /// Erases an object with all that it owns, or brings it back with what was erased with it,

@@ -229,6 +229,7 @@ void ObjectAccess::noteChange(KdDbObject& object)
 
 void ObjectAccess::announce(const KdDbObject& object) noexcept
 {
+    object.contentsMayDiffer();
     object.slot_->database->contents().changes.note(*object.slot_);
 }
 

@@ -8,14 +8,34 @@
 #include <vector>
 
 /// An entity that is one curve: it owns no mathematics but gives its geometry.
+///
+/// Distances are arc lengths from the start, in drawing units. The parameter is the angle of a
+/// circle, an arc and an ellipse; it runs from 0 to 1 along a line, by 1 along each segment of a
+/// polyline, over the knots of a spline. Where nothing else is said the operations return eOk, or
+/// leave the result untouched and return eDegenerateGeometry for a curve without geometry,
+/// eNotApplicable for what an unbounded line does not have.
 class KdDbCurve : public KdDbEntity {
     KDRX_DECLARE_MEMBERS(KdDbCurve)
 public:
     virtual bool isClosed() const;
 
-    /// @return eOk; eDegenerateGeometry, the point untouched, where the curve has no geometry
     virtual Kdapi::ErrorStatus getStartPoint(KdGePoint3d& point) const;
     virtual Kdapi::ErrorStatus getEndPoint(KdGePoint3d& point) const;
+
+    virtual Kdapi::ErrorStatus getStartParam(double& param) const;
+    virtual Kdapi::ErrorStatus getEndParam(double& param) const;
+
+    /// @return also eInvalidInput for a parameter that is not between the ends
+    virtual Kdapi::ErrorStatus getPointAtParam(double param, KdGePoint3d& point) const;
+    virtual Kdapi::ErrorStatus getDistAtParam(double param, double& dist) const;
+
+    /// The distance of a point of the curve; 0 where a closed curve starts and ends.
+    /// @return also ePointNotOnCurve for a point farther from it than the host's tolerance, or than
+    ///         coordinates of that size resolve
+    virtual Kdapi::ErrorStatus getDistAtPoint(const KdGePoint3d& point, double& dist) const;
+
+    /// @return also eInvalidInput for a distance below 0 or beyond the length
+    virtual Kdapi::ErrorStatus getPointAtDist(double dist, KdGePoint3d& point) const;
 
     /// The point of the curve nearest to a point.
     /// @param extend  measure to the curve prolonged beyond its ends; lines and arcs only
@@ -29,7 +49,15 @@ protected:
     /// The true geometry in the coordinates of the owning block; null when it is degenerate.
     virtual std::unique_ptr<KdGeCurve3d> geometry() const = 0;
 
+    /// The geometry, kept until the curve changes with all that was worked out for it.
+    const KdGeCurve3d* keptGeometry() const;
+
+    void contentsMayDiffer() const noexcept override { kept_.reset(); }
+
     void draw(korra::DrawSink& sink) const override;
+
+private:
+    mutable std::unique_ptr<const KdGeCurve3d> kept_;
 };
 
 class KdDbLine : public KdDbCurve {
@@ -152,7 +180,10 @@ public:
 
     bool isClosed() const override { return (flags_ & 1) != 0; }
 
-    Kdapi::ErrorStatus setClosed(bool closed);
+    virtual Kdapi::ErrorStatus setClosed(bool closed);
+
+    /// True where a segment is an arc.
+    bool hasBulges() const;
 
     KdGeVector3d normal() const { return place_.normal(); }
 
@@ -161,8 +192,10 @@ public:
     /// Inserts a vertex before `index`; numVerts() appends.
     /// @param bulge  tangent of a quarter of the swept angle, positive counter-clockwise
     /// @param startWidth, endWidth  drawing units; negative: none of its own
-    Kdapi::ErrorStatus addVertexAt(unsigned int index, const KdGePoint2d& point, double bulge = 0.0,
-                                   double startWidth = -1.0, double endWidth = -1.0);
+    /// @param identifier  a number by which others know the vertex
+    virtual Kdapi::ErrorStatus addVertexAt(unsigned int index, const KdGePoint2d& point,
+                                           double bulge = 0.0, double startWidth = -1.0,
+                                           double endWidth = -1.0, int identifier = 0);
 
     /// A vertex in the coordinates of the owning block. @return eInvalidIndex, nothing written
     Kdapi::ErrorStatus getPointAt(unsigned int index, KdGePoint3d& point) const;
@@ -175,6 +208,9 @@ public:
     /// @return eInvalidIndex; eNotApplicable for a segment of the other kind
     Kdapi::ErrorStatus getLineSegAt(unsigned int index, KdGeLineSeg3d& segment) const;
     Kdapi::ErrorStatus getArcSegAt(unsigned int index, KdGeCircArc3d& arc) const;
+
+    /// The segment in the polyline's own plane.
+    Kdapi::ErrorStatus getArcSegAt(unsigned int index, KdGeCircArc2d& arc) const;
 
     /// True when a point given in the polyline's own plane coordinates lies on a segment, within
     /// the host's tolerance for equal points; `param` is the segment's index plus the part of it
@@ -191,6 +227,7 @@ public:
     void draw(korra::DrawSink& sink) const override;
     int edgeCount() const override;
     KdDbEntity* newEdge(int marker) const override;
+    std::optional<korra::Pieces> newPieces() const override;
 
     /// A free-standing polyline of the old kind in the same place, without what all entities have.
     std::unique_ptr<KdDbVertexCurve> newOldPolyline() const;
@@ -201,6 +238,7 @@ private:
         double bulge = 0.0;
         double startWidth = -1.0;
         double endWidth = -1.0;
+        int identifier = 0;
         friend bool operator==(const Vertex&, const Vertex&) = default;
     };
 
@@ -240,6 +278,8 @@ private:
     friend class KdDbPolyline;
     friend class KdDbVertexCurve;
 
+    void contentsMayDiffer() const noexcept override;
+
     /// Follows the plane of the polyline.
     void moveInPlane(const korra::PlaneImage& image);
 
@@ -278,6 +318,7 @@ protected:
     int edgeCount() const override;
 
     KdDbEntity* newEdge(int marker) const override;
+    std::optional<korra::Pieces> newPieces() const override;
 
     /// The segment between two neighbours.
     virtual std::unique_ptr<KdGeCurve3d> segmentGeometry(const KdDbVertex& from,

@@ -6,6 +6,19 @@
 #include "kd/own/own.h"
 #include "kd/own/shown_block.h"
 
+#include <memory>
+#include <optional>
+#include <vector>
+
+class KdDbEntity;
+
+namespace korra {
+
+/// Free-standing entities that belong to nobody else.
+using Pieces = std::vector<std::unique_ptr<KdDbEntity>>;
+
+} // namespace korra
+
 /// The box around geometry: empty until something was added.
 class KdDbExtents {
 public:
@@ -119,6 +132,11 @@ public:
     /// is not of this entity.
     KdDbEntity* subentPtr(const KdDbFullSubentPath& path) const;
 
+    /// Takes the entity apart: appends free-standing entities that together show what it shows,
+    /// with its layer, colour, linetype and line weight. The caller owns them.
+    /// @return eOk; eCannotExplode, nothing appended, for an entity that is not made of others
+    Kdapi::ErrorStatus explode(KdArray<KdDbEntity*>& pieces) const;
+
 protected:
     KdDbEntity();
 
@@ -137,6 +155,9 @@ protected:
     /// A free-standing entity that shows the edge of a marker; null when there is none.
     virtual KdDbEntity* newEdge(int marker) const;
 
+    /// What explode() gives, without layer and looks; nullopt for what is not made of others.
+    virtual std::optional<korra::Pieces> newPieces() const;
+
     /// Which maps a kind of entity can follow.
     enum class Takes {
         affineMaps,
@@ -149,6 +170,9 @@ protected:
 
 private:
     friend class korra::ObjectAccess;
+
+    /// Gives a part of the entity its layer and looks.
+    void dress(KdDbEntity& part) const;
 
     Kdapi::ErrorStatus beginTransform(const KdGeMatrix3d& matrix, Takes taken);
 

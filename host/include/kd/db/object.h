@@ -98,6 +98,10 @@ protected:
     /// Called before the writer is closed or downgraded, when the object was changed.
     virtual void changesDone() {}
 
+    /// Called with each change of what the object consists of, by setters before it is made: what
+    /// was worked out from it may not hold any more.
+    virtual void contentsMayDiffer() const noexcept {}
+
     /// Every change begins here: eNotOpenForWrite unless the object can be written.
     Kdapi::ErrorStatus beginChange();
 

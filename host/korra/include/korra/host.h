@@ -40,7 +40,8 @@ struct FileOutcome {
     bool done = false;
     std::string message; ///< one line, "FILE:LINE: what is wrong"; UTF-8; empty when done
 
-    /// What whoever opens a drawing should know though it is open, in the form of the message.
+    /// What whoever opens or saves a drawing should know though it is done, in the form of the
+    /// message.
     std::vector<std::string> notes = {};
 };
 
