@@ -16,6 +16,18 @@ void pickinfo();
 /// space.
 void segment();
 
+/// Divides a picked curve into points: pick, step.
+void curvepts();
+
+/// Makes a region of curves, which go: picks, Enter.
+void mkregion();
+
+/// Adds the outline of a picked region, ellipse or spline to the current space.
+void outline();
+
+/// Says where an annotation attaches to a picked curve: pick, point.
+void attach();
+
 /// Make and change a layer: name, colour index, linetype (Enter: continuous), line weight in
 /// hundredths of a millimetre. Then list the names of all.
 void laymake();

@@ -14,10 +14,12 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {L"DIMSET", dimset}, {L"PICKINFO", pickinfo}, {L"SEGMENT", segment}, {L"LAYMAKE", laymake},
-    {L"LAYSET", layset}, {L"LAYLIST", laylist},   {L"LTLOAD", ltload},   {L"LTLIST", ltlist},
-    {L"TSMAKE", tsmake}, {L"TSSET", tsset},       {L"TSLIST", tslist},   {L"DSMAKE", dsmake},
-    {L"DSSET", dsset},   {L"DSLIST", dslist},
+    {L"DIMSET", dimset},     {L"PICKINFO", pickinfo}, {L"SEGMENT", segment},
+    {L"LAYMAKE", laymake},   {L"LAYSET", layset},     {L"LAYLIST", laylist},
+    {L"LTLOAD", ltload},     {L"LTLIST", ltlist},     {L"TSMAKE", tsmake},
+    {L"TSSET", tsset},       {L"TSLIST", tslist},     {L"DSMAKE", dsmake},
+    {L"DSSET", dsset},       {L"DSLIST", dslist},     {L"CURVEPTS", curvepts},
+    {L"MKREGION", mkregion}, {L"OUTLINE", outline},   {L"ATTACH", attach},
 };
 
 /// A service of the host's registry; null when it is missing.

@@ -12,6 +12,16 @@ struct CloseObject {
 template <class T>
 using OpenObject = std::unique_ptr<T, CloseObject>;
 
+/// Gives up an entity that could not be added: one that came into the drawing all the same is
+/// closed, any other one deleted.
+inline void giveUp(KdDbEntity* entity)
+{
+    if (entity->objectId().isNull())
+        delete entity;
+    else
+        entity->close();
+}
+
 /// @param status  the host's status
 template <class T>
 OpenObject<T> openObject(KdDbObjectId id, KdDb::OpenMode mode, Kdapi::ErrorStatus& status)

@@ -22,6 +22,12 @@ std::wstring numberText(double value)
     return text == L"-0" ? L"0" : text;
 }
 
+std::wstring angleText(double angle)
+{
+    const std::wstring text = numberText(angle);
+    return text == numberText(KdGe::kFullTurn) ? L"0" : text;
+}
+
 std::wstring pointText(const KdGePoint3d& point)
 {
     return numberText(point.x) + L' ' + numberText(point.y) + L' ' + numberText(point.z);

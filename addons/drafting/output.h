@@ -7,6 +7,9 @@
 /// A number with up to six decimals, trailing zeros cut; never "-0".
 std::wstring numberText(double value);
 
+/// An angle in radians; a full turn is 0.
+std::wstring angleText(double angle);
+
 /// Three numbers with blanks between.
 std::wstring pointText(const KdGePoint3d& point);
 

@@ -39,6 +39,15 @@ int askWord(const wchar_t* prompt, std::wstring& word)
     return noneForEmpty(askString(prompt, word, Blank::endsText), word);
 }
 
+int askPoint(const wchar_t* prompt, KdGePoint3d& point)
+{
+    kds_point given{};
+    const int status = kdedGetPoint(nullptr, prompt, given);
+    if (status == RTNORM)
+        UCS2WCS(KdGePoint3d(given[0], given[1], given[2]), point);
+    return status;
+}
+
 int askNumber(const wchar_t* prompt, double& number)
 {
     return kdedGetReal(prompt, &number);

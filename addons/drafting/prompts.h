@@ -15,6 +15,9 @@ int askName(const wchar_t* prompt, std::wstring& name);
 /// A text without blanks; RTNONE for an empty one.
 int askWord(const wchar_t* prompt, std::wstring& word);
 
+/// A point in world coordinates; RTNONE for Enter.
+int askPoint(const wchar_t* prompt, KdGePoint3d& point);
+
 /// RTNONE for Enter.
 int askNumber(const wchar_t* prompt, double& number);
 

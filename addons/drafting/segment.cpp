@@ -1,20 +1,7 @@
 #include "commands.h"
 
+#include "open_object.h"
 #include "output.h"
-
-namespace {
-
-/// Gives up an entity that could not be added: one that came into the drawing all the same is
-/// closed, any other one deleted.
-void giveUp(KdDbEntity* entity)
-{
-    if (entity->objectId().isNull())
-        delete entity;
-    else
-        entity->close();
-}
-
-} // namespace
 
 void segment()
 {

@@ -1,8 +1,7 @@
 #include "orvex/planar.h"
 
+#include "geometry/directions.h"
 #include "support/opened.h"
-
-#include "kd/ed.h"
 
 #include <cmath>
 
@@ -48,17 +47,6 @@ double GetArcStartAngle(double firstAngle, double secondAngle, double throughAng
     };
     return fromFirst(secondAngle) >= fromFirst(throughAngle) ? firstAngle : secondAngle;
 }
-
-namespace {
-
-double directionAngle(const KdGePoint3d& from, const KdGePoint3d& to)
-{
-    const kds_point start{from.x, from.y, from.z};
-    const kds_point end{to.x, to.y, to.z};
-    return kdutAngle(start, end);
-}
-
-} // namespace
 
 double GetArcStartAngle(const KdGePoint3d& center, const KdGePoint3d& firstPoint,
                         const KdGePoint3d& secondPoint, const KdGePoint3d& throughPoint)

@@ -71,6 +71,111 @@ TEST_F(EntityCurvesTest, UnequalScalingIsRefusedWhereTheKindCannotCarryIt)
     }
 }
 
+TEST_F(EntityCurvesTest, ParametersAndDistancesLeadToEachOther)
+{
+    for (const auto& curve : sampleCurves()) {
+        SCOPED_TRACE(typeid(*curve).name());
+        const auto geometry = curve->geometry();
+        double start = 0, end = 0, length = 0;
+        EXPECT_EQ(curve->getStartParam(start), Kdapi::eOk);
+        EXPECT_EQ(curve->getEndParam(end), Kdapi::eOk);
+        EXPECT_EQ(curve->getDistAtParam(end, length), Kdapi::eOk);
+        EXPECT_EQ(length, geometry->length());
+        for (int i = 0; i <= 4; ++i) {
+            const double param = std::lerp(start, end, i / 4.0);
+            KdGePoint3d point, again;
+            double distance = -1, found = -1;
+            EXPECT_EQ(curve->getPointAtParam(param, point), Kdapi::eOk);
+            EXPECT_EQ(point, geometry->evalPoint(param));
+            EXPECT_EQ(curve->getDistAtParam(param, distance), Kdapi::eOk);
+            EXPECT_NEAR(distance, geometry->length(start, param), 1e-12);
+            EXPECT_EQ(curve->getDistAtPoint(point, found), Kdapi::eOk);
+            EXPECT_NEAR(found, curve->isClosed() && i == 4 ? 0 : distance, 1e-12);
+            EXPECT_EQ(curve->getPointAtDist(std::min(distance, length), again), Kdapi::eOk);
+            EXPECT_NEAR(again.distanceTo(point), 0, 1e-12);
+        }
+        const KdGePoint3d untouched(9, 9, 9);
+        KdGePoint3d point = untouched;
+        double distance = -1;
+        const double beyond = std::nextafter(end, HUGE_VAL);
+        EXPECT_EQ(curve->getPointAtParam(beyond, point), Kdapi::eInvalidInput);
+        EXPECT_EQ(curve->getPointAtParam(std::nan(""), point), Kdapi::eInvalidInput);
+        EXPECT_EQ(curve->getDistAtParam(std::nextafter(start, -9), distance), Kdapi::eInvalidInput);
+        EXPECT_EQ(curve->getPointAtDist(-1e-300, point), Kdapi::eInvalidInput);
+        EXPECT_EQ(curve->getPointAtDist(std::nextafter(length, 1e9), point), Kdapi::eInvalidInput);
+        EXPECT_EQ(curve->getDistAtPoint({50, 50, 50}, distance), Kdapi::ePointNotOnCurve);
+        EXPECT_EQ(point, untouched);
+        EXPECT_EQ(distance, -1);
+    }
+    KdDbCircle nothing({0, 0, 0}, KdGeVector3d::kZAxis, 0);
+    double param = -1;
+    EXPECT_EQ(nothing.getEndParam(param), Kdapi::eDegenerateGeometry);
+}
+
+TEST_F(EntityCurvesTest, KeptGeometryFollowsEveryChange)
+{
+    const auto lengthOf = [](const KdDbCurve& curve) {
+        double end = 0, length = -1;
+        curve.getEndParam(end);
+        curve.getDistAtParam(end, length);
+        return length;
+    };
+    KdDbLine free({0, 0, 0}, {3, 0, 0});
+    EXPECT_EQ(lengthOf(free), 3);
+    free.setEndPoint({5, 0, 0});
+    EXPECT_EQ(lengthOf(free), 5);
+
+    const KdDbObjectId id = addEntity(new KdDbLine({0, 0, 0}, {3, 0, 0}));
+    EXPECT_EQ(lengthOf(*Open<KdDbLine>(id)), 3);
+    database().transactionManager()->startTransaction();
+    Open<KdDbLine>(id)->transformBy(KdGeMatrix3d::scaling(2));
+    EXPECT_EQ(lengthOf(*Open<KdDbLine>(id)), 6);
+    Open<KdDbLine>(id)->copyFrom(&free);
+    EXPECT_EQ(lengthOf(*Open<KdDbLine>(id)), 5);
+    database().transactionManager()->abortTransaction();
+    EXPECT_EQ(lengthOf(*Open<KdDbLine>(id)), 3);
+
+    auto* const polyline = new KdDb3dPolyline;
+    auto* const end = new KdDbVertex({4, 0, 0}, 0);
+    polyline->appendVertex(new KdDbVertex({0, 0, 0}, 0));
+    polyline->appendVertex(end);
+    EXPECT_EQ(lengthOf(*polyline), 4);
+    end->transformBy(KdGeMatrix3d::scaling(2));
+    EXPECT_EQ(lengthOf(*polyline), 8) << "a free-standing part changed";
+    const KdDbObjectId owner = addEntity(polyline);
+    EXPECT_EQ(lengthOf(*Open<KdDb3dPolyline>(owner)), 8);
+    Open<KdDbVertex>(end->objectId())->transformBy(KdGeMatrix3d::scaling(2));
+    EXPECT_EQ(lengthOf(*Open<KdDb3dPolyline>(owner)), 16) << "a part changed";
+    {
+        const Open<KdDb3dPolyline> open(owner);
+        open->appendVertex(new KdDbVertex({16, 2, 0}, 0));
+        EXPECT_EQ(lengthOf(*open), 18);
+    }
+    erase(end->objectId());
+    EXPECT_NEAR(lengthOf(*Open<KdDb3dPolyline>(owner)), std::hypot(16, 2), 1e-14);
+}
+
+TEST_F(EntityCurvesTest, PolylinesExplodeIntoTheirSegmentsAndSimpleCurvesDoNot)
+{
+    for (const auto& curve : sampleCurves()) {
+        SCOPED_TRACE(typeid(*curve).name());
+        curve->setColor(colorOf(3));
+        KdArray<KdDbEntity*> pieces;
+        pieces.append(nullptr); // what was there stays
+        const auto* const whole = dynamic_cast<const KdGeCompositeCurve3d*>(curve->keptGeometry());
+        EXPECT_EQ(curve->explode(pieces), whole ? Kdapi::eOk : Kdapi::eCannotExplode);
+        ASSERT_EQ(pieces.length(), whole ? 1 + whole->numPieces() : 1);
+        for (int i = 1; i < pieces.length(); ++i) {
+            const std::unique_ptr<KdDbEntity> piece(pieces[i]);
+            const auto shape = KdDbCurve::cast(piece.get())->geometry();
+            const KdGeCurve3d& segment = whole->piece(i - 1);
+            EXPECT_NEAR(shape->length(), segment.length(), 1e-12);
+            EXPECT_NEAR(segment.distanceTo(shape->startPoint()), 0, 1e-12);
+            EXPECT_EQ(piece->color(), colorOf(3));
+        }
+    }
+}
+
 TEST_F(EntityCurvesTest, ClosestPointOfAnExtendedArcLiesOnItsCircle)
 {
     const KdDbArc arc({0, 0, 0}, 5.0, 0.0, kPi / 2);

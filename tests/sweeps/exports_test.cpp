@@ -70,6 +70,23 @@ Ids sceneUnderSheet()
     return {goToSheet()};
 }
 
+/// A polyline with an arc, an ellipse, a region and a reference that contains another one.
+Ids geometry()
+{
+    const auto polyline = addEntity(newPolyline({{0, 0, 1}, {4, 0}, {4, 4}}));
+    const auto ellipse =
+        addEntity(new KdDbEllipse({0, 0, 0}, KdGeVector3d::kZAxis, {4, 0, 0}, 0.5));
+    KdDbCircle circle({0, 0, 0}, KdGeVector3d::kZAxis, 2);
+    KdArray<KdDbCurve*> edges;
+    edges.append(&circle);
+    KdArray<KdDbRegion*> regions;
+    KdDbRegion::createFromCurves(edges, regions);
+    addEntityToBlock(L"NUT", new KdDbLine);
+    addEntityToBlock(L"BOLT", new KdDbBlockReference({0, 0, 0}, blockId(L"NUT")));
+    return {polyline, ellipse, addEntity(regions.last()),
+            addEntity(new KdDbBlockReference({0, 0, 0}, blockId(L"BOLT")))};
+}
+
 Ids movedSystem()
 {
     moveUcs(5, 0);
@@ -160,6 +177,25 @@ void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
 {
     Outputs to;
     GetSubEntByPt(id, point, to.copy, nullptr);
+}
+
+void divide(KdDbObjectId id)
+{
+    withOpen<KdDbCurve>(id, [](KdDbCurve* curve) {
+        KdArray<KdGePoint3d> points;
+        int count = 0;
+        CString message;
+        CConversion::KdDbCurveToKdGePoint3dArray(curve, points, count, 2, message);
+    });
+}
+
+void outlineRegion(KdDbObjectId id)
+{
+    withOpen<KdDbRegion>(id, [](KdDbRegion* region) {
+        KdDbPolyline* outline = nullptr;
+        GetPolylineFromRegion(region, outline);
+        delete outline;
+    });
 }
 
 struct Export {
@@ -253,6 +289,13 @@ const Export kExports[] = {
 
     // geometry
     {"GetPerpendPoint", lines, [](const Ids& ids) { KdGePoint3d foot; GetPerpendPoint({1, 2, 3}, ids[0], foot); }},
+    {"DividePolyline", geometry, [](const Ids& ids) { divide(ids[0]); }},
+    {"DivideCurve", geometry, [](const Ids& ids) { divide(ids[1]); }},
+    {"CreateBounding", geometry, [](const Ids& ids) { withOpen<KdDbCurve>(ids[1], [](KdDbCurve* curve) { delete CreateBounding(curve); }); }},
+    {"GetPolylineFromRegion", geometry, [](const Ids& ids) { outlineRegion(ids[2]); }},
+    {"GetComplexEntTransform", geometry, [](const Ids& ids) { KdGeMatrix3d xform; GetComplexEntTransform(ids[3], ids[0], xform); }},
+    {"GetSubIdsFromBlockRef", geometry, [](const Ids& ids) { KdArray<KdDbObjectId> inside; withOpen<KdDbBlockReference>(ids[3], [&](KdDbBlockReference* each) { GetSubIdsFromBlockRef(each, inside); }); }},
+    {"GetAttachedParam", geometry, [](const Ids& ids) { KdGePoint3d point; double angle; GetAttachedParam(point, angle, ids[0], KdGeMatrix3d::kIdentity, {1, 2, 0}); }},
     {"GetPixelHeight", nothing, [](const Ids&) { GetPixelHeight(); }},
     {"GetGripFusionLength", nothing, [](const Ids&) { GetGripFusionLength(); }},
     {"GetGripPointTol", nothing, [](const Ids&) { GetGripPointTol(); }},

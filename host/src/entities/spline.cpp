@@ -7,6 +7,15 @@
 
 KDRX_DEFINE_MEMBERS(KdDbSpline, KdDbCurve)
 
+KdDbSpline::KdDbSpline(int degree, const KdArray<KdGePoint3d>& controlPoints,
+                       const KdArray<double>& knots, const KdArray<double>& weights)
+    : degree_(degree),
+      knots_(knots.begin(), knots.end()),
+      weights_(weights.begin(), weights.end()),
+      controlPoints_(controlPoints.begin(), controlPoints.end())
+{
+}
+
 std::unique_ptr<KdGeCurve3d> KdDbSpline::geometry() const
 {
     if (controlPoints_.empty())

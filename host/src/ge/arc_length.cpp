@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace korra {
 namespace {
@@ -13,7 +14,8 @@ constexpr std::size_t kMostPanels = 1000;
 /// What a panel may be wrong by, as a part of the length.
 constexpr double kRelative = 4e-16;
 
-constexpr int kMostSteps = 100; // of bisection, at worst
+constexpr int kMostSteps = 100;    // of bisection, at worst
+constexpr double kLastStep = 1e-9; // half a panel is 1
 
 } // namespace
 
@@ -21,7 +23,7 @@ ArcLength::ArcLength(const Speed& speed, const std::vector<double>& breaks)
 {
     double rough = 0.0;
     for (std::size_t i = 1; i < breaks.size(); ++i)
-        rough += value(makePanel(speed, breaks[i - 1], breaks[i]).length, 1.0);
+        rough += makePanel(speed, breaks[i - 1], breaks[i]).total;
     for (std::size_t i = 1; i < breaks.size(); ++i)
         addPanels(speed, breaks[i - 1], breaks[i], kRelative * rough);
 }
@@ -34,7 +36,7 @@ ArcLength::Panel ArcLength::makePanel(const Speed& speed, double from, double to
             table[i] = std::cos(std::numbers::pi * static_cast<double>(i) / kDegree);
         return table;
     }();
-    Panel panel{from, to, 0.0, {}, {}};
+    Panel panel{from, to, 0.0, 0.0, {}, {}};
     std::array<double, kDegree + 1> samples{};
     for (std::size_t i = 0; i <= kDegree; ++i)
         samples[i] = speed(panel.param(cosines[i])) * ((to - from) / 2.0);
@@ -56,6 +58,7 @@ ArcLength::Panel ArcLength::makePanel(const Speed& speed, double from, double to
         panel.length[k] =
             (c[k - 1] - (k < kDegree ? c[k + 1] : 0.0)) / (2.0 * static_cast<double>(k));
     panel.length[0] = -value(panel.length, -1.0);
+    panel.total = value(panel.length, 1.0);
     return panel;
 }
 
@@ -69,6 +72,21 @@ double ArcLength::value(const Series& series, double x)
         next = current;
     }
     return x * next - afterNext + series[0];
+}
+
+ArcLength::Progress ArcLength::progress(const Panel& panel, double x)
+{
+    // As in value(), of both series at once: they do not wait for each other.
+    double next[2] = {};
+    double afterNext[2] = {};
+    for (std::size_t k = kDegree + 1; k > 0; --k) {
+        const double length = 2.0 * x * next[0] - afterNext[0] + panel.length[k];
+        const double speed = 2.0 * x * next[1] - afterNext[1] + panel.speed[k];
+        afterNext[0] = std::exchange(next[0], length);
+        afterNext[1] = std::exchange(next[1], speed);
+    }
+    return {x * next[0] - afterNext[0] + panel.length[0],
+            x * next[1] - afterNext[1] + panel.speed[0]};
 }
 
 void ArcLength::addPanels(const Speed& speed, double from, double to, double tolerance)
@@ -86,7 +104,7 @@ void ArcLength::addPanels(const Speed& speed, double from, double to, double tol
             continue;
         }
         panel.before = total_;
-        total_ += value(panel.length, 1.0);
+        total_ += panel.total;
         from = ends.back();
         ends.pop_back();
         panels_.push_back(panel);
@@ -110,23 +128,25 @@ double ArcLength::paramAt(double distance) const
                          [](double value, const Panel& panel) { return value < panel.before; });
     const Panel& panel = *std::prev(behind);
     const double wanted = distance - panel.before;
-    const double whole = value(panel.length, 1.0);
     if (!(wanted > 0.0))
         return panel.from;
-    if (wanted >= whole)
+    if (wanted >= panel.total)
         return panel.to;
 
     double low = -1.0;
     double high = 1.0;
-    double x = 2.0 * wanted / whole - 1.0;
+    double x = 2.0 * wanted / panel.total - 1.0;
     for (int step = 0; step < kMostSteps; ++step) {
-        const double error = value(panel.length, x) - wanted;
+        const Progress at = progress(panel, x);
+        const double error = at.length - wanted;
         (error < 0.0 ? low : high) = x;
-        const double newton = x - error / value(panel.speed, x);
-        const double next = low < newton && newton < high ? newton : low + (high - low) / 2.0;
+        const double newton = x - error / at.speed;
+        const bool isInside = low < newton && newton < high;
+        const double next = isInside ? newton : low + (high - low) / 2.0;
         const double moved = std::abs(next - x);
         x = next;
-        if (moved < 4e-16 || !(low < high))
+        // Newton's steps square the error; what is left behind a small one cannot be seen.
+        if (moved < (isInside ? kLastStep : 4e-16) || !(low < high))
             break;
     }
     return panel.param(x);

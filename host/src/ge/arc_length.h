@@ -40,6 +40,7 @@ private:
         double from;
         double to;
         double before; ///< length up to here
+        double total;  ///< length of the panel
         Series speed;  ///< per unit of the interval from -1 to 1
         Series length; ///< from `from` on
 
@@ -48,6 +49,14 @@ private:
 
     static Panel makePanel(const Speed& speed, double from, double to);
     static double value(const Series& series, double x);
+
+    /// How far along a panel is at a place of it, and how fast it goes on there.
+    struct Progress {
+        double length;
+        double speed;
+    };
+
+    static Progress progress(const Panel& panel, double x);
     void addPanels(const Speed& speed, double from, double to, double tolerance);
 
     std::vector<Panel> panels_;

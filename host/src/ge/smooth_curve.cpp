@@ -158,6 +158,10 @@ const ArcLength& SmoothCurve::lengthFromStart() const
 
 double SmoothCurve::distanceAt(double param) const
 {
+    if (param == startParam())
+        return 0.0;
+    if (param == endParam())
+        return lengthFromStart().total();
     if (param < startParam())
         return -lengthOver({param, startParam()}).total();
     if (param > endParam())

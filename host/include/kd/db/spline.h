@@ -8,6 +8,11 @@ class KdDbSpline : public KdDbCurve {
 public:
     KdDbSpline() = default;
 
+    /// @param knots    never falling; as many as control points, degree and one
+    /// @param weights  above 0, one for each control point; none: all alike
+    KdDbSpline(int degree, const KdArray<KdGePoint3d>& controlPoints, const KdArray<double>& knots,
+               const KdArray<double>& weights = {});
+
     Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix) override;
 
     KORRA_OWN()
