@@ -169,7 +169,8 @@ void attachToPolyline(const KdDbPolyline& polyline, const KdGeMatrix3d& xform,
 {
     double nearest = 99999999999999.0;
     KdGePoint3d best;
-    for (const auto& piece : Pieces(polyline)) {
+    const Pieces pieces(polyline);
+    for (KdDbEntity* piece : pieces) {
         piece->transformBy(xform);
         const auto candidate = attachTo(*piece, KdGeMatrix3d::kIdentity, pickPoint);
         const double distance = candidate ? pickPoint.distanceTo(candidate->point) : nearest;

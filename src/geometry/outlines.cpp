@@ -167,6 +167,8 @@ private:
     /// Goes along a chain of points, from the end that is nearer; of equally near ones the start.
     void walk(Points chain)
     {
+        if (chain.empty())
+            return;
         if (isFirst_ ? firstIsBackwards_
                      : chain.front().distanceTo(last_) > chain.back().distanceTo(last_))
             std::reverse(chain.begin(), chain.end());
@@ -206,11 +208,11 @@ int GetPolylineFromRegion(KdDbRegion* region, KdDbPolyline*& outline)
     if (!region)
         return 0;
     const Pieces edges(*region);
-    const bool hasJoint = edges.size() >= 2;
+    const bool hasJoint = edges.length() >= 2;
     if (hasJoint && (!edges[0] || !edges[1]))
         return 0;
     OutlineWalk walk(hasJoint && startsAtJoint(*edges[0], *edges[1]));
-    for (const auto& edge : edges) {
+    for (const KdDbEntity* edge : edges) {
         if (edge)
             walk.along(*edge);
     }

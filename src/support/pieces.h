@@ -2,33 +2,33 @@
 
 #include "kd/db/entity.h"
 
-#include <memory>
-#include <vector>
-
 namespace support {
 
 /// The pieces that an entity explodes into, in the host's order, deleted with this; none where it
 /// does not explode.
 class Pieces {
 public:
-    explicit Pieces(const KdDbEntity& entity)
+    explicit Pieces(const KdDbEntity& entity) { entity.explode(pieces_); }
+
+    ~Pieces()
     {
-        KdArray<KdDbEntity*> exploded;
-        entity.explode(exploded);
-        for (KdDbEntity* piece : exploded)
-            pieces_.emplace_back(piece);
+        for (KdDbEntity* piece : pieces_)
+            delete piece;
     }
 
-    std::size_t size() const { return pieces_.size(); }
+    Pieces(const Pieces&) = delete;
+    Pieces& operator=(const Pieces&) = delete;
 
-    KdDbEntity* operator[](std::size_t index) const { return pieces_[index].get(); }
+    int length() const { return pieces_.length(); }
+
+    KdDbEntity* operator[](int index) const { return pieces_[index]; }
 
     auto begin() const { return pieces_.begin(); }
 
     auto end() const { return pieces_.end(); }
 
 private:
-    std::vector<std::unique_ptr<KdDbEntity>> pieces_;
+    KdArray<KdDbEntity*> pieces_;
 };
 
 } // namespace support

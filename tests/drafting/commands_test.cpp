@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr double kHalfTurn = 3.141592653589793;
+
 std::string hex(KdDbObjectId id)
 {
     std::ostringstream text;
@@ -83,6 +85,55 @@ TEST_F(DraftingTest, SegmentAddsTheCopyToTheCurrentSpace)
     EXPECT_THAT(last("SEGMENT", {"15,5"}), StartsWith("segment KdDbArc "));
     EXPECT_EQ(run("SEGMENT", {"500,500"}),
               "\nSelect an object to copy: 500,500\nsegment none -5001");
+}
+
+TEST_F(DraftingTest, CurveptsPrintsPointsOfACurveAsItIsShown)
+{
+    addEntityToBlock(L"PART", new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    addEntity(new KdDbBlockReference({100, 0, 0}, blockId(L"PART")));
+    EXPECT_EQ(run("CURVEPTS", {"104,0", "4"}),
+              "\nSelect a curve: 104,0\nStep: 4\npoints 3\n100 0 0\n104 0 0\n110 0 0");
+    addEntity(newPolyline({{0, 50}, {10, 50}}));
+    EXPECT_THAT(run("CURVEPTS", {"5,50", "1"}),
+                EndsWith("\nThe polyline does not have enough points\npoints none 0"));
+    EXPECT_EQ(last("CURVEPTS", {"104,0", "0"}), "points none 0");
+    EXPECT_EQ(last("CURVEPTS", {"\\miss"}), "points none -5001");
+    addEntity(new KdDbPoint({0, 80, 0}));
+    EXPECT_EQ(last("CURVEPTS", {"0,80", "1"}), "points none 0");
+}
+
+TEST_F(DraftingTest, MkregionTakesThePlaceOfItsCurvesAndOutlineFollowsIt)
+{
+    const auto bottom = addEntity(new KdDbLine({0, 0, 0}, {20, 0, 0}));
+    const auto arc = addEntity(new KdDbArc({10, 0, 0}, 10, 0, kHalfTurn));
+    EXPECT_EQ(last("MKREGION", {"5,0", ""}), "region none 2") << "it does not close";
+    EXPECT_EQ(last("MKREGION", {"5,0", "5,0"}), "region none 7");
+    EXPECT_EQ(last("MKREGION", {"5,0", "\\esc"}), "region none -5002");
+    EXPECT_FALSE(bottom.isErased());
+    const std::string made = last("MKREGION", {"5,0", "10,10", ""});
+    ASSERT_THAT(made, StartsWith("region "));
+    EXPECT_TRUE(bottom.isErased());
+    EXPECT_TRUE(arc.isErased());
+    // A line and a hundred samples of the half circle; its last is where the first vertex is again.
+    EXPECT_THAT(last("OUTLINE", {"10,10"}), MatchesRegex("outline [0-9A-F]+ 101"));
+    EXPECT_THAT(run("PICKINFO", {"5,0"}), HasSubstr("picked KdDb"));
+
+    addEntity(new KdDbEllipse({0, 60, 0}, KdGeVector3d::kZAxis, {9, 0, 0}, 1));
+    EXPECT_THAT(last("OUTLINE", {"9,60"}), MatchesRegex("outline [0-9A-F]+ 91"));
+    addEntity(new KdDbLine({0, 90, 0}, {20, 90, 0}));
+    EXPECT_EQ(last("OUTLINE", {"5,90"}), "outline none 0");
+}
+
+TEST_F(DraftingTest, AttachGivesPointAndAngleOfTheCurveAsItIsShown)
+{
+    addEntityToBlock(L"PART", new KdDbLine({0, 0, 0}, {10, 0, 0}));
+    addEntity(new KdDbBlockReference({100, 0, 0}, blockId(L"PART")));
+    EXPECT_EQ(run("ATTACH", {"104,0", "102,3"}),
+              "\nSelect a curve: 104,0\nPoint: 102,3\nattach 102 0 0 0");
+    EXPECT_EQ(last("ATTACH", {"104,0", "102,-3"}), "attach 102 0 0 3.141593");
+    EXPECT_EQ(last("ATTACH", {"104,0", ""}), "attach none 5000");
+    addEntity(new KdDbPoint({0, 80, 0}));
+    EXPECT_EQ(last("ATTACH", {"0,80", "1,1"}), "attach none 0");
 }
 
 TEST_F(DraftingTest, UnloadingTakesTheCommandsAway)

@@ -170,8 +170,8 @@ TEST_F(ForeignDrawing, HoldsEntitiesThatAreNotShown)
 {
     EXPECT_THAT(notesOnKept(withEntities("0 VIEWPORT; 5 A; 69 1; 0 LINE; 5 B; 0 SEQEND; 5 C")),
                 IsEmpty());
-    EXPECT_THAT(notesOnKept(withEntities("0 HATCH; 5 A")),
-                ElementsAre("sample.dxf: 1 HATCH is kept but not shown"));
+    EXPECT_THAT(notesOnKept(withEntities("0 REGION; 5 A; 70 1; 1 opaque")),
+                ElementsAre("sample.dxf: 1 REGION is kept but not shown"));
     EXPECT_THAT(
         notesOnKept(file("0 SECTION; 2 BLOCKS; 0 BLOCK; 5 1; 2 PART; 0 HATCH; 5 2; 0 3DSOLID; 5 3\n"
                          "0 ENDBLK; 5 4; 0 ENDSEC; 0 SECTION; 2 ENTITIES; 0 HATCH; 5 5\n"

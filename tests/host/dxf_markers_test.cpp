@@ -76,6 +76,31 @@ TEST_F(ClassMarkers, OfWhatIsNewBeginAsTheOnesThatAreThere)
     EXPECT_THAT(outlines(saved), IsSupersetOf(expected));
 }
 
+TEST_F(ClassMarkers, OfARegionAreThoseOfTheCurvesThatItIsSavedAs)
+{
+    const auto drawing = readToWorkOn(kMarked);
+    KdDbLine chord({0, 0, 0}, {2, 0, 0});
+    KdDbArc arc({1, 0, 0}, 1, 0, 3.141592653589793);
+    KdArray<KdDbCurve*> curves;
+    curves.append(&chord);
+    curves.append(&arc);
+    KdArray<KdDbRegion*> regions;
+    ASSERT_EQ(KdDbRegion::createFromCurves(curves, regions), Kdapi::eOk);
+    regions[0]->transformBy(KdGeMatrix3d::translation({5, 0, 0}));
+    const KdDbObjectId id = addEntity(regions[0]);
+    Open<KdDbRegion>(id)->transformBy(KdGeMatrix3d::translation({0, 7, 0}));
+    const std::string saved = drawingText(*drawing);
+    const auto again = readWhole(saved);
+    EXPECT_EQ(find<KdDbLine>(*again, id.handle().value())->startPoint(), KdGePoint3d(5, 7, 0))
+        << "the first has the region's handle";
+    EXPECT_THAT(outlines(saved),
+                IsSupersetOf({"LINE 5 330 XyEntity 8 XyLine 10 20 30 11 21 31",
+                              "ARC 5 330 XyEntity 8 XyCircle 10 20 30 40 XyArc 50 51"}));
+    EXPECT_EQ(drawingText(*again), saved);
+    EXPECT_EQ(Open<KdDbRegion>(id)->transformBy(KdGeMatrix3d::scaling(KdGeScale3d(1, 2, 1))),
+              Kdapi::eCannotScaleNonUniformly);
+}
+
 TEST_F(ClassMarkers, AreNotWrittenWhereTheDrawingHasNoneThatIsKnown)
 {
     static const std::regex markers("100\n.*\n");

@@ -125,11 +125,11 @@ void changeDimStyle(Change change, const wchar_t* name, const wchar_t* textStyle
     change(name, textStyle, 2.5, 2, 2, 0, 2, 1, 0, 1, drawing());
 }
 
-/// Gives the entity to a call that wants it open for writing.
+/// Gives the object to a call that wants it open.
 template <class T, class Call>
-void withOpen(KdDbObjectId id, Call call)
+void withOpen(KdDbObjectId id, Call call, KdDb::OpenMode mode = KdDb::kForWrite)
 {
-    const Opened<T> object(id, KdDb::kForWrite);
+    const Opened<T> object(id, mode);
     if (object)
         call(object.get());
 }
@@ -181,21 +181,27 @@ void edgeAt(KdDbObjectId id, const KdGePoint3d& point)
 
 void divide(KdDbObjectId id)
 {
-    withOpen<KdDbCurve>(id, [](KdDbCurve* curve) {
-        KdArray<KdGePoint3d> points;
-        int count = 0;
-        CString message;
-        CConversion::KdDbCurveToKdGePoint3dArray(curve, points, count, 2, message);
-    });
+    withOpen<KdDbCurve>(
+        id,
+        [](KdDbCurve* curve) {
+            KdArray<KdGePoint3d> points;
+            int count = 0;
+            CString message;
+            CConversion::KdDbCurveToKdGePoint3dArray(curve, points, count, 2, message);
+        },
+        KdDb::kForRead);
 }
 
 void outlineRegion(KdDbObjectId id)
 {
-    withOpen<KdDbRegion>(id, [](KdDbRegion* region) {
-        KdDbPolyline* outline = nullptr;
-        GetPolylineFromRegion(region, outline);
-        delete outline;
-    });
+    withOpen<KdDbRegion>(
+        id,
+        [](KdDbRegion* region) {
+            KdDbPolyline* outline = nullptr;
+            GetPolylineFromRegion(region, outline);
+            delete outline;
+        },
+        KdDb::kForRead);
 }
 
 struct Export {
@@ -291,10 +297,10 @@ const Export kExports[] = {
     {"GetPerpendPoint", lines, [](const Ids& ids) { KdGePoint3d foot; GetPerpendPoint({1, 2, 3}, ids[0], foot); }},
     {"DividePolyline", geometry, [](const Ids& ids) { divide(ids[0]); }},
     {"DivideCurve", geometry, [](const Ids& ids) { divide(ids[1]); }},
-    {"CreateBounding", geometry, [](const Ids& ids) { withOpen<KdDbCurve>(ids[1], [](KdDbCurve* curve) { delete CreateBounding(curve); }); }},
+    {"CreateBounding", geometry, [](const Ids& ids) { withOpen<KdDbCurve>(ids[1], [](KdDbCurve* curve) { delete CreateBounding(curve); }, KdDb::kForRead); }},
     {"GetPolylineFromRegion", geometry, [](const Ids& ids) { outlineRegion(ids[2]); }},
     {"GetComplexEntTransform", geometry, [](const Ids& ids) { KdGeMatrix3d xform; GetComplexEntTransform(ids[3], ids[0], xform); }},
-    {"GetSubIdsFromBlockRef", geometry, [](const Ids& ids) { KdArray<KdDbObjectId> inside; withOpen<KdDbBlockReference>(ids[3], [&](KdDbBlockReference* each) { GetSubIdsFromBlockRef(each, inside); }); }},
+    {"GetSubIdsFromBlockRef", geometry, [](const Ids& ids) { KdArray<KdDbObjectId> inside; withOpen<KdDbBlockReference>(ids[3], [&](KdDbBlockReference* each) { GetSubIdsFromBlockRef(each, inside); }, KdDb::kForRead); }},
     {"GetAttachedParam", geometry, [](const Ids& ids) { KdGePoint3d point; double angle; GetAttachedParam(point, angle, ids[0], KdGeMatrix3d::kIdentity, {1, 2, 0}); }},
     {"GetPixelHeight", nothing, [](const Ids&) { GetPixelHeight(); }},
     {"GetGripFusionLength", nothing, [](const Ids&) { GetGripFusionLength(); }},

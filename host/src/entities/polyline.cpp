@@ -198,7 +198,7 @@ std::optional<korra::Pieces> KdDbPolyline::newPieces() const
 {
     korra::Pieces pieces;
     for (int marker = 1; marker <= edgeCount(); ++marker)
-        pieces.emplace_back(newEdge(marker));
+        pieces.push_back(std::unique_ptr<KdDbEntity>(newEdge(marker)));
     return pieces;
 }
 

@@ -171,7 +171,8 @@ std::optional<korra::Pieces> KdDbVertexCurve::newPieces() const
 {
     korra::Pieces pieces;
     for (const Segment& segment : segments())
-        pieces.emplace_back(korra::newCurveEntity(*segmentGeometry(*segment.from, *segment.to)));
+        pieces.push_back(std::unique_ptr<KdDbEntity>(
+            korra::newCurveEntity(*segmentGeometry(*segment.from, *segment.to))));
     return pieces;
 }
 
