@@ -42,12 +42,37 @@ std::wstring handleText(KdDbObjectId id)
 
 namespace {
 
-constexpr std::wstring_view kClasses[] = {
-    L"KdDbLine",      L"KdDbPolyline",       L"KdDbArc",
-    L"KdDbCircle",    L"KdDb2dPolyline",     L"KdDb3dPolyline",
-    L"KdDbPoint",     L"KdDbBlockReference", L"KdDbAttributeDefinition",
-    L"KdDbAttribute", L"KdDbText",           L"KdDbDimension",
-    L"KdDbMText",     L"KdDbVertex",         L"KdDbViewport"};
+constexpr std::wstring_view kClasses[] = {L"KdDbLine",
+                                          L"KdDbPolyline",
+                                          L"KdDbArc",
+                                          L"KdDbCircle",
+                                          L"KdDbEllipse",
+                                          L"KdDb2dPolyline",
+                                          L"KdDb3dPolyline",
+                                          L"KdDbPolygonMesh",
+                                          L"KdDbPolyFaceMesh",
+                                          L"KdDbSpline",
+                                          L"KdDbPoint",
+                                          L"KdDbFace",
+                                          L"KdDb3dSolid",
+                                          L"KdDbRegion",
+                                          L"KdDbBody",
+                                          L"KdDbBlockReference",
+                                          L"KdDbAttributeDefinition",
+                                          L"KdDbAttribute",
+                                          L"KdDbText",
+                                          L"KdDbHatch",
+                                          L"KdDbDimension",
+                                          L"KdDbTrace",
+                                          L"KdDbSolid",
+                                          L"KdDbMText",
+                                          L"KdDbVertex",
+                                          L"KdDbSequenceEnd",
+                                          L"KdDbMline",
+                                          L"KdDbXline",
+                                          L"KdDbViewport",
+                                          L"KdDbLeader",
+                                          L"KdDbFcf"};
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "blocks/block_boxes.h"
 
 #include "blocks/draw_order.h"
+#include "ge/box_image.h"
 #include "gi/extents_sink.h"
 #include "objects/contents.h"
 
@@ -19,6 +20,14 @@ public:
     {
         extents_.addExt(box);
         return false;
+    }
+
+    void curve(const KdGeCurve3d& curve) override
+    {
+        if (curve.isBounded())
+            ExtentsSink::curve(curve);
+        else
+            extents_.addExt(boxOfAll());
     }
 };
 
@@ -258,7 +267,8 @@ void BlockBoxes::measure()
     for (const std::uint32_t place : pending_)
         loosen(place, boxOf(entity(place)));
     pending_.clear();
-    if (loose_.size() > mostLoose(isLoose_.size()))
+    const auto packable = std::ranges::count_if(loose_, isBounded, &BoxTree::Leaf::box);
+    if (static_cast<std::size_t>(packable) > mostLoose(isLoose_.size()))
         pack();
     if (!(bounds() == before))
         ++version_;
@@ -275,7 +285,8 @@ void BlockBoxes::loosen(std::uint32_t place, const KdGeExtents3d& box)
     isLoose_[place] = true;
 }
 
-/// What shows nothing stays out of the tree, and out of the list until it changes.
+/// What shows nothing stays out of the tree, and out of the list until it changes; what has no
+/// bounds stays in the list.
 void BlockBoxes::pack()
 {
     std::vector<BoxTree::Leaf> leaves;
@@ -284,13 +295,16 @@ void BlockBoxes::pack()
         if (!isLoose_[leaf.item])
             leaves.push_back(leaf);
     }
+    std::vector<BoxTree::Leaf> unbounded;
     for (const BoxTree::Leaf& leaf : loose_) {
         if (!leaf.box.isEmpty())
-            leaves.push_back(leaf);
+            (isBounded(leaf.box) ? leaves : unbounded).push_back(leaf);
     }
     tree_ = BoxTree(std::move(leaves));
     isLoose_.assign(isLoose_.size(), false);
-    loose_.clear();
+    loose_ = std::move(unbounded);
+    for (const BoxTree::Leaf& leaf : loose_)
+        isLoose_[leaf.item] = true;
 }
 
 } // namespace korra

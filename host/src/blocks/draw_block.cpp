@@ -46,6 +46,7 @@ Traits traitsOf(const KdDbEntity& entity, const DrawSink& sink)
     traits.layer = effectiveLayer(entity, sink);
     if (!sink.needs().looks)
         return traits;
+    traits.filled = entity.isFilled();
     const Traits byBlock = sink.surroundings() ? *sink.surroundings() : ofNoBlock();
     if (const auto* const layer = ObjectAccess::live<KdDbLayerTableRecord>(traits.layer)) {
         traits.color = layer->color();

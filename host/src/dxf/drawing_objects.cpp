@@ -206,6 +206,8 @@ std::optional<std::vector<std::string>> DrawingWriter::newStandInTexts(const KdD
     }
     std::vector<std::string> texts;
     for (const std::unique_ptr<KdDbEntity>& standIn : *standIns) {
+        if (isOldest_)
+            refuseWhatItLacks(*standIn);
         const std::string begin = tag(0, typeName(*standIn));
         const std::string head =
             texts.empty() ? given(entity.objectId(), begin) : withOwnHandle(begin);

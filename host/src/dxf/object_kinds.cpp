@@ -16,7 +16,7 @@ std::unique_ptr<KdDbObject> newObject(Kind::Place place, std::string_view type, 
         object = std::make_unique<UnknownEntity>();
     else
         object = std::make_unique<UnknownObject>();
-    if (!kind || KdDbRegion::cast(object.get()))
+    if (!kind || kind->isKept)
         ObjectAccess::extras(*object).fileType = type;
     return object;
 }

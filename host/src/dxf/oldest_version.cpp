@@ -147,8 +147,17 @@ bool isOfOldestVersion(const DatabaseContents& contents)
            !markerPrefix(contents);
 }
 
+void refuseWhatItLacks(const KdDbEntity& entity)
+{
+    const auto is = [&](KdRxClass* description) { return entity.isKindOf(description); };
+    if (is(KdDbEllipse::desc()) || is(KdDbSpline::desc()) || is(KdDbXline::desc()) ||
+        is(KdDbRay::desc()))
+        throw DrawingError{0, "a drawing of its version has no such entities"};
+}
+
 std::optional<Pieces> newStandIns(const KdDbEntity& entity)
 {
+    refuseWhatItLacks(entity);
     Pieces standIns;
     if (const auto* const polyline = KdDbPolyline::cast(&entity)) {
         std::unique_ptr<KdDbVertexCurve> old = polyline->newOldPolyline();

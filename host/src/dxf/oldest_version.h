@@ -14,6 +14,10 @@ namespace korra {
 /// file has neither that section nor class markers.
 bool isOfOldestVersion(const DatabaseContents& contents);
 
+/// @throw DrawingError for an entity of a kind that the oldest version does not know and has no
+///        other words for
+void refuseWhatItLacks(const KdDbEntity& entity);
+
 /// Free-standing entities that the oldest version knows and that show what a new entity shows;
 /// nullopt for an entity that is written itself.
 /// @throw DrawingError for an entity of which they would not say all

@@ -76,13 +76,16 @@ void addEnds(const SnapPiece& piece, Points& points)
 {
     if (!piece.curve || piece.curve->isClosed())
         return;
-    points.push_back(piece.toSpace * piece.curve->startPoint());
-    points.push_back(piece.toSpace * piece.curve->endPoint());
+    KdGePoint3d end;
+    if (piece.curve->hasStartPoint(end))
+        points.push_back(piece.toSpace * end);
+    if (piece.curve->hasEndPoint(end))
+        points.push_back(piece.toSpace * end);
 }
 
 void addMiddle(const SnapPiece& piece, Points& points)
 {
-    if (!piece.curve || piece.curve->isClosed())
+    if (!piece.curve || !piece.curve->isBounded() || piece.curve->isClosed())
         return;
     const KdGeCurve3d& curve = *piece.curve;
     const double middle = curve.paramAtLength(curve.startParam(), curve.length() / 2.0);

@@ -65,6 +65,32 @@ KdGeExtents3d KdGeLine3d::extentsUnder(const KdGeMatrix3d&) const
 
 void KdGeLine3d::flattenTail(const KdGeMatrix3d&, double, std::vector<KdGePoint3d>&) const {}
 
+std::unique_ptr<KdGeCurve3d> KdGeRay3d::clone() const
+{
+    return std::make_unique<KdGeRay3d>(*this);
+}
+
+double KdGeRay3d::endParam() const
+{
+    return std::numeric_limits<double>::infinity();
+}
+
+bool KdGeRay3d::transformBy(const KdGeMatrix3d& matrix)
+{
+    if (!matrix.isAffine())
+        return false;
+    origin_.transformBy(matrix);
+    span_.transformBy(matrix);
+    return true;
+}
+
+KdGeExtents3d KdGeRay3d::extentsUnder(const KdGeMatrix3d&) const
+{
+    return {};
+}
+
+void KdGeRay3d::flattenTail(const KdGeMatrix3d&, double, std::vector<KdGePoint3d>&) const {}
+
 std::unique_ptr<KdGeCurve3d> KdGeLineSeg3d::clone() const
 {
     return std::make_unique<KdGeLineSeg3d>(*this);

@@ -17,6 +17,14 @@ constexpr Kind kind(Place place, std::string_view fileName, bool (*fits)(long lo
     return {fileName, place, &T::desc, []() -> KdDbObject* { return new T; }, fits};
 }
 
+template <class T>
+constexpr Kind kept(std::string_view fileName, bool (*fits)(long long) = nullptr)
+{
+    Kind kept = kind<T>(Place::entity, fileName, fits);
+    kept.isKept = true;
+    return kept;
+}
+
 /// A dimension's kind is in the lowest bits of its flags.
 template <long long... kinds>
 bool isDimension(long long flags)
@@ -30,7 +38,9 @@ bool isOtherDimension(long long flags)
 }
 
 constexpr long long kThreeDimensional = 8;
-constexpr long long kMeshOrFaces = 16 | 64; // no class stands for these
+constexpr long long kMesh = 16;
+constexpr long long kFaces = 64;
+constexpr long long kMeshOrFaces = kMesh | kFaces;
 
 bool isFlatPolyline(long long flags)
 {
@@ -42,17 +52,31 @@ bool isSpatialPolyline(long long flags)
     return (flags & kThreeDimensional) != 0 && (flags & kMeshOrFaces) == 0;
 }
 
+bool isMesh(long long flags)
+{
+    return (flags & kMesh) != 0;
+}
+
+bool isOfFaces(long long flags)
+{
+    return (flags & kMeshOrFaces) == kFaces;
+}
+
 constexpr std::array kKinds = {
     kind<KdDbLine>(Place::entity, "LINE"),
     kind<KdDbArc>(Place::entity, "ARC"),
     kind<KdDbCircle>(Place::entity, "CIRCLE"),
     kind<KdDbEllipse>(Place::entity, "ELLIPSE"),
     kind<KdDbSpline>(Place::entity, "SPLINE"),
+    kind<KdDbXline>(Place::entity, "XLINE"),
+    kind<KdDbRay>(Place::entity, "RAY"),
+    kind<KdDbSolid>(Place::entity, "SOLID"),
+    kind<KdDbTrace>(Place::entity, "TRACE"),
+    kind<KdDbFace>(Place::entity, "3DFACE"),
     kind<KdDbPolyline>(Place::entity, "LWPOLYLINE"),
     kind<KdDb2dPolyline>(Place::entity, "POLYLINE", isFlatPolyline),
     kind<KdDb3dPolyline>(Place::entity, "POLYLINE", isSpatialPolyline),
     kind<KdDbVertex>(Place::entity, "VERTEX"),
-    kind<KdDbRegion>(Place::entity, "REGION"),
     kind<KdDbPoint>(Place::entity, "POINT"),
     kind<KdDbText>(Place::entity, "TEXT"),
     kind<KdDbMText>(Place::entity, "MTEXT"),
@@ -66,6 +90,16 @@ constexpr std::array kKinds = {
     kind<KdDbDiametricDimension>(Place::entity, "DIMENSION", isDimension<3>),
     kind<KdDbRadialDimension>(Place::entity, "DIMENSION", isDimension<4>),
     kind<KdDbDimension>(Place::entity, "DIMENSION", isOtherDimension),
+    kept<KdDbRegion>("REGION"),
+    kept<KdDbPolygonMesh>("POLYLINE", isMesh),
+    kept<KdDbPolyFaceMesh>("POLYLINE", isOfFaces),
+    kept<KdDb3dSolid>("3DSOLID"),
+    kept<KdDbBody>("BODY"),
+    kept<KdDbHatch>("HATCH"),
+    kept<KdDbSequenceEnd>("SEQEND"),
+    kept<KdDbMline>("MLINE"),
+    kept<KdDbLeader>("LEADER"),
+    kept<KdDbFcf>("TOLERANCE"),
     kind<KdDbDictionary>(Place::object, "DICTIONARY"),
     kind<KdDbLayout>(Place::object, "LAYOUT"),
     kind<KdDbSortentsTable>(Place::object, "SORTENTSTABLE"),

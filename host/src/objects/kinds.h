@@ -20,6 +20,9 @@ struct Kind {
 
     /// Of kinds that share a name: whether these flags (group 70) are of this one. Null: always.
     bool (*fits)(long long flags) = nullptr;
+
+    /// What comes from a file is kept as it is there.
+    bool isKept = false;
 };
 
 /// The kind of an object by its class; null for one that is kept as its file has it.

@@ -165,6 +165,8 @@ bool PickSink::isBeside(const KdGeExtents3d& image, double reach)
 
 std::optional<KdGeExtents3d> PickSink::imageInPerspective(const KdGeExtents3d& box) const
 {
+    if (!isBounded(box))
+        return std::nullopt;
     KdGeExtents3d image;
     int seen = 0;
     for (unsigned int corner = 0; corner < 8; ++corner) {
@@ -188,8 +190,50 @@ bool PickSink::wants(const KdGeExtents3d& box)
     return !image || !isBeside(*image, reach_ + kCoarse);
 }
 
+/// The distance of what can be seen of a line that goes on for ever.
+std::optional<double> PickSink::lineDistance(const KdGeLinearEnt3d& line) const
+{
+    const auto& e = image_.entry;
+    const KdGeVector3d& along = line.derivative();
+    const auto rate = [&](int row) {
+        return e[row][0] * along.x + e[row][1] * along.y + e[row][2] * along.z;
+    };
+    double from = line.startParam();
+    double to = line.endParam();
+    const double start = perspective_ ? depth(line.pointOnLine()) : 1.0;
+    const double deeper = perspective_ ? rate(3) : 0.0;
+    if (!clipSide(-deeper, start - kNearest, from, to))
+        return std::nullopt;
+
+    if (deeper == 0.0) { // its image goes on for ever, too
+        const Pixel origin = project(line.pointOnLine());
+        const double dx = rate(0) / start;
+        const double dy = rate(1) / start;
+        if (!clipSide(dx, reach_ - origin.x, from, to) ||
+            !clipSide(-dx, reach_ + origin.x, from, to) ||
+            !clipSide(dy, reach_ - origin.y, from, to) ||
+            !clipSide(-dy, reach_ + origin.y, from, to))
+            return std::nullopt;
+        const double ends[] = {std::isfinite(from) ? from : 0.0, std::isfinite(to) ? to : 0.0};
+        return distanceFromOrigin(origin.x + ends[0] * dx, origin.y + ends[0] * dy,
+                                  origin.x + ends[1] * dx, origin.y + ends[1] * dy);
+    }
+    // In a perspective it ends where it vanishes.
+    const Pixel vanishing = {rate(0) / deeper, rate(1) / deeper};
+    const auto image = [&](double param) {
+        return std::isfinite(param) ? project(line.evalPoint(param)) : vanishing;
+    };
+    return distanceUnderBox(image(from), image(to), reach_);
+}
+
 void PickSink::curve(const KdGeCurve3d& curve)
 {
+    const auto* const line = dynamic_cast<const KdGeLinearEnt3d*>(&curve);
+    if (line && !curve.isBounded()) {
+        if (const auto distance = lineDistance(*line))
+            addHit(*distance);
+        return;
+    }
     if (!perspective_ && isBeside(curve.extentsUnder(image_), reach_))
         return;
     if (!chainDistance(curve, kCoarse, reach_ + kCoarse))

@@ -91,6 +91,7 @@ private:
 
     /// The distance of a curve, its image replaced by chords; none where the box meets none of
     /// them.
+    std::optional<double> lineDistance(const KdGeLinearEnt3d& line) const;
     std::optional<double> chainDistance(const KdGeCurve3d& curve, double tolerance, double reach);
 
     /// How many pixels a unit along the curve can show as, near the pick box; for a perspective.

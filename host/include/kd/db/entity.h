@@ -149,6 +149,9 @@ protected:
     /// The block that the entity shows.
     virtual korra::ShownBlock shownBlock() const { return {}; }
 
+    /// True where the inside of what the entity draws is filled.
+    virtual bool isFilled() const { return false; }
+
     /// How many edges the entity has; markers run from 1.
     virtual int edgeCount() const { return 0; }
 

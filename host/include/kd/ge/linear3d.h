@@ -98,3 +98,31 @@ protected:
 private:
     KdGePoint3d end_;
 };
+
+/// A line with a start and no end; parameter 0 at its start.
+class KdGeRay3d : public KdGeLinearEnt3d {
+public:
+    /// The positive half of the world x axis.
+    KdGeRay3d() : KdGeLinearEnt3d(KdGePoint3d::kOrigin, KdGeVector3d::kXAxis) {}
+
+    KdGeRay3d(const KdGePoint3d& start, const KdGeVector3d& direction)
+        : KdGeLinearEnt3d(start, direction)
+    {
+    }
+
+    std::unique_ptr<KdGeCurve3d> clone() const override;
+
+    double startParam() const override { return 0.0; }
+
+    double endParam() const override;
+    bool transformBy(const KdGeMatrix3d& matrix) override;
+
+    /// The same points; a ray that ends where it started would have no start.
+    void reverse() override {}
+
+    KdGeExtents3d extentsUnder(const KdGeMatrix3d& matrix) const override;
+
+protected:
+    void flattenTail(const KdGeMatrix3d& matrix, double tolerance,
+                     std::vector<KdGePoint3d>& vertices) const override;
+};
