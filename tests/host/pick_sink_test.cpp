@@ -67,6 +67,65 @@ TEST_F(PickSinkTest, CurvesAreMeasuredByTheirTrueImageAndMarkedBySegments)
     EXPECT_EQ(hitAt(5, 5).marker, 3);
 }
 
+TEST_F(PickSinkTest, LinesWithoutAnEndAreFoundHoweverFarTheyGo)
+{
+    addEntityToBlock(L"PART", new KdDbRay({1, 0, 0}, {2, 0, 0}));
+    for (int i = 0; i < 200; ++i) // enough for a tree of boxes
+        addEntityToBlock(L"PART", new KdDbLine({i * 1.0, -9, 0}, {i + 0.5, -9, 0}));
+    auto* const reference = new KdDbBlockReference({3, 0, 0}, blockId(L"PART"));
+    reference->setScaleFactors(KdGeScale3d(2, -1, 1));
+    reference->setRotation(1.5707963267948966);
+    const auto turned = addEntity(reference);
+    const auto line = addEntity(new KdDbXline({0, 50, 0}, {1, 1, 0}));
+    EXPECT_NEAR(hitAt(3.2, 1e5).distance, 2, 1e-6);
+    EXPECT_THAT(hitAt(3, 1e5).containers, ElementsAre(turned));
+    EXPECT_NEAR(hitAt(3, 1.9).distance, 1, 1e-9) << "before its start, near enough";
+    EXPECT_TRUE(pick(3, 1.6).empty());
+    EXPECT_EQ(hitAt(-950, -900).entity, line);
+    EXPECT_EQ(hitAt(950, 1000.1).entity, line);
+    EXPECT_TRUE(pick(950, 1000.8).empty());
+    addEntity(new KdDbRay({7, 7, 3}, KdGeVector3d::kZAxis));
+    EXPECT_NEAR(hitAt(7.1, 7).distance, 1, 1e-9) << "seen from its end";
+
+    KdDbExtents extents;
+    EXPECT_EQ(Open<KdDbEntity>(line)->getGeomExtents(extents), Kdapi::eInvalidExtents);
+    EXPECT_EQ(Open<KdDbEntity>(turned)->getGeomExtents(extents), Kdapi::eOk);
+    EXPECT_EQ(extents.maxPoint().y, 399);
+
+    // Seen from 100 above: what goes down vanishes, what comes up leaves the view.
+    toPixels_(3, 2) = -0.01;
+    const auto sinking = addEntity(new KdDbRay({400, 400, 0}, {1, 0, -1}));
+    EXPECT_EQ(hitAt(250, 200).entity, sinking) << "twice as far away";
+    EXPECT_EQ(hitAt(100.3, 0.4).entity, sinking) << "nearly where it vanishes";
+    EXPECT_TRUE(pick(99.4, -0.8).empty());
+    EXPECT_TRUE(pick(403, 404).empty()) << "before its start";
+    const auto rising = addEntity(new KdDbRay({600, 600, 0}, {1, 0, 1}));
+    EXPECT_EQ(hitAt(650 / 0.5, 600 / 0.5).entity, rising);
+    EXPECT_EQ(hitAt(5000, 5050).entity, line);
+}
+
+TEST_F(PickSinkTest, AreasAndFacesAreHitAtTheirOutlines)
+{
+    const auto solid = addEntity(new KdDbSolid({0, 0, 0}, {10, 0, 0}, {0, 8, 0}, {10, 8, 0}));
+    for (const auto& [x, y, marker] :
+         {std::tuple(5, 0, 1), std::tuple(10, 4, 2), std::tuple(5, 8, 3), std::tuple(0, 4, 4)})
+        EXPECT_EQ(hitAt(x, y).marker, marker);
+    EXPECT_TRUE(pick(5, 4).empty());
+    EXPECT_EQ(Open<KdDbSolid>(solid)->transformBy(KdGeMatrix3d::scaling(KdGeScale3d(-1, 2, 1))),
+              Kdapi::eOk);
+    KdGePoint3d corner;
+    EXPECT_EQ(Open<KdDbSolid>(solid)->getPointAt(3, corner), Kdapi::eOk);
+    EXPECT_TRUE(corner.isEqualTo({-10, 16, 0}));
+    EXPECT_EQ(Open<KdDbSolid>(solid)->getPointAt(4, corner), Kdapi::eInvalidIndex);
+    EXPECT_EQ(hitAt(-10, 8).marker, 2);
+
+    const auto face = addEntity(new KdDbFace({20, 0, 1}, {30, 0, 2}, {30, 8, 3}, {20, 8, 4}));
+    EXPECT_EQ(hitAt(30, 4).marker, 2);
+    Open<KdDbFace>(face)->transformBy(KdGeMatrix3d::translation({0, 50, 0}));
+    EXPECT_EQ(hitAt(25, 58).marker, 3);
+    EXPECT_EQ(hitAt(20, 54).entity, face);
+}
+
 TEST_F(PickSinkTest, APerspectiveIsFollowedUpToTheEye)
 {
     // The eye is at (0,0,10); at height 0 a unit is ten pixels.
