@@ -25,8 +25,9 @@ std::unique_ptr<KdGeCurve3d> prolonged(const KdGeCurve3d& curve)
 
 const KdGeCurve3d* KdDbCurve::keptGeometry() const
 {
-    // A part of a free-standing polyline does not know whose it is, and cannot say when it changes.
-    if (objectId().isNull() && korra::ObjectAccess::owned(*this))
+    // A vertex of a free-standing polyline does not know whose it is, and cannot say when it
+    // changes.
+    if (objectId().isNull() && isKindOf(KdDbVertexCurve::desc()))
         kept_.reset();
     if (!kept_)
         kept_ = geometry();

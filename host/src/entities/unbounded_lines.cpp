@@ -7,9 +7,14 @@
 KDRX_DEFINE_MEMBERS(KdDbXline, KdDbCurve)
 KDRX_DEFINE_MEMBERS(KdDbRay, KdDbCurve)
 
-namespace korra {
+std::unique_ptr<KdGeCurve3d> KdDbXline::geometry() const
+{
+    if (!(direction_.length() > 0.0))
+        return nullptr;
+    return std::make_unique<KdGeLine3d>(base_, direction_);
+}
 
-Kdapi::ErrorStatus UnboundedLine::transformBy(const KdGeMatrix3d& matrix)
+Kdapi::ErrorStatus KdDbXline::transformBy(const KdGeMatrix3d& matrix)
 {
     return transform(matrix, Takes::affineMaps, [&] {
         base_.transformBy(matrix);
@@ -18,46 +23,44 @@ Kdapi::ErrorStatus UnboundedLine::transformBy(const KdGeMatrix3d& matrix)
     });
 }
 
-void UnboundedLine::describeAs(const char* marker, ObjectVisitor& visitor)
-{
-    KdDbCurve::describe(visitor);
-    visitor.behindMarker(2, marker);
-    visitor.point(10, base_);
-    storedVector(visitor, 11, direction_);
-}
-
-} // namespace korra
-
-std::unique_ptr<KdGeCurve3d> KdDbXline::geometry() const
-{
-    if (!hasDirection())
-        return nullptr;
-    return std::make_unique<KdGeLine3d>(basePoint(), unitDir());
-}
-
 KdDbEntity* KdDbXline::newEdge(int) const
 {
-    return new KdDbXline(basePoint(), unitDir());
-}
-
-std::unique_ptr<KdGeCurve3d> KdDbRay::geometry() const
-{
-    if (!hasDirection())
-        return nullptr;
-    return std::make_unique<KdGeRay3d>(basePoint(), unitDir());
-}
-
-KdDbEntity* KdDbRay::newEdge(int) const
-{
-    return new KdDbRay(basePoint(), unitDir());
+    return new KdDbXline(base_, direction_);
 }
 
 void KdDbXline::describe(korra::ObjectVisitor& visitor)
 {
-    describeAs("Xline", visitor);
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2, "Xline");
+    visitor.point(10, base_);
+    korra::storedVector(visitor, 11, direction_);
+}
+
+std::unique_ptr<KdGeCurve3d> KdDbRay::geometry() const
+{
+    if (!(direction_.length() > 0.0))
+        return nullptr;
+    return std::make_unique<KdGeRay3d>(base_, direction_);
+}
+
+Kdapi::ErrorStatus KdDbRay::transformBy(const KdGeMatrix3d& matrix)
+{
+    return transform(matrix, Takes::affineMaps, [&] {
+        base_.transformBy(matrix);
+        direction_ = (matrix * direction_).normal();
+        return Kdapi::eOk;
+    });
+}
+
+KdDbEntity* KdDbRay::newEdge(int) const
+{
+    return new KdDbRay(base_, direction_);
 }
 
 void KdDbRay::describe(korra::ObjectVisitor& visitor)
 {
-    describeAs("Ray", visitor);
+    KdDbCurve::describe(visitor);
+    visitor.behindMarker(2, "Ray");
+    visitor.point(10, base_);
+    korra::storedVector(visitor, 11, direction_);
 }

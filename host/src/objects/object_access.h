@@ -191,10 +191,13 @@ public:
 };
 
 /// An entity or object of a kind that no class stands for: kept and written back as it is.
-class UnknownEntity : public KeptEntity {
+class UnknownEntity : public KdDbEntity {
     KDRX_DECLARE_MEMBERS(UnknownEntity)
 public:
     UnknownEntity() = default;
+
+protected:
+    void draw(DrawSink&) const override {}
 };
 
 class UnknownObject : public KdDbObject {
