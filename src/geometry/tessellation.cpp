@@ -2,6 +2,7 @@
 
 #include "support/localised_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -73,7 +74,7 @@ bool areArcsSound(const KdDbPolyline& polyline, const ArcSurvey& survey, CString
 
 void appendInside(const KdGeCircArc3d& arc, double step, Points& points, int& count)
 {
-    const double steps = stepsIn(arc, step);
+    const double steps = std::min(stepsIn(arc, step), kMostPoints); // the survey may lack it
     double param = arc.paramOf(arc.startPoint(), KdGeContext::gTol);
     for (int k = 1; k < steps; ++k) {
         param = arc.paramAtLength(param, step, true, KdGeContext::gTol.equalPoint());

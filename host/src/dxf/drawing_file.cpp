@@ -94,10 +94,10 @@ FileOutcome readFrom(KdDbDatabase& database, const ReadBytes& read, std::size_t 
 /// Regions that were made here are no regions any more where they are read again.
 std::vector<std::string> notesOnRegions(const DatabaseContents& contents, const std::string& name)
 {
-    const auto regions = std::ranges::count_if(contents.slots, [](const ObjectSlot* slot) {
+    const bool hasRegions = std::ranges::any_of(contents.slots, [](const ObjectSlot* slot) {
         return !slot->erased && KdDbRegion::cast(slot->object) && !isUnknown(*slot->object);
     });
-    if (regions == 0)
+    if (!hasRegions)
         return {};
     return {located(name, 0, "regions that were made here are saved as the curves around them")};
 }

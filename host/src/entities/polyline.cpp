@@ -11,6 +11,19 @@
 
 KDRX_DEFINE_MEMBERS(KdDbPolyline, KdDbCurve)
 
+namespace {
+
+/// @return eOk where a segment of the kind starts at the vertex; eInvalidIndex; eNotApplicable
+Kdapi::ErrorStatus segmentStatus(const KdDbPolyline& polyline, unsigned int index,
+                                 KdDbPolyline::SegType kind)
+{
+    if (index >= polyline.numVerts())
+        return Kdapi::eInvalidIndex;
+    return polyline.segType(index) == kind ? Kdapi::eOk : Kdapi::eNotApplicable;
+}
+
+} // namespace
+
 Kdapi::ErrorStatus KdDbPolyline::setClosed(bool closed)
 {
     return set("KdDbPolyline::setClosed", flags_,
@@ -79,10 +92,8 @@ Kdapi::ErrorStatus KdDbPolyline::getLineSegAt(unsigned int index, KdGeLineSeg3d&
 {
     return platform::gate("KdDbPolyline::getLineSegAt", objectId(), index)
         .guard(Kdapi::eInvalidIndex, [&] {
-            if (index >= vertices_.size())
-                return Kdapi::eInvalidIndex;
-            if (segType(index) != kLine)
-                return Kdapi::eNotApplicable;
+            if (const auto status = segmentStatus(*this, index, kLine))
+                return status;
             const KdGeMatrix3d toBlock = place_.toBlock();
             segment = KdGeLineSeg3d(mapped(vertices_[index], toBlock),
                                     mapped(vertexBehind(index), toBlock));
@@ -94,10 +105,8 @@ Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc3d& 
 {
     return platform::gate("KdDbPolyline::getArcSegAt", objectId(), index)
         .guard(Kdapi::eInvalidIndex, [&] {
-            if (index >= vertices_.size())
-                return Kdapi::eInvalidIndex;
-            if (segType(index) != kArc)
-                return Kdapi::eNotApplicable;
+            if (const auto status = segmentStatus(*this, index, kArc))
+                return status;
             const KdGeMatrix3d toBlock = place_.toBlock();
             arc = KdGeCircArc3d::fromBulge(mapped(vertices_[index], toBlock),
                                            mapped(vertexBehind(index), toBlock),
@@ -110,10 +119,8 @@ Kdapi::ErrorStatus KdDbPolyline::getArcSegAt(unsigned int index, KdGeCircArc2d& 
 {
     return platform::gate("KdDbPolyline::getArcSegAt", objectId(), index)
         .guard(Kdapi::eInvalidIndex, [&] {
-            if (index >= vertices_.size())
-                return Kdapi::eInvalidIndex;
-            if (segType(index) != kArc)
-                return Kdapi::eNotApplicable;
+            if (const auto status = segmentStatus(*this, index, kArc))
+                return status;
             arc = KdGeCircArc2d::fromBulge(vertices_[index].point, vertexBehind(index).point,
                                            vertices_[index].bulge);
             return Kdapi::eOk;
