@@ -1,8 +1,11 @@
+#include "kd/db.h"
 #include "support/ge_samples.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <random>
 
 using namespace tests;
 
@@ -37,6 +40,31 @@ SharedCurve arc(double x, double y, double radius, double start, double end)
                                            KdGeVector3d::kXAxis, radius, start, end);
 }
 
+/// Around the origin in the xy plane, its axes along x and y.
+SharedCurve ellipse(double a, double b, double start, double end)
+{
+    const KdDbEllipse entity({0, 0, 0}, KdGeVector3d::kZAxis, {a, 0, 0}, b / a, start, end);
+    return entity.keptGeometry()->clone();
+}
+
+SharedCurve spline(std::initializer_list<KdGePoint3d> control)
+{
+    KdArray<KdGePoint3d> points;
+    KdArray<double> knots;
+    for (const KdGePoint3d& point : control)
+        points.append(point);
+    const int pieces = points.length() - 3;
+    for (int knot = -3; knot <= pieces + 3; ++knot)
+        knots.append(std::clamp(knot, 0, pieces));
+    return KdDbSpline(3, points, knots).keptGeometry()->clone();
+}
+
+/// y = x^3 - x from -2 to 2.
+SharedCurve cubic()
+{
+    return spline({{-2, -6, 0}, {-2. / 3, 26. / 3, 0}, {2. / 3, -26. / 3, 0}, {2, 6, 0}});
+}
+
 struct Case {
     const char* name;
     SharedCurve a, b;
@@ -48,6 +76,13 @@ std::vector<Case> cases()
     const auto xAxis = [] { return segment({-5, 0, 0}, {5, 0, 0}); };
     const auto upright = std::make_shared<KdGeLine3d>(KdGePoint3d(9, 0, 0), KdGeVector3d::kYAxis);
     const auto quarter = [] { return arc(0, 0, 1, 0, kPi / 2); };
+    const auto lying = [](double start, double end) { return ellipse(5, 3, start, end); };
+    const auto standing = [] {
+        return std::make_shared<KdGeLine3d>(KdGePoint3d(3, 0, 0), KdGeVector3d::kYAxis);
+    };
+    const auto at = [](double t) { return KdGePoint3d(5 * std::cos(t), 3 * std::sin(t), 0); };
+    const KdGeVector3d slope(-5 * std::sin(1), 3 * std::cos(1), 0);
+    const double equal = std::sqrt(225.0 / 34.0);
     return {
         {"crossing", xAxis(), segment({1, -1, 0}, {1, 2, 0}), {{1, 0, 0}}},
         {"ending on the other", xAxis(), segment({1, 0, 0}, {1, 2, 0}), {{1, 0, 0}}},
@@ -55,7 +90,7 @@ std::vector<Case> cases()
         {"skew", xAxis(), segment({1, -1, 1e-6}, {1, 2, 1e-6}), {}},
         {"parallel", xAxis(), segment({-5, 1, 0}, {5, 1, 0}), {}},
         {"end to end", xAxis(), segment({5, 0, 0}, {7, 0, 0}), {{5, 0, 0}}},
-        {"overlapping", xAxis(), segment({2, 0, 0}, {7, 0, 0}), {}},
+        {"overlapping", xAxis(), segment({2, 0, 0}, {7, 0, 0}), {{2, 0, 0}, {5, 0, 0}}},
         {"a point on a segment", xAxis(), segment({2, 0, 0}, {2, 0, 0}), {{2, 0, 0}}},
         {"unbounded line", upright, segment({8, 4, 0}, {12, 4, 0}), {{9, 4, 0}}},
         {"secant", xAxis(), circle(1, 0, 2), {{-1, 0, 0}, {3, 0, 0}}},
@@ -78,7 +113,28 @@ std::vector<Case> cases()
         {"touching inside", circle(0, 0, 2), circle(1, 0, 1), {{2, 0, 0}}},
         {"the same circle", circle(0, 0, 2), circle(0, 0, 2), {}},
         {"two halves", arc(0, 0, 2, 0, kPi), arc(0, 0, 2, kPi, 2 * kPi), {{2, 0, 0}, {-2, 0, 0}}},
-        {"overlapping arcs", arc(0, 0, 2, 0, 2), arc(0, 0, 2, 1, 3), {}},
+        {"overlapping arcs",
+         arc(0, 0, 2, 0, 2),
+         arc(0, 0, 2, 1, 3),
+         {{2 * std::cos(1), 2 * std::sin(1), 0}, {2 * std::cos(2), 2 * std::sin(2), 0}}},
+        {"ellipses",
+         lying(0, 2 * kPi),
+         ellipse(3, 5, 0, 2 * kPi),
+         {{equal, equal, 0}, {-equal, equal, 0}, {-equal, -equal, 0}, {equal, -equal, 0}}},
+        {"line across an ellipse", standing(), lying(0, 2 * kPi), {{3, 2.4, 0}, {3, -2.4, 0}}},
+        {"half an ellipse", standing(), lying(0, kPi), {{3, 2.4, 0}}},
+        {"tangent of an ellipse", segment(at(1) - slope, at(1) + slope * 2), lying(0, 4), {at(1)}},
+        {"past an ellipse", segment({5 + 1e-6, -9, 0}, {5 + 1e-6, 9, 0}), lying(0, 2 * kPi), {}},
+        {"circle in an ellipse", circle(0, 0, 3), lying(0, 2 * kPi), {{0, 3, 0}, {0, -3, 0}}},
+        {"through the plane on an ellipse",
+         segment({3, 2.4, -1}, {3, 2.4, 2}),
+         lying(0, 4),
+         {at(std::acos(.6))}},
+        {"overlapping ellipses", lying(0, 2), lying(1, 5), {at(1), at(2)}},
+        {"an ellipse on a part of it", lying(0, 2 * kPi), lying(1, 2), {at(1), at(2)}},
+        {"an ellipse ends where the other begins", lying(0, 3), lying(3, 6), {at(3)}},
+        {"the same ellipse", lying(0, 2 * kPi), lying(2, 2 + 2 * kPi), {}},
+        {"cubic and its axis", xAxis(), cubic(), {{-1, 0, 0}, {0, 0, 0}, {1, 0, 0}}},
         {"arcs whose circles cross elsewhere", arc(0, 0, 5, kPi / 2, kPi), circle(6, 0, 5), {}},
     };
 }
@@ -113,4 +169,51 @@ TEST(GeIntersection, CompositesMeetInEachOfTheirPieces)
     const Points joints = {{4, 0, 0}, {4, 4, 0}}; // they count once
     EXPECT_TRUE(samePoints(met(segment({4, -1, 0}, {4, 9, 0})), joints, 1e-14));
     EXPECT_TRUE(samePoints(met(circle(4, 2, 2)), joints, 1e-12));
+}
+
+TEST(GeIntersection, SplinesMeetEllipsesWhereTheyChangeSides)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> coordinate(-6.0, 6.0);
+    const auto anyPoint = [&] { return KdGePoint3d(coordinate(random), coordinate(random), 0); };
+    const SharedCurve oval = ellipse(5, 3, 0, 2 * kPi);
+    const auto side = [](const KdGePoint3d& p) { return p.x * p.x / 25 + p.y * p.y / 9 - 1.0; };
+    for (int i = 0; i < 100; ++i) {
+        const SharedCurve curve =
+            spline({anyPoint(), anyPoint(), anyPoint(), anyPoint(), anyPoint(), anyPoint()});
+        Points expected;
+        constexpr int kSteps = 4000;
+        for (int step = 0; step < kSteps; ++step) {
+            double from = curve->endParam() * step / kSteps;
+            double to = curve->endParam() * (step + 1) / kSteps;
+            const bool starts = side(curve->evalPoint(from)) < 0.0;
+            if (starts == (side(curve->evalPoint(to)) < 0.0))
+                continue;
+            for (int halving = 0; halving < 60; ++halving) {
+                const double middle = (from + to) / 2.0;
+                (starts == (side(curve->evalPoint(middle)) < 0.0) ? from : to) = middle;
+            }
+            expected.push_back(curve->evalPoint(from));
+        }
+        EXPECT_TRUE(samePoints(common(*oval, *curve), expected, 1e-12)) << i;
+        const Points ordered = common(*curve, *oval);
+        ASSERT_EQ(ordered.size(), expected.size()) << i;
+        for (std::size_t k = 0; k < expected.size(); ++k)
+            EXPECT_LE(ordered[k].distanceTo(expected[k]), 1e-12) << i; // along the first curve
+    }
+}
+
+TEST(GeIntersection, CompositesThatShareALengthMeetAtItsEnds)
+{
+    const KdGeCompositeCurve3d square =
+        composite({segment({0, 0, 0}, {4, 0, 0}), segment({4, 0, 0}, {4, 4, 0}),
+                   segment({4, 4, 0}, {0, 4, 0}), segment({0, 4, 0}, {0, 0, 0})});
+    const KdGeCompositeCurve3d corner =
+        composite({segment({0, 2, 0}, {0, 0, 0}), segment({0, 0, 0}, {1, 0, 0}),
+                   segment({1, 0, 0}, {4, 0, 0}), segment({4, 0, 0}, {5, 0, 0}),
+                   segment({5, 0, 0}, {2, 9, 0})});
+    const Points ends = {{4, 0, 0}, {4, 3, 0}, {11. / 3, 4, 0}, {0, 2, 0}};
+    EXPECT_TRUE(samePoints(common(square, corner), ends, 1e-14));
+    EXPECT_TRUE(samePoints(common(corner, square), ends, 1e-14));
+    EXPECT_TRUE(common(square, square).empty()) << "it has no end";
 }

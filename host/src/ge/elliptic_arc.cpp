@@ -30,9 +30,14 @@ KdGeVector3d EllipticArc::secondDerivative(double param) const
 std::vector<double> EllipticArc::breaks() const
 {
     constexpr double kQuarter = std::numbers::pi / 2.0;
+    const double axis =
+        std::atan2(2.0 * u_.dotProduct(v_), u_.lengthSqrd() - v_.lengthSqrd()) / 2.0;
     std::vector<double> result{start_};
-    for (double turn = std::floor(start_ / kQuarter) + 1.0; turn * kQuarter < end_; ++turn)
-        result.push_back(turn * kQuarter);
+    double turn = std::floor((start_ - axis) / kQuarter) + 1.0;
+    for (; axis + turn * kQuarter < end_; ++turn) {
+        if (axis + turn * kQuarter > result.back())
+            result.push_back(axis + turn * kQuarter);
+    }
     result.push_back(end_);
     return result;
 }
@@ -40,6 +45,14 @@ std::vector<double> EllipticArc::breaks() const
 KdGeExtents3d EllipticArc::boundOf(double from, double to) const
 {
     return EllipticArc(center_, u_, v_, from, to).extents();
+}
+
+/// The ellipse is an affine image of a circle, and what it has beside a chord is an image too: at
+/// most 1 - cos(half the angle) of the diameter's half that goes through the middle.
+double EllipticArc::sagOf(double from, double to) const
+{
+    const double half = std::sin((to - from) / 4.0);
+    return 2.0 * half * half * (evalPoint(from + (to - from) / 2.0) - center_).length();
 }
 
 bool EllipticArc::transformBy(const KdGeMatrix3d& matrix)

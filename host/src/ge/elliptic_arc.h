@@ -24,8 +24,12 @@ public:
     KdGePoint3d evalPoint(double param) const override;
     KdGeVector3d firstDerivative(double param) const override;
     KdGeVector3d secondDerivative(double param) const override;
+
+    /// The ends, and between them where the curve meets its axes: an ellipse that is seen edge-on
+    /// turns back there.
     std::vector<double> breaks() const override;
     KdGeExtents3d boundOf(double from, double to) const override;
+    double sagOf(double from, double to) const override;
     bool transformBy(const KdGeMatrix3d& matrix) override;
 
     /// The start parameter becomes minus the end parameter.

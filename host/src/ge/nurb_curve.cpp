@@ -1,5 +1,7 @@
 #include "ge/nurb_curve.h"
 
+#include "kd/ge/linear3d.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -245,8 +247,9 @@ KdGeVector3d NurbCurve::secondDerivative(double param) const
     return evaluate(param, 2).second;
 }
 
-/// The part lies in the hull of its own control points, values of the piece's blossom.
-KdGeExtents3d NurbCurve::boundOf(double from, double to) const
+/// The control points of a part are values of the piece's blossom.
+std::size_t NurbCurve::hullOf(double from, double to,
+                              std::array<KdGeVector3d, kMaxDegree + 1>& hull) const
 {
     const std::size_t index = pieceAt(from + (to - from) / 2.0);
     const auto given = piece(index);
@@ -254,7 +257,6 @@ KdGeExtents3d NurbCurve::boundOf(double from, double to) const
     const double low = (from - breaks_[index]) / width;
     const double high = (to - breaks_[index]) / width;
     const auto degree = static_cast<std::size_t>(degree_);
-    KdGeExtents3d box;
     for (std::size_t ends = 0; ends <= degree; ++ends) {
         std::array<Weighted, kMaxDegree + 1> row;
         std::ranges::copy(given, row.begin());
@@ -262,9 +264,31 @@ KdGeExtents3d NurbCurve::boundOf(double from, double to) const
             for (std::size_t i = 0; i < left; ++i)
                 row[i] = between(row[i], row[i + 1], left <= ends ? high : low);
         }
-        box.addPoint(origin_ + row[0].projected());
+        hull[ends] = row[0].projected();
     }
+    return degree + 1;
+}
+
+KdGeExtents3d NurbCurve::boundOf(double from, double to) const
+{
+    std::array<KdGeVector3d, kMaxDegree + 1> hull;
+    const std::size_t count = hullOf(from, to, hull);
+    KdGeExtents3d box;
+    for (std::size_t i = 0; i < count; ++i)
+        box.addPoint(origin_ + hull[i]);
     return box;
+}
+
+double NurbCurve::sagOf(double from, double to) const
+{
+    std::array<KdGeVector3d, kMaxDegree + 1> hull;
+    const std::size_t count = hullOf(from, to, hull);
+    const KdGeLineSeg3d chord(KdGePoint3d::kOrigin + hull[0],
+                              KdGePoint3d::kOrigin + hull[count - 1]);
+    double sag = 0.0;
+    for (std::size_t i = 1; i + 1 < count; ++i)
+        sag = std::max(sag, chord.distanceTo(KdGePoint3d::kOrigin + hull[i]));
+    return sag;
 }
 
 bool NurbCurve::transformBy(const KdGeMatrix3d& matrix)

@@ -2,6 +2,7 @@
 
 #include "ge/smooth_curve.h"
 
+#include <array>
 #include <span>
 
 namespace korra {
@@ -48,6 +49,7 @@ public:
     std::vector<double> breaks() const override { return breaks_; }
 
     KdGeExtents3d boundOf(double from, double to) const override;
+    double sagOf(double from, double to) const override;
     bool transformBy(const KdGeMatrix3d& matrix) override;
 
     /// Parameters become their negatives.
@@ -84,6 +86,12 @@ private:
 
     /// @param order  how many derivatives are wanted, 0 to 2
     Derivatives evaluate(double param, int order) const;
+
+    /// The control points of the part between two parameters that no break separates, from the
+    /// curve's origin; the part lies in their hull.
+    /// @return how many there are
+    std::size_t hullOf(double from, double to,
+                       std::array<KdGeVector3d, kMaxDegree + 1>& hull) const;
     double highest(unsigned int axis, double side) const;
 
     // Points are kept near the origin of coordinates, so that a far curve is as exact as a near

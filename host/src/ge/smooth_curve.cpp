@@ -42,9 +42,8 @@ public:
     {
     }
 
-    double run()
+    double run(const std::vector<double>& breaks)
     {
-        const std::vector<double> breaks = curve_.breaks();
         param_ = breaks.front();
         for (const double param : breaks)
             offer(param);
@@ -70,12 +69,44 @@ private:
         const double middle = from + (to - from) / 2.0;
         if (halvings == 0 || isSimple(curve_.firstDerivative(from), curve_.firstDerivative(middle),
                                       curve_.firstDerivative(to))) {
-            offer(curve_.nearestParamBetween(from, to, point_));
+            offer(nearestOnSimple(from, to));
             return;
         }
         offer(middle);
         search(from, middle, halvings - 1);
         search(middle, to, halvings - 1);
+    }
+
+    /// The parameter of a point of a part where the distance is least; of several some one.
+    double nearestOnSimple(double from, double to) const
+    {
+        // The slope of half the squared distance; the distance falls to the right while it is below
+        // 0.
+        const auto slope = [&](double param) {
+            return (curve_.evalPoint(param) - point_).dotProduct(curve_.firstDerivative(param));
+        };
+        if (!(slope(from) < 0.0))
+            return from;
+        if (!(slope(to) > 0.0))
+            return to;
+        double low = from;
+        double high = to;
+        double param = from + (to - from) / 2.0;
+        for (int step = 0; step < 100; ++step) {
+            const KdGeVector3d offset = curve_.evalPoint(param) - point_;
+            const KdGeVector3d tangent = curve_.firstDerivative(param);
+            const double error = offset.dotProduct(tangent);
+            (error < 0.0 ? low : high) = param;
+            const double newton =
+                param -
+                error / (tangent.lengthSqrd() + offset.dotProduct(curve_.secondDerivative(param)));
+            const double next = low < newton && newton < high ? newton : low + (high - low) / 2.0;
+            const double moved = std::abs(next - param);
+            param = next;
+            if (!(moved > 1e-16 * std::max(std::abs(param), to - from)))
+                break;
+        }
+        return param;
     }
 
     const SmoothCurve& curve_;
@@ -198,36 +229,12 @@ double SmoothCurve::paramAtLength(double datumParam, double length, bool forward
 
 double SmoothCurve::nearestParam(const KdGePoint3d& point) const
 {
-    return NearestSearch(*this, point).run();
+    return NearestSearch(*this, point).run(breaks());
 }
 
-double SmoothCurve::nearestParamBetween(double from, double to, const KdGePoint3d& point) const
+double SmoothCurve::nearestParam(const KdGePoint3d& point, double from, double to) const
 {
-    // The slope of half the squared distance; the distance falls to the right while it is below 0.
-    const auto slope = [&](double param) {
-        return (evalPoint(param) - point).dotProduct(firstDerivative(param));
-    };
-    if (!(slope(from) < 0.0))
-        return from;
-    if (!(slope(to) > 0.0))
-        return to;
-    double low = from;
-    double high = to;
-    double param = from + (to - from) / 2.0;
-    for (int step = 0; step < 100; ++step) {
-        const KdGeVector3d offset = evalPoint(param) - point;
-        const KdGeVector3d tangent = firstDerivative(param);
-        const double error = offset.dotProduct(tangent);
-        (error < 0.0 ? low : high) = param;
-        const double newton =
-            param - error / (tangent.lengthSqrd() + offset.dotProduct(secondDerivative(param)));
-        const double next = low < newton && newton < high ? newton : low + (high - low) / 2.0;
-        const double moved = std::abs(next - param);
-        param = next;
-        if (!(moved > 1e-16 * std::max(std::abs(param), to - from)))
-            break;
-    }
-    return param;
+    return NearestSearch(*this, point).run({from, to});
 }
 
 void SmoothCurve::flattenTail(const KdGeMatrix3d& matrix, double tolerance,

@@ -18,6 +18,10 @@ public:
     /// gives one that is nearer to the part by a factor of four.
     virtual KdGeExtents3d boundOf(double from, double to) const = 0;
 
+    /// No point of the part between two parameters that no break separates is farther from the
+    /// part's chord; for a part half as long it is less by a factor of four.
+    virtual double sagOf(double from, double to) const = 0;
+
     using KdGeCurve3d::length;
     double length(double fromParam, double toParam,
                   double tol = KdGeContext::gTol.equalPoint()) const override;
@@ -25,9 +29,8 @@ public:
                          double tol = KdGeContext::gTol.equalPoint()) const override;
     double nearestParam(const KdGePoint3d& point) const override;
 
-    /// The parameter between two, no break between them, where a point of the curve is nearest to
-    /// a point; of several some one.
-    double nearestParamBetween(double from, double to, const KdGePoint3d& point) const;
+    /// The same between two parameters that no break separates.
+    double nearestParam(const KdGePoint3d& point, double from, double to) const;
 
 protected:
     SmoothCurve() = default;

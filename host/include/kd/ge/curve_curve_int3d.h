@@ -2,11 +2,10 @@
 
 #include "kd/ge/curve3d.h"
 
-/// The points that two curves have in common.
+/// The points that two curves have in common: of every kind, composites piece by piece.
 ///
-/// Curves are segments, lines, arcs and composites of these; other pieces are passed over. Two arcs
-/// meet only where they lie in one plane. Where curves run along each other for a length, only
-/// points where one ends and the other begins count. Each point is listed once, in no order. The
+/// Two arcs meet only where they lie in one plane. Where curves run along each other for a length,
+/// the ends of that length count. Each point is listed once, in the order of the first curve. The
 /// tolerance is never taken below what the size of the coordinates resolves.
 class KdGeCurveCurveInt3d {
 public:
