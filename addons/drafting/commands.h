@@ -19,6 +19,9 @@ void segment();
 /// Divides a picked curve into points: pick, step.
 void curvepts();
 
+/// Says where two picked entities cross: picks.
+void cross();
+
 /// Makes a region of curves, which go: picks, Enter.
 void mkregion();
 

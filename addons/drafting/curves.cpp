@@ -35,12 +35,10 @@ std::unique_ptr<KdDbEntity> shownCopy(const Picked& picked, Kdapi::ErrorStatus& 
     const auto entity = openObject<KdDbEntity>(picked.nested, KdDb::kForRead, status);
     if (!entity)
         return nullptr;
-    std::unique_ptr<KdDbEntity> copy(static_cast<KdDbEntity*>(entity->clone()));
-    if (!copy)
-        status = Kdapi::eNotApplicable;
-    else if (picked.nested != picked.outer)
-        status = copy->transformBy(picked.transform);
-    return status == Kdapi::eOk ? std::move(copy) : nullptr;
+    KdDbEntity* copy = nullptr;
+    status = entity->getTransformedCopy(
+        picked.nested == picked.outer ? KdGeMatrix3d::kIdentity : picked.transform, copy);
+    return std::unique_ptr<KdDbEntity>(copy);
 }
 
 /// Adds a new entity to the current space.
@@ -56,11 +54,56 @@ KdDbObjectId add(std::unique_ptr<KdDbEntity> entity, Kdapi::ErrorStatus& status)
     return status == Kdapi::eOk ? id : KdDbObjectId();
 }
 
-void printPoints(const KdArray<KdGePoint3d>& points)
+void printPoints(const wchar_t* label, const KdArray<KdGePoint3d>& points)
 {
-    kdutPrintf(L"\npoints %d", points.length());
+    kdutPrintf(L"\n%s %d", label, points.length());
     for (const KdGePoint3d& point : points)
         kdutPrintf(L"\n%s", pointText(point).c_str());
+}
+
+/// A picked entity as it is shown, in the drawing: one that a block shows as a copy, which goes
+/// with the scope.
+class Shown {
+public:
+    Shown(const Picked& picked, Kdapi::ErrorStatus& status) : id_(picked.nested)
+    {
+        if (picked.nested == picked.outer)
+            return;
+        auto copy = shownCopy(picked, status);
+        copy_ = id_ = copy ? add(std::move(copy), status) : KdDbObjectId();
+    }
+
+    ~Shown()
+    {
+        Kdapi::ErrorStatus status = Kdapi::eOk;
+        if (const auto copy = openObject<KdDbEntity>(copy_, KdDb::kForWrite, status))
+            copy->erase();
+    }
+
+    Shown(const Shown&) = delete;
+    Shown& operator=(const Shown&) = delete;
+
+    KdDbObjectId id() const { return id_; }
+
+private:
+    KdDbObjectId id_;
+    KdDbObjectId copy_;
+};
+
+KdArray<KdGePoint3d> crossings(KdDbObjectId first, KdDbObjectId second)
+{
+    kds_name names[2] = {};
+    resbuf* list = nullptr;
+    KdArray<KdGePoint3d> points;
+    if (kddbGetKdsName(names[0], first) == Kdapi::eOk &&
+        kddbGetKdsName(names[1], second) == Kdapi::eOk)
+        kds_intersect(names[0], names[1], &list);
+    for (const resbuf* record = list; record; record = record->rbnext) {
+        const double* const at = record->resval.rpoint;
+        points.append({at[0], at[1], at[2]});
+    }
+    kdutRelRb(list);
+    return points;
 }
 
 /// The curves of a region to come, open for writing.
@@ -118,7 +161,23 @@ void curvepts()
     kdutPrintf(L"%s", message.GetString());
     if (!result)
         return printNone(L"points", result);
-    printPoints(points);
+    printPoints(L"points", points);
+}
+
+void cross()
+{
+    Picked picked[2];
+    for (Picked& each : picked) {
+        const int status = pick(L"\nSelect an entity: ", each);
+        if (status != RTNORM)
+            return printNone(L"crossings", status);
+    }
+    Kdapi::ErrorStatus status = Kdapi::eOk;
+    const Shown first(picked[0], status);
+    const Shown second(picked[1], status);
+    if (first.id().isNull() || second.id().isNull())
+        return printNone(L"crossings", status);
+    printPoints(L"crossings", crossings(first.id(), second.id()));
 }
 
 void mkregion()

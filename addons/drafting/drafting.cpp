@@ -20,6 +20,7 @@ constexpr Command kCommands[] = {
     {L"TSSET", tsset},       {L"TSLIST", tslist},     {L"DSMAKE", dsmake},
     {L"DSSET", dsset},       {L"DSLIST", dslist},     {L"CURVEPTS", curvepts},
     {L"MKREGION", mkregion}, {L"OUTLINE", outline},   {L"ATTACH", attach},
+    {L"CROSS", cross},
 };
 
 /// A service of the host's registry; null when it is missing.

@@ -15,6 +15,7 @@
 #include "orvex/dim_override.h"
 #include "orvex/dim_styles.h"
 #include "orvex/entity_type.h"
+#include "orvex/intersection.h"
 #include "orvex/layers.h"
 #include "orvex/linetypes.h"
 #include "orvex/objects.h"

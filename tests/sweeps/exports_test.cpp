@@ -302,6 +302,7 @@ const Export kExports[] = {
     {"GetComplexEntTransform", geometry, [](const Ids& ids) { KdGeMatrix3d xform; GetComplexEntTransform(ids[3], ids[0], xform); }},
     {"GetSubIdsFromBlockRef", geometry, [](const Ids& ids) { KdArray<KdDbObjectId> inside; withOpen<KdDbBlockReference>(ids[3], [&](KdDbBlockReference* each) { GetSubIdsFromBlockRef(each, inside); }, KdDb::kForRead); }},
     {"GetAttachedParam", geometry, [](const Ids& ids) { KdGePoint3d point; double angle; GetAttachedParam(point, angle, ids[0], KdGeMatrix3d::kIdentity, {1, 2, 0}); }},
+    {"Intersect", geometry, [](const Ids& ids) { kds_name names[2]; resbuf* points = nullptr; kddbGetKdsName(names[0], ids[0]); kddbGetKdsName(names[1], ids[1]); kds_intersect(names[0], names[1], &points); kdutRelRb(points); }},
     {"GetPixelHeight", nothing, [](const Ids&) { GetPixelHeight(); }},
     {"GetGripFusionLength", nothing, [](const Ids&) { GetGripFusionLength(); }},
     {"GetGripPointTol", nothing, [](const Ids&) { GetGripPointTol(); }},

@@ -64,6 +64,9 @@ int kdutRelRb(resbuf* list);
 /// @return the list, owned by the caller; null when a code is unknown or memory is short
 resbuf* kdutBuildList(int type, ...);
 
+/// One node with a zero value and no successor, owned by the caller. Null when memory is short.
+resbuf* kdutNewRb(int type);
+
 /// A host-owned copy of a text, for a result buffer; freed with kdapi_free or with its node. Null
 /// for null and when memory is short.
 wchar_t* kdapi_copyString(const wchar_t* text);

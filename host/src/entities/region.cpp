@@ -1,5 +1,6 @@
 #include "kd/db/region.h"
 
+#include "ge/plane_fit.h"
 #include "ge/resolvable.h"
 #include "gi/draw_sink.h"
 #include "objects/object_access.h"
@@ -106,22 +107,10 @@ Kdapi::ErrorStatus planarity(const Edges& edges)
     for (const auto& edge : edges)
         edge->keptGeometry()->flatten(KdGeMatrix3d::kIdentity, size / 1000.0, points);
 
-    const KdGePoint3d& origin = points.front();
-    const KdGePoint3d& far = *std::ranges::max_element(
-        points, {}, [&](const KdGePoint3d& point) { return point.distanceTo(origin); });
-    const auto areaTo = [&](const KdGePoint3d& point) {
-        return (far - origin).crossProduct(point - origin);
-    };
-    const KdGeVector3d normal = areaTo(*std::ranges::max_element(
-        points, {}, [&](const KdGePoint3d& point) { return areaTo(point).length(); }));
-    const double tolerance =
-        std::max(resolvableDistance(box.minPoint()), resolvableDistance(box.maxPoint()));
-    if (!(normal.length() > tolerance * size))
+    const PlaneFit fit = planeThrough(points);
+    if (fit.normal.isZeroLength())
         return Kdapi::eDegenerateGeometry;
-    const bool isFlat = std::ranges::all_of(points, [&](const KdGePoint3d& point) {
-        return std::abs((point - origin).dotProduct(normal)) <= tolerance * normal.length();
-    });
-    return isFlat ? Kdapi::eOk : Kdapi::eInvalidInput;
+    return fit.isFlat ? Kdapi::eOk : Kdapi::eInvalidInput;
 }
 
 /// Lets an owner change its part, whoever has that open.

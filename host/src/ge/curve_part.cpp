@@ -5,33 +5,6 @@
 #include <cmath>
 
 namespace korra {
-namespace {
-
-void appendPiece(const KdGeCurve3d& curve, std::size_t index, std::vector<CurvePart>& parts)
-{
-    CurvePart part;
-    part.curve = &curve;
-    part.piece = index;
-    part.smooth = dynamic_cast<const SmoothCurve*>(&curve);
-    if (!part.smooth) {
-        part.line = dynamic_cast<const KdGeLinearEnt3d*>(&curve);
-        part.arc = dynamic_cast<const KdGeCircArc3d*>(&curve);
-        part.from = curve.startParam();
-        part.to = curve.endParam();
-        part.box = curve.extents();
-        parts.push_back(part);
-        return;
-    }
-    const std::vector<double> breaks = part.smooth->breaks();
-    for (std::size_t i = 1; i < breaks.size(); ++i) {
-        part.from = breaks[i - 1];
-        part.to = breaks[i];
-        part.box = part.smooth->boundOf(part.from, part.to);
-        parts.push_back(part);
-    }
-}
-
-} // namespace
 
 KdGeVector3d CurvePart::secondDerivative(double param) const
 {
@@ -63,13 +36,28 @@ std::vector<double> CurvePart::ends() const
     return result;
 }
 
-void appendParts(const KdGeCurve3d& curve, std::vector<CurvePart>& parts)
+void appendParts(const KdGeCurve3d& curve, std::size_t piece, std::vector<CurvePart>& parts)
 {
-    const auto* const composite = dynamic_cast<const KdGeCompositeCurve3d*>(&curve);
-    if (!composite)
-        return appendPiece(curve, 0, parts);
-    for (int i = 0; i < composite->numPieces(); ++i)
-        appendPiece(composite->piece(i), static_cast<std::size_t>(i), parts);
+    CurvePart part;
+    part.curve = &curve;
+    part.piece = piece;
+    part.smooth = dynamic_cast<const SmoothCurve*>(&curve);
+    if (!part.smooth) {
+        part.line = dynamic_cast<const KdGeLinearEnt3d*>(&curve);
+        part.arc = dynamic_cast<const KdGeCircArc3d*>(&curve);
+        part.from = curve.startParam();
+        part.to = curve.endParam();
+        part.box = curve.extents();
+        parts.push_back(part);
+        return;
+    }
+    const std::vector<double> breaks = part.smooth->breaks();
+    for (std::size_t i = 1; i < breaks.size(); ++i) {
+        part.from = breaks[i - 1];
+        part.to = breaks[i];
+        part.box = part.smooth->boundOf(part.from, part.to);
+        parts.push_back(part);
+    }
 }
 
 } // namespace korra

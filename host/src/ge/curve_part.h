@@ -13,7 +13,7 @@ class SmoothCurve;
 /// another curve.
 struct CurvePart {
     const KdGeCurve3d* curve = nullptr; ///< that the parameters belong to
-    std::size_t piece = 0;              ///< which of a composite; 0 for any other curve
+    std::size_t piece = 0;              ///< which of several curves it is
     const KdGeLinearEnt3d* line = nullptr;
     const KdGeCircArc3d* arc = nullptr;
     const SmoothCurve* smooth = nullptr;
@@ -42,7 +42,8 @@ struct CurvePart {
     std::vector<double> ends() const;
 };
 
-/// Appends the parts of a curve, in its order.
-void appendParts(const KdGeCurve3d& curve, std::vector<CurvePart>& parts);
+/// Appends the parts of a curve that is no composite, in its order.
+/// @param piece  what number the parts are given
+void appendParts(const KdGeCurve3d& curve, std::size_t piece, std::vector<CurvePart>& parts);
 
 } // namespace korra

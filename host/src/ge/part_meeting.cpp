@@ -152,7 +152,7 @@ private:
                 return;
             const KdGeLineSeg3d segment = clipped(line, other.box, tol_.equalPoint());
             std::vector<CurvePart> parts;
-            appendParts(segment, parts);
+            appendParts(segment, line.piece, parts);
             const CurvePart& part = parts.front();
             for (const SmoothContact& contact :
                  smoothContacts(first ? part : a_, first ? b_ : part, tol_.equalPoint()))

@@ -94,7 +94,8 @@ public:
             for (const Span& second : quarters(second_))
                 keep({first, second}, pairs);
         }
-        while (!pairs.empty() && pairs.size() <= kMostPairs) {
+        for (int level = 0; level < kMostLevels && !pairs.empty() && pairs.size() <= kMostPairs;
+             ++level) {
             std::vector<SpanPair> halves;
             for (const SpanPair& pair : pairs)
                 halve(pair, halves);
@@ -110,6 +111,9 @@ private:
     /// Of one level. Curves of degree 25 have 625 points in common, and what needs more pairs than
     /// this lies side by side without an end.
     static constexpr std::size_t kMostPairs = 1024;
+
+    /// Behind so many halvings, of either part, nothing but rounding is left.
+    static constexpr int kMostLevels = 120;
 
     /// Of the tolerance: what a chord may leave out before a span counts as straight.
     static constexpr double kFlat = 1.0 / 64.0;

@@ -205,6 +205,11 @@ resbuf* kdutBuildList(int type, ...)
     return list;
 }
 
+resbuf* kdutNewRb(int type)
+{
+    return platform::gate("kdutNewRb", type).guard(nullptr, [&] { return korra::newResbuf(type); });
+}
+
 wchar_t* kdapi_copyString(const wchar_t* text)
 {
     return platform::gate("kdapi_copyString", text).guard(nullptr, [&] {

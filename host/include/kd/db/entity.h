@@ -120,6 +120,12 @@ public:
     /// @return eOk; eNotOpenForWrite; eCannotScaleNonUniformly; eInvalidInput for a singular matrix
     virtual Kdapi::ErrorStatus transformBy(const KdGeMatrix3d& matrix);
 
+    /// A free-standing copy moved by a matrix, which the caller owns. Of a circle or an arc that is
+    /// scaled unevenly an arc of an ellipse.
+    /// @param copy  written on success only
+    /// @return eOk; eCannotScaleNonUniformly; eInvalidInput for a singular matrix
+    Kdapi::ErrorStatus getTransformedCopy(const KdGeMatrix3d& matrix, KdDbEntity*& copy) const;
+
     /// The subentities of one type that lie at a graphics marker.
     /// @return eOk with an empty array where there is none; eNotApplicable for a type other than
     ///         edges
@@ -136,6 +142,28 @@ public:
     /// with its layer, colour, linetype and line weight. The caller owns them.
     /// @return eOk; eCannotExplode, nothing appended, for an entity that is not made of others
     Kdapi::ErrorStatus explode(KdArray<KdDbEntity*>& pieces) const;
+
+    /// The plane that the entity lies in: through the first point of what it shows, its normal the
+    /// entity's own where what it shows lies across that. Of a straight entity the plane of its
+    /// line nearest to its own plane; of one that lies in no plane, and of one without a normal
+    /// where there is a choice, that of its own normal or of the z axis.
+    /// @return eOk; eNotApplicable, both untouched, for an entity that shows nothing
+    Kdapi::ErrorStatus getPlane(KdGePlane& plane, KdDb::Planarity& planarity) const;
+
+    /// Appends the points that the entity has in common with another, in this one's order: curves
+    /// meet as they are, whatever else by what it shows, text by the boxes around its lines.
+    /// @param type  kOnBothOperands
+    /// @return eOk, also without a point; eNullObjectPointer; eNotApplicable for another type
+    Kdapi::ErrorStatus intersectWith(const KdDbEntity* other, KdDb::Intersect type,
+                                     KdArray<KdGePoint3d>& points, std::int64_t thisGsMarker = 0,
+                                     std::int64_t otherGsMarker = 0) const;
+
+    /// The same seen along a plane's normal: the points of this entity over which, or under which,
+    /// the other lies.
+    Kdapi::ErrorStatus intersectWith(const KdDbEntity* other, KdDb::Intersect type,
+                                     const KdGePlane& projection, KdArray<KdGePoint3d>& points,
+                                     std::int64_t thisGsMarker = 0,
+                                     std::int64_t otherGsMarker = 0) const;
 
 protected:
     KdDbEntity();
@@ -173,6 +201,11 @@ protected:
 
 private:
     friend class korra::ObjectAccess;
+
+    /// What intersectWith() is. @param projection  null: as they lie in space
+    Kdapi::ErrorStatus addCommonPoints(const KdDbEntity* other, KdDb::Intersect type,
+                                       const KdGePlane* projection,
+                                       KdArray<KdGePoint3d>& points) const;
 
     /// Gives a part of the entity its layer and looks.
     void dress(KdDbEntity& part) const;

@@ -94,6 +94,12 @@ enum MeasurementValue : int { kEnglish = 0, kMetric = 1 };
 enum Visibility : int { kVisible = 0, kInvisible = 1 };
 
 enum SubentType : int { kNullSubentType = 0, kFaceSubentType = 1, kEdgeSubentType = 2 };
+
+/// How an entity lies: in no plane, in one, in every plane through its line.
+enum Planarity : int { kNonPlanar = 0, kPlanar = 1, kLinear = 2 };
+
+/// What of two entities an intersection counts: both as they are.
+enum Intersect : int { kOnBothOperands = 0 };
 } // namespace KdDb
 
 /// The id of an entity name.
