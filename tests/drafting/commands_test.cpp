@@ -136,6 +136,22 @@ TEST_F(DraftingTest, AttachGivesPointAndAngleOfTheCurveAsItIsShown)
     EXPECT_EQ(last("ATTACH", {"0,80", "1,1"}), "attach none 0");
 }
 
+TEST_F(DraftingTest, CrossTakesNestedEntitiesAsTheyAreShown)
+{
+    addEntityToBlock(L"PART", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1));
+    auto* const reference = new KdDbBlockReference({100, 0, 0}, blockId(L"PART"));
+    reference->setScaleFactors(KdGeScale3d(5, 10, 1));
+    addEntity(reference);
+    addEntity(new KdDbLine({103, -50, 0}, {103, 50, 0}));
+    addEntity(new KdDbLine({90, 20, 0}, {120, 20, 0}));
+    EXPECT_EQ(run("CROSS", {"103,40", "95,0"}), "\nSelect an entity: 103,40\n"
+                                                "Select an entity: 95,0\n"
+                                                "crossings 2\n103 -8 0\n103 8 0");
+    EXPECT_EQ(last("CROSS", {"95,0", "95,20"}), "crossings 0");
+    EXPECT_EQ(last("CROSS", {"103,40", "\\miss"}), "crossings none -5001");
+    EXPECT_THAT(run("PICKINFO", {"95,0"}), HasSubstr("KdDbBlockReference")) << "a copy is left";
+}
+
 TEST_F(DraftingTest, UnloadingTakesTheCommandsAway)
 {
     EXPECT_TRUE(kdrxUnloadModule(L"drafting.krx", false));
