@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
 
 using namespace tests;
@@ -216,4 +217,49 @@ TEST(GeIntersection, CompositesThatShareALengthMeetAtItsEnds)
     EXPECT_TRUE(samePoints(common(square, corner), ends, 1e-14));
     EXPECT_TRUE(samePoints(common(corner, square), ends, 1e-14));
     EXPECT_TRUE(common(square, square).empty()) << "it has no end";
+}
+
+TEST(GeIntersection, HostileCurvesComeToAnEnd)
+{
+    const double nan = std::nan("");
+    const double inf = std::numeric_limits<double>::infinity();
+    const auto hundred = [](double lift) {
+        KdArray<KdGePoint3d> points;
+        KdArray<double> knots;
+        for (int i = 0; i < 100; ++i)
+            points.append({i % 7 * 1.0, i % 5 * 1.0, lift});
+        for (int i = 0; i < 104; ++i)
+            knots.append(std::clamp(i - 3, 0, 97));
+        return SharedCurve(KdDbSpline(3, points, knots).keptGeometry()->clone());
+    };
+    const auto sizeOf = [](const KdGeCurve3d& curve) {
+        const KdGeExtents3d box = curve.extents();
+        return box.isEmpty() ? 0.0 : box.maxPoint().asVector().length();
+    };
+    const SharedCurve hostile[] = {
+        hundred(0),
+        hundred(2e-10),
+        segment({nan, 0, 0}, {1, nan, 0}),
+        segment({0, 0, 0}, {inf, 1, 0}),
+        segment({1, 1, 0}, {1, 1, 0}),
+        bulged({0, 0, 0}, {3, 1, 0}, 1e12),
+        bulged({0, 0, 0}, {3, 1, 0}, 1e-12),
+        circle(0, 0, 1e300),
+        circle(1, 1, 0),
+        ellipse(5, 5e-9, 0, 2 * kPi),
+        ellipse(5, 5 + 1e-9, 0, 2 * kPi),
+        std::make_shared<KdGeLine3d>(KdGePoint3d(nan, 0, 0), KdGeVector3d::kXAxis),
+        std::make_shared<KdGeRay3d>(KdGePoint3d(1, 1, 0), KdGeVector3d()),
+        ellipse(5, 5, 0, 2 * kPi),
+    };
+    for (const SharedCurve& a : hostile) {
+        for (const SharedCurve& b : hostile) {
+            for (const KdGePoint3d& point : common(*a, *b)) {
+                const double size = std::max(sizeOf(*a), sizeOf(*b));
+                const double resolved = 1e-10 + 1e-14 * size;
+                EXPECT_LE(a->distanceTo(point), resolved);
+                EXPECT_LE(b->distanceTo(point), resolved);
+            }
+        }
+    }
 }
