@@ -21,6 +21,7 @@ std::unique_ptr<KdGeCurve3d> imageOf(const KdGeCurve3d& curve, const KdGeMatrix3
         return nullptr;
     if (const auto* const composite = dynamic_cast<const KdGeCompositeCurve3d*>(&curve)) {
         std::vector<std::unique_ptr<KdGeCurve3d>> pieces;
+        pieces.reserve(static_cast<std::size_t>(composite->numPieces()));
         for (int i = 0; i < composite->numPieces(); ++i)
             pieces.push_back(imageOf(composite->piece(i), matrix));
         return std::make_unique<KdGeCompositeCurve3d>(std::move(pieces));
