@@ -3,7 +3,7 @@
 #include "support/ge_samples.h"
 #include "support/room_test.h"
 
-#include <array>
+#include <memory>
 
 namespace {
 
@@ -97,6 +97,32 @@ TEST_F(IntersectionTest, WhateverIsShownMeets)
         {{3, 20, 0}, {3, 30, 0}});
     expectPoints(common(upright, addEntity(new KdDbXline({0, 0, 0}, {1, 1, 0}))), {{3, 3, 0}});
     expectPoints(common(upright, addEntity(new KdDbPoint({3, 40, 0}))), {{3, 40, 0}});
+}
+
+TEST_F(IntersectionTest, AnUnevenCopyOfAnArcIsAnEllipse)
+{
+    KdDbArc arc({1, 0, 0}, 2, 0, kPi / 2);
+    KdCmColor red;
+    red.setColorIndex(1);
+    arc.setColor(red);
+    KdGeMatrix3d wide;
+    wide(0, 0) = 3.0;
+    KdDbEntity* copy = nullptr;
+    ASSERT_EQ(arc.getTransformedCopy(wide, copy), Kdapi::eOk);
+    const std::unique_ptr<KdDbEntity> owner(copy);
+    const KdDbEllipse* const ellipse = KdDbEllipse::cast(copy);
+    ASSERT_TRUE(ellipse);
+    EXPECT_EQ(ellipse->color().colorIndex(), 1);
+    KdGePoint3d start;
+    KdGePoint3d end;
+    ellipse->getStartPoint(start);
+    ellipse->getEndPoint(end);
+    expectPoints({start, end}, {{9, 0, 0}, {3, 2, 0}});
+
+    wide(0, 0) = 0.0;
+    copy = nullptr;
+    EXPECT_EQ(arc.getTransformedCopy(wide, copy), Kdapi::eInvalidInput);
+    EXPECT_EQ(copy, nullptr);
 }
 
 TEST_F(IntersectionTest, EveryEntityHasAPlaneOfItsKind)
