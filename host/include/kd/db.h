@@ -15,6 +15,7 @@
 #include "kd/db/ids.h"
 #include "kd/db/kept_entities.h"
 #include "kd/db/layout.h"
+#include "kd/db/leader.h"
 #include "kd/db/object.h"
 #include "kd/db/region.h"
 #include "kd/db/spline.h"

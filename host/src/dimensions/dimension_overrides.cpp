@@ -71,9 +71,9 @@ TypedValue bracket(const wchar_t* text)
     return {kXDataBracket, std::wstring(text)};
 }
 
-KdDbDimensionValue styleValue(const KdDbDimension& dimension, std::size_t index)
+KdDbDimensionValue styleValue(KdDbObjectId id, std::size_t index)
 {
-    auto* const style = ObjectAccess::live<KdDbDimStyleTableRecord>(dimension.dimensionStyle());
+    auto* const style = ObjectAccess::live<KdDbDimStyleTableRecord>(id);
     return style ? ObjectAccess::values(*style)[index] : defaultValue(dimensionVariables()[index]);
 }
 
@@ -151,18 +151,24 @@ void storeOverride(std::vector<TypedValue>& data, const DimensionVariable& varia
     data.insert(data.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
 }
 
-KdDbDimensionValue dimensionValue(const KdDbDimension& dimension, int index)
+KdDbDimensionValue dimensionValue(const KdDbObject& drawn, KdDbObjectId style, int index)
 {
     const auto place = static_cast<std::size_t>(index);
     const DimensionVariable& variable = dimensionVariables()[place];
-    if (const ObjectExtras* extras = ObjectAccess::extras(dimension)) {
+    if (const ObjectExtras* extras = ObjectAccess::extras(drawn)) {
         const auto node = OverrideSections(extras->xData).valueOf(variable.code);
         if (node) {
-            if (auto value = readValue(extras->xData[*node], variable, dimension.database()))
+            if (auto value = readValue(extras->xData[*node], variable, drawn.database()))
                 return std::move(*value);
         }
     }
-    return styleValue(dimension, place);
+    const bool isCurrent = style.isNull() && drawn.database();
+    return styleValue(isCurrent ? drawn.database()->dimstyle() : style, place);
+}
+
+KdDbDimensionValue dimensionValue(const KdDbDimension& dimension, int index)
+{
+    return dimensionValue(dimension, dimension.dimensionStyle(), index);
 }
 
 std::vector<KdDbDimensionValue> dimensionValues(const KdDbDimension& dimension)

@@ -51,6 +51,10 @@ double numberOf(const KdDbDimensionValue& value);
 /// A number as the value of a variable of a numeric kind.
 KdDbDimensionValue valueOf(const DimensionVariable& variable, double number);
 
+/// The value in force for what is drawn in a style: its override, else the style's, else the
+/// default. @param style  null: the drawing's current one
+KdDbDimensionValue dimensionValue(const KdDbObject& drawn, KdDbObjectId style, int index);
+
 /// The value in force for a dimension: its override, else its style's, else the default.
 KdDbDimensionValue dimensionValue(const KdDbDimension& dimension, int index);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kd/db/curves.h"
+#include "kd/db/entity.h"
 
 // Entities that are kept as their files have them: the host tells their classes apart, saves them
 // byte for byte, and shows nothing of them. They come from files alone.
@@ -75,13 +75,4 @@ class KdDbFcf : public KdDbEntity {
     KdDbFcf() = default;
 
     void draw(korra::DrawSink&) const override {}
-};
-
-/// A line with an arrow that leads to an annotation.
-class KdDbLeader : public KdDbCurve {
-    KDRX_DECLARE_MEMBERS(KdDbLeader)
-    KORRA_OWN()
-    KdDbLeader() = default;
-
-    std::unique_ptr<KdGeCurve3d> geometry() const override { return nullptr; }
 };
