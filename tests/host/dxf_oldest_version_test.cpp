@@ -173,6 +173,8 @@ TEST_F(OldestVersion, WhatItCannotSayIsRefused)
          [&] { line()->setColor(trueColor); }},
         {"MTEXT ", [&] { addText(L"\\H2x;large"); }},
         {"MTEXT ", [&] { addText(L""); }},
+        {"LEADER ", [] { addEntityToBlock(L"*Paper_Space", new KdDbLeader); }},
+        {"XLINE ", [] { addEntityToBlock(L"*Paper_Space", new KdDbXline); }},
     };
     for (const auto& [message, change] : cases) {
         database_ = readToWorkOn(kOldest);

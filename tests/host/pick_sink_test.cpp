@@ -67,6 +67,25 @@ TEST_F(PickSinkTest, CurvesAreMeasuredByTheirTrueImageAndMarkedBySegments)
     EXPECT_EQ(hitAt(5, 5).marker, 3);
 }
 
+TEST_F(PickSinkTest, LeadersShowTheirPiecesAndAnArrowWhereThatFits)
+{
+    const auto add = [](std::initializer_list<KdGePoint3d> vertices, KdDbExtents& extents) {
+        auto* const leader = new KdDbLeader;
+        for (const KdGePoint3d& vertex : vertices)
+            leader->appendVertex(vertex);
+        const KdDbObjectId id = addEntity(leader);
+        Open<KdDbLeader>(id)->getGeomExtents(extents);
+        return id;
+    };
+    KdDbExtents extents;
+    const auto leader = add({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}, extents);
+    EXPECT_EQ(hitAt(10.1, 5).entity, leader);
+    EXPECT_EQ(hitAt(10.1, 5).marker, 2);
+    EXPECT_DOUBLE_EQ(extents.minPoint().y, -0.18 / 6.0);
+    add({{0, 100, 0}, {0.3, 100, 0}, {9, 100, 0}}, extents);
+    EXPECT_EQ(extents.minPoint().y, 100.0) << "no room for an arrow";
+}
+
 TEST_F(PickSinkTest, LinesWithoutAnEndAreFoundHoweverFarTheyGo)
 {
     addEntityToBlock(L"PART", new KdDbRay({1, 0, 0}, {2, 0, 0}));

@@ -151,7 +151,7 @@ void refuseWhatItLacks(const KdDbEntity& entity)
 {
     const auto is = [&](KdRxClass* description) { return entity.isKindOf(description); };
     if (is(KdDbEllipse::desc()) || is(KdDbSpline::desc()) || is(KdDbXline::desc()) ||
-        is(KdDbRay::desc()))
+        is(KdDbRay::desc()) || is(KdDbLeader::desc()))
         throw DrawingError{0, "a drawing of its version has no such entities"};
 }
 
