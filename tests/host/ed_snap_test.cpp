@@ -85,6 +85,12 @@ TEST_F(SnapTest, NestedGeometrySnapsWhereItIsShown)
     expectSnap({5.9, 2, 0}, kAll, {6, 2, 0});
     expectSnap({5.2, 2, 0}, kAll, {5, 2, 0});
     expectSnap({5.2, 2, 0}, L"INS", {4, 2, 0});
+    addEntityToBlock(L"Ring", new KdDbCircle({0, 0, 0}, KdGeVector3d::kZAxis, 1));
+    auto* const oval = new KdDbBlockReference({20, 0, 0}, blockId(L"Ring"));
+    oval->setScaleFactors({5, 10, 1});
+    addEntity(oval);
+    addEntity(new KdDbLine({23, 0, 0}, {23, 9, 0}));
+    expectSnap({23, 8.01, 0}, L"INT", {23, 8, 0});
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "ed/picking.h"
 #include "ed/user_system.h"
 #include "ed/views.h"
+#include "ge/curve_image.h"
 #include "kd/ed.h"
 #include "objects/object_access.h"
 #include "platform/gate.h"
@@ -123,8 +124,8 @@ void addNode(const SnapPiece& piece, Points& points)
         points.push_back(piece.toSpace * point->position());
 }
 
-/// The curves of the nearest pieces in the current space; one that is no curve of its kind there
-/// (a circle scaled unevenly) is left out.
+/// The curves of the nearest pieces in the current space; one that is seen in perspective is left
+/// out.
 std::vector<std::unique_ptr<KdGeCurve3d>> nearestCurves(const std::vector<SnapPiece>& pieces)
 {
     std::vector<const SnapPiece*> nearest;
@@ -139,8 +140,7 @@ std::vector<std::unique_ptr<KdGeCurve3d>> nearestCurves(const std::vector<SnapPi
 
     std::vector<std::unique_ptr<KdGeCurve3d>> curves;
     for (const SnapPiece* piece : nearest) {
-        std::unique_ptr<KdGeCurve3d> curve = piece->curve->clone();
-        if (curve->transformBy(piece->toSpace))
+        if (auto curve = imageOf(*piece->curve, piece->toSpace))
             curves.push_back(std::move(curve));
     }
     return curves;
