@@ -167,6 +167,16 @@ TEST(GeIntersection, FindsEveryCommonPointOnceWhereverThePairLies)
         }
 }
 
+TEST(GeIntersection, ALineThatBeginsFarOffIsAsExact)
+{
+    const KdGeMatrix3d turn = KdGeMatrix3d::rotation(0.7, {1, -2, 3}, {5, 6, 7});
+    const SharedCurve line = segment({-1e5, 0, 0}, {3e5, 0, 0});
+    const SharedCurve ring = circle(1, 0, 2);
+    ASSERT_TRUE(line->transformBy(turn) && ring->transformBy(turn));
+    const Points expected = {turn * KdGePoint3d(-1, 0, 0), turn * KdGePoint3d(3, 0, 0)};
+    EXPECT_TRUE(samePoints(common(*line, *ring), expected, 1e-10)); // its ends are rounded
+}
+
 TEST(GeIntersection, CompositesMeetInEachOfTheirPieces)
 {
     const KdGeCompositeCurve3d slot =

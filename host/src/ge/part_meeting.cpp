@@ -198,9 +198,11 @@ private:
             return;
         }
         // With q the offset from the arc's start s, and c its centre, the circle is
-        // q·q + 2 q·(s - c) = 0. Along the line that is a quadratic in the line's parameter.
+        // q·q + 2 q·(s - c) = 0. Along the line that is a quadratic in the line's parameter,
+        // counted from where the line passes by the start: however far off it begins.
         const KdGeVector3d u = line.derivative();
-        const KdGeVector3d offset = line.pointOnLine() - arc.startPoint();
+        const KdGeLine3d near(line.closestPointTo(arc.startPoint()), u);
+        const KdGeVector3d offset = near.pointOnLine() - arc.startPoint();
         const KdGeVector3d toStart = arc.startPoint() - arc.center();
         const double a = u.lengthSqrd();
         const double b = u.dotProduct(offset + toStart);
@@ -208,11 +210,11 @@ private:
         const double discriminant = b * b - a * c;
         const double tangency = 2.0 * arc.radius() * tol_.equalPoint();
         if (std::abs(discriminant) <= a * tangency) {
-            add(line.evalPoint(-b / a), std::sqrt(tangency));
+            add(near.evalPoint(-b / a), std::sqrt(tangency));
         } else if (discriminant > 0.0) {
             const double larger = -(b + std::copysign(std::sqrt(discriminant), b));
-            add(line.evalPoint(larger / a));
-            add(line.evalPoint(c / larger));
+            add(near.evalPoint(larger / a));
+            add(near.evalPoint(c / larger));
         }
     }
 
